@@ -1,0 +1,10 @@
+#include "core/RunFlags.h"
+
+namespace tessaloom {
+
+RunFlags& Flags() {
+    static RunFlags flags;
+    return flags;
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace tessaloom {
+
+/// Which buttons a message box offers.
+enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
+
+/// The button that was pressed.
+enum class Answer { Ok, Cancel, Yes, No };
+
+/// A file dialog as the document commands ask for it.
+struct FileDialog {
+    std::string title;
+    std::string filter;            ///< Description and pattern, parted by "|": "Portfolios (*.por)|*.por".
+    std::string defaultExtension;  ///< With its dot: ".por". Added to a name that has none.
+    std::string defaultName;       ///< Only for saving.
+};
+
+/// Everything the program says to, or asks of, the person before it.
+class Dialogs {
+public:
+    virtual ~Dialogs() = default;
+
+    /// Shows `text` under `title` and waits for a button. Without a person the safe answer comes at once:
+    /// Ok, No for Yes/No, Cancel where that is offered.
+    virtual Answer MessageBox(std::string_view text, std::string_view title, Buttons buttons = Buttons::Ok) = 0;
+
+    /// The text that was typed; nothing when the box was cancelled, and without a person.
+    virtual std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,
+                                                std::string_view defaultText) = 0;
+
+    /// The full path that was chosen; nothing when the dialog was cancelled, and without a person.
+    virtual std::optional<std::string> OpenFile(const FileDialog& dialog) = 0;
+    virtual std::optional<std::string> SaveFile(const FileDialog& dialog) = 0;
+
+    /// The small status window: one line of text during long operations. `UpdateStatus` keeps it painted.
+    virtual void ShowStatus(std::string_view text) = 0;
+    virtual void UpdateStatus() = 0;
+    virtual void HideStatus() = 0;
+    virtual void UnloadStatus() = 0;
+};
+
+}  // namespace tessaloom
