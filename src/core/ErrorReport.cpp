@@ -18,12 +18,14 @@ ErrorReporter& Reporter() {
 }  // namespace
 
 std::string ErrorReport::Text() const {
-    return "Error Detected\nwith this information:\nVersion: " + std::string(Version) + "\nModule: " + module +
-           "\nProcedure: " + procedure + "\nLine #: " + std::to_string(line) + "\nError #: " + std::to_string(number) +
-           "\nError Description: " + description;
+    return "Error Detected\nwith this information:\nVersion: " + std::string(Version) +
+           "\nModule: " + module + "\nProcedure: " + procedure + "\nLine #: " + std::to_string(line) +
+           "\nError #: " + std::to_string(number) + "\nError Description: " + description;
 }
 
-ErrorReporter SetErrorReporter(ErrorReporter reporter) { return std::exchange(Reporter(), std::move(reporter)); }
+ErrorReporter SetErrorReporter(ErrorReporter reporter) {
+    return std::exchange(Reporter(), std::move(reporter));
+}
 
 void Report(const ErrorReport& report) {
     if (Reporter()) Reporter()(report);
@@ -31,8 +33,8 @@ void Report(const ErrorReport& report) {
 
 void ReportCurrentError(Procedure where, unsigned line) noexcept {
     auto report = [&](ErrorNumber number, const char* description) {
-        Report({std::string(where.module), std::string(where.name), static_cast<int>(line), static_cast<int>(number),
-                description});
+        Report({std::string(where.module), std::string(where.name), static_cast<int>(line),
+                static_cast<int>(number), description});
     };
     try {
         throw;

@@ -25,6 +25,9 @@ class Dialogs {
 public:
     virtual ~Dialogs() = default;
 
+    /// Whether a person can answer. Where none can, questions that only a person decides are left out.
+    virtual bool Interactive() const = 0;
+
     /// Shows `text` under `title` and waits for a button. Without a person the safe answer comes at once:
     /// Ok, No for Yes/No, Cancel where that is offered.
     virtual Answer MessageBox(std::string_view text, std::string_view title, Buttons buttons = Buttons::Ok) = 0;

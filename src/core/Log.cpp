@@ -1,0 +1,56 @@
+#include "core/Log.h"
+
+#include <array>
+#include <utility>
+
+namespace tessaloom {
+
+namespace {
+
+constexpr std::array<std::string_view, 8> Names{"emerg",   "alert",  "crit", "err",
+                                                "warning", "notice", "info", "debug"};
+
+LogSink& Sink() {
+    static LogSink sink;
+    return sink;
+}
+
+std::string OneLine(std::string text) {
+    while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.pop_back();
+    for (std::size_t at = 0; (at = text.find_first_of("\r\n", at)) != std::string::npos; at += 3)
+        text.replace(at, text.compare(at, 2, "\r\n") == 0 ? 2 : 1, " | ");
+    return text;
+}
+
+}  // namespace
+
+std::string_view NameOf(LogLevel level) { return Names[static_cast<std::size_t>(level)]; }
+
+std::optional<LogLevel> LogLevelNamed(std::string_view name) {
+    if (name == "panic") return LogLevel::Emergency;
+    if (name == "error") return LogLevel::Error;
+    if (name == "warn") return LogLevel::Warning;
+    for (std::size_t i = 0; i < Names.size(); ++i)
+        if (Names[i] == name) return static_cast<LogLevel>(i);
+    return std::nullopt;
+}
+
+LogSink SetLogSink(LogSink sink) { return std::exchange(Sink(), std::move(sink)); }
+
+void Log(LogLevel level, std::string_view text) {
+    if (Sink()) Sink()(level, OneLine(MaskSecrets(text)));
+}
+
+std::string MaskSecrets(std::string_view text) {
+    std::string masked(text);
+    for (std::size_t at = 0; (at = masked.find("://", at)) != std::string::npos;) {
+        at += 3;
+        // The last "@" before the path parts the secrets from the host: a password may hold one itself.
+        const std::size_t end = masked.find_first_of("/?# \t\r\n\"", at);
+        const std::size_t sign = masked.substr(at, end == std::string::npos ? end : end - at).rfind('@');
+        if (sign != std::string::npos) masked.replace(at, sign, "***");
+    }
+    return masked;
+}
+
+}  // namespace tessaloom
