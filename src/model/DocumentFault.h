@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <string>
+
+namespace tessaloom {
+
+/// One thing wrong with a document file, told while it is read. Reading goes on.
+struct DocumentFault {
+    std::string file;
+    std::string section;  ///< "" when the whole file is meant.
+    std::string key;      ///< "" when the whole section is meant.
+    std::string value;    ///< As the file has it; "***" in place of a secret.
+    std::string reason;   ///< "out of range, 3000 used", "not a number", "missing file" ...
+
+    /// One line for a log: the parts that are not empty, in the order above.
+    std::string Text() const;
+
+    bool operator==(const DocumentFault&) const = default;
+};
+
+using DocumentFaultHandler = std::function<void(const DocumentFault&)>;
+
+/// What reading a document does to its file.
+enum class Reading {
+    Completing,  ///< Missing keys are written with their defaults; activities that are enabled come to life.
+    Passive,     ///< The file is left as it is.
+};
+
+}  // namespace tessaloom
