@@ -1,0 +1,286 @@
+#pragma once
+
+#include "imaging/DIB.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessaloom {
+
+struct PictureAccess;
+class PictureFile;
+
+/// Turns a layer's source into the bitmap that is laid onto the canvas, through cached stages: load and
+/// colour processing, crop, stretch, rotation, opacity, shadow. Only stages whose input changed are computed
+/// again.
+///
+/// Owned by its layer. Sizes and positions are pixels, positions from the canvas's top left corner, angles
+/// degrees, colours 0x00BBGGRR. Every setter does nothing when the value is unchanged. A picture that cannot
+/// be read leaves the one before in place.
+class Image {
+public:
+    /// The numbers of `PictureType`. A supplied picture comes through `LoadIntoPictureDIB`.
+    enum Type {
+        Supplied = 0,  ///< By the owner (a feed's frame, a canvas); cropped and stretched like a file.
+        File = 1,
+        FetchedFile = 2,  ///< A file that was fetched from an address.
+        Block = 3,        ///< Supplied at its final size: never stretched.
+        Text = 4,         ///< Coverage of text, laid down in `TextColor`.
+    };
+
+    /// How the opacity map is obtained (`OpacityType`).
+    enum OpacitySource {
+        NoOpacityFile = 0,  ///< From the feathered edge, if any.
+        FromOpacityFile =
+            1,  ///< From `OpacityFileName`: its alpha, without one its intensity; times the edge.
+    };
+
+    /// Stages in the order in which they are brought up to date; each has a dirty flag.
+    enum class Stage : std::uint8_t {
+        Picture,  ///< Whether the file must be read again.
+        Image,    ///< The loaded, colour-processed picture.
+        Crop,
+        Stretch,
+        Rotation,
+        Opacity,         ///< The map of the stretched picture.
+        RotatedOpacity,  ///< The map of the rotated picture.
+        Shadow,
+    };
+
+    static constexpr int LargestWidth = 3000;
+    static constexpr int LargestHeight = 2000;
+    static constexpr int NoKeyColour = 0x1000000;
+    static constexpr int ShadowMargin = 2;  ///< By which the shadow bitmap exceeds the picture on each side.
+
+    /// An image that is never asked for files (a text layer's) does without `access`, which it only refers
+    /// to.
+    explicit Image(const PictureAccess* access = nullptr);
+    ~Image();
+    Image(const Image&) = delete;
+    Image& operator=(const Image&) = delete;
+
+    // --- The source ---
+
+    /// Takes `source` as the picture (types `Supplied` and `Block`). An equal picture changes nothing.
+    void LoadIntoPictureDIB(const DIB& source);
+
+    /// Takes the coverage of a text as the picture (type `Text`): 0 none .. 255 full for each colour
+    /// component. The image gets its size.
+    void SetTextCoverage(const DIB& coverage);
+
+    /// Gives the picture the size `Width` x `Height` and fills it with `BackgroundColor`.
+    void ClearPicture();
+
+    /// Drops the picture and all that was made of it.
+    void ClearDIB();
+
+    /// Has the file looked at again by the next getter; it is decoded when it changed since, or failed
+    /// before.
+    void ReloadPicture();
+
+    /// The same for the opacity file.
+    void ForceOpacityLoad();
+
+    // --- The stages: each getter first brings the earlier ones up to date; an empty bitmap without picture
+    // ---
+
+    const DIB& GetImageDIB();
+    const DIB& GetCroppedDIB();
+    const DIB& GetStretchedDIB();
+    const DIB& GetRotatedDIB();
+    const DIB&
+    GetFinalizedDIB();  ///< The same as the rotated picture, with opacity and shadow up to date, too.
+
+    /// The map of the final picture; null where the opacity is uniform.
+    const DIB* FinalOpacityDIB();
+    const std::uint8_t* FinalOpacityDIBPtr();
+
+    /// The shadow of the final picture; an empty bitmap without shadow.
+    const DIB& GetShadowDIB();
+
+    int FinalWidth() { return GetRotatedDIB().Width(); }
+    int FinalHeight() { return GetRotatedDIB().Height(); }
+    int GetWidth() { return GetImageDIB().Width(); }
+    int GetHeight() { return GetImageDIB().Height(); }
+
+    /// Changes whenever something changed that can be seen of the layer at an unchanged position.
+    unsigned Revision() const { return revision_; }
+
+    bool Dirty(Stage stage) const { return (dirty_ & Bit(stage)) != 0; }
+
+    // --- Merging; `x`, `y`: where the alignment's anchor lies ---
+
+    /// Lays the final picture onto `destination`.
+    void MergeImageTo(DIB& destination, int x, int y);
+
+    /// Adds the shadow's density to `shadow`, a bitmap of the canvas's size. Nothing without shadow.
+    void MergeShadowTo(DIB& shadow, int x, int y);
+
+    // --- Properties ---
+
+    int PictureType() const { return pictureType_; }
+    void SetPictureType(int type);
+
+    const std::string& PictureFileName() const { return pictureFileName_; }
+    void SetPictureFileName(std::string_view name);
+
+    const std::string& OpacityFileName() const { return opacityFileName_; }
+    void SetOpacityFileName(std::string_view name);
+
+    int OpacityType() const { return opacityType_; }
+    void SetOpacityType(int type);
+
+    /// 0 .. 3, pixelops/Tessaloom.h. A map, where there is one, also works in mode 2; in mode 3 nothing is
+    /// drawn without one.
+    int OpacityMode() const { return opacityMode_; }
+    void SetOpacityMode(int mode);
+
+    /// Percent, 0 .. 100.
+    int OpacityValue() const { return opacityValue_; }
+    void SetOpacityValue(int percent);
+
+    /// A number of pixelops/ColorModes.h; 0: none.
+    int ColorProcessing() const { return colorProcessing_; }
+    void SetColorProcessing(int mode);
+
+    int BackgroundColor() const { return backgroundColor_; }
+    void SetBackgroundColor(int colour);
+
+    int TextColor() const { return textColor_; }
+    void SetTextColor(int colour);
+
+    /// 1 .. 3000 x 1 .. 2000; 0 x 0 in a new image.
+    int Width() const { return width_; }
+    int Height() const { return height_; }
+    void SetWidthHeight(int width, int height);
+
+    int StretchedWidth() const { return stretchedWidth_; }
+    int StretchedHeight() const { return stretchedHeight_; }
+    void SetStretchedWidthHeight(int width, int height);
+
+    bool StretchEnabled() const { return stretchEnabled_; }
+    void SetStretchEnabled(bool enabled);
+
+    bool StretchSmoothing() const { return stretchSmoothing_; }
+    void SetStretchSmoothing(bool smoothing);
+
+    /// Pixels cut from each edge of the loaded picture; what is too much is reduced when the picture is cut.
+    void SetCrop(int left, int right, int top, int bottom);
+
+    /// An `Anchor`, imaging/Alignment.h.
+    int Alignment() const { return alignment_; }
+    void SetAlignment(int alignment);
+
+    /// Degrees counterclockwise, 0 .. 360; 360 is stored as 0.
+    float RotationAngle() const { return rotationAngle_; }
+    void SetRotationAngle(float degrees);
+
+    /// Pixels over which the picture fades in from its edge.
+    int FeatherWidth() const { return featherWidth_; }
+    void SetFeatherWidth(int pixels);
+
+    /// Radius in pixels of the picture's rounded corners.
+    int FeatherRadius() const { return featherRadius_; }
+    void SetFeatherRadius(int pixels);
+
+    bool ShadowEnabled() const { return shadowEnabled_; }
+    void SetShadowEnabled(bool enabled);
+
+    int ShadowSize() const { return shadowSize_; }
+    void SetShadowSize(int size);
+
+    bool TransparentEnabled() const { return transparentEnabled_; }
+    void SetTransparentEnabled(bool enabled);
+
+    /// Positions count from 0, in groups of four: two colours, then two parameters, set in percent and read
+    /// scaled to 0 .. 255. A position below 0 or above the last possible one is ignored; unset ones read 0.
+    int TransparentColorTable(int position) const;
+    void SetTransparentColorTable(int position, int value);
+
+    /// Groups in use, 0 .. 999.
+    int TransparentColorCount() const { return transparentColorCount_; }
+    void SetTransparentColorCount(int count);
+
+    /// Handed to the loading surface: it takes the picture's size.
+    bool AutoSize() const { return autoSize_; }
+    void SetAutoSize(bool autoSize) { autoSize_ = autoSize; }
+
+private:
+    using Stages = std::uint8_t;
+    static constexpr Stages Bit(Stage stage) {
+        return static_cast<Stages>(1U << static_cast<unsigned>(stage));
+    }
+    static const Stages AllStages;
+
+    struct Margins {
+        int left = 0, right = 0, top = 0, bottom = 0;
+        bool operator==(const Margins&) const = default;
+    };
+
+    /// The common change routine: what is seen changed, and `stages` must be computed again.
+    void SetGraphics(Stages stages);
+    bool TakeDirty(Stage stage);  ///< True when it was dirty; it is clean from now on.
+
+    void UpdateTo(Stage last);
+    void LoadPicture();
+    void LoadImage();
+    void LoadCroppedDIB();
+    void LoadStretchedDIB();
+    void LoadRotatedDIB();
+    void LoadOpacity();
+    void LoadRotatedOpacityDIB();
+    void LoadShadowDIB();
+
+    const DIB& Unrotated() const;
+    bool IsFile() const { return pictureType_ == File || pictureType_ == FetchedFile; }
+    bool IsFeathered() const { return featherWidth_ != 0 || featherRadius_ != 0; }
+    int EffectiveMode();
+    int Opacity255() const;
+    int KeyColour() const;
+    void PictureReplaced();
+
+    std::unique_ptr<PictureFile> pictureFile_;
+    std::unique_ptr<PictureFile> opacityFile_;
+
+    DIB picture_, spare_;  // `spare_`: where the next picture is made; swapped in when whole
+    DIB supplied_;         // the supplied picture before colour processing
+    DIB cropped_, stretched_, rotated_;
+    DIB opacity_, rotatedOpacity_;
+    DIB shadow_;
+    bool cropActive_ = false, stretchActive_ = false, rotationActive_ = false;
+    bool opacityActive_ = false, rotatedOpacityActive_ = false;
+
+    std::string pictureFileName_;
+    std::string opacityFileName_;
+    int pictureType_ = Supplied;
+    int opacityType_ = NoOpacityFile;
+    int opacityMode_ = 2;
+    int opacityValue_ = 100;
+    int colorProcessing_ = 0;
+    int suppliedProcessing_ = 0;  // the colour processing that `picture_` went through
+    int backgroundColor_ = 0;
+    int textColor_ = 0;
+    int width_ = 0, height_ = 0;
+    int stretchedWidth_ = 0, stretchedHeight_ = 0;
+    Margins crop_;
+    int alignment_ = 0;
+    float rotationAngle_ = 0;
+    int featherWidth_ = 0, featherRadius_ = 0;
+    int shadowSize_ = 1;
+    int transparentColorCount_ = 0;
+    std::vector<int> transparentColorTable_;
+    bool stretchEnabled_ = false;
+    bool stretchSmoothing_ = false;
+    bool shadowEnabled_ = false;
+    bool transparentEnabled_ = false;
+    bool autoSize_ = true;
+
+    Stages dirty_ = 0;
+    unsigned revision_ = 0;
+};
+
+}  // namespace tessaloom
