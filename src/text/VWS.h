@@ -1,0 +1,141 @@
+#pragma once
+
+#include "core/SettingsOwner.h"
+#include "core/Store.h"
+#include "time/PresentTime.h"
+#include "time/TimedActivity.h"
+
+#include <array>
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tessaloom {
+
+class FileSystem;
+
+/// The weather input: a one-record file that a weather station's program rewrites with its latest readings.
+///
+/// Owned by the portfolio, which stores its settings. Moments are local day numbers (time/modTime.h).
+/// Readings keep the units of the station's program; a missing one is -1000.
+class VWS {
+public:
+    static constexpr double Missing = -1000;
+    static constexpr int Values = 120;  ///< Readings by field number up to 99, derived values from 100.
+    static constexpr int Texts = 100;
+
+    using Record = std::array<double, Values>;
+
+    /// The derived values.
+    enum Derived {
+        MaxTempToday = 100,
+        MinTempToday = 101,
+        MaxTempYesterday = 102,
+        MinTempYesterday = 103,
+        BarometerTrend = 104,
+        TemperatureTrend = 105,
+        StatWind = 106,
+        StatDirection = 107,
+        StatGust = 108,
+        MaxGustYesterday = 109,
+        MaxGustToday = 110,
+        RainAtDayChange = 111,
+        RainYesterday = 112,
+        SeaLevelBarometer = 115,
+    };
+
+    /// All outlive the object. `time` is the capture time of the portfolio.
+    VWS(SettingsOwner& owner, const PresentTime& time, FileSystem& files);
+
+    /// Reading is on. Switching it on makes it due at once.
+    bool CSVEnabled() const { return enabled_; }
+    void SetCSVEnabled(bool enabled);
+
+    /// Path of the record's file.
+    const std::string& CSVFile() const { return file_; }
+    void SetCSVFile(std::string_view path);
+
+    /// Seconds between two readings, 0 .. 86400; 0: never.
+    double CSVDelay() const { return timing_.Rate(); }
+    void SetCSVDelay(double seconds);
+
+    /// Seconds after midnight, 0 .. 86400.
+    int CSVBaseTime() const { return static_cast<int>(timing_.BaseTime()); }
+    void SetCSVBaseTime(int seconds);
+
+    double NextTime() const { return timing_.NextTime(); }
+    bool Due() const { return enabled_ && timing_.Due(time_.Now()); }
+    void SetNextTime() { timing_.SetNextTime(time_.Now()); }
+    void RestartTiming() { timing_.Restart(time_.Now()); }
+
+    /// The time stamp of the last record taken, a moment; 0: none yet.
+    double CSVLastTime() const { return lastTime_; }
+
+    /// The window of the wind statistics, seconds, 0 .. 86400.
+    int CSVWindStatisticsInterval() const { return windStatisticsInterval_; }
+    void SetCSVWindStatisticsInterval(int seconds) { Set(windStatisticsInterval_, seconds, {0, 86400}); }
+
+    /// The rate, per hour as the station writes it, from which on a trend is rising; its negative: falling.
+    double CSVBarometricTrendThreshold() const { return barometricTrendThreshold_; }
+    void SetCSVBarometricTrendThreshold(double rate) { Set(barometricTrendThreshold_, rate, {0, 1000}); }
+    double CSVTemperatureTrendThreshold() const { return temperatureTrendThreshold_; }
+    void SetCSVTemperatureTrendThreshold(double rate) { Set(temperatureTrendThreshold_, rate, {0, 1000}); }
+
+    /// Added to every barometer reading, in its unit, -1000 .. 1000.
+    double CSVBarometerOffset() const { return barometerOffset_; }
+    void SetCSVBarometerOffset(double offset) { Set(barometerOffset_, offset, {-1000, 1000}); }
+
+    /// Of the station, in `CSVAltitudeUnits`, -2000 .. 40000.
+    double CSVAltitude() const { return altitude_; }
+    void SetCSVAltitude(double altitude) { Set(altitude_, altitude, {-2000, 40000}); }
+
+    /// 0: metres, 1: feet.
+    int CSVAltitudeUnits() const { return altitudeUnits_; }
+    void SetCSVAltitudeUnits(int units) { Set(altitudeUnits_, units, {0, 1}); }
+
+    /// 0: Celsius, 1: Fahrenheit.
+    int CSVTemperatureUnits() const { return temperatureUnits_; }
+    void SetCSVTemperatureUnits(int units) { Set(temperatureUnits_, units, {0, 1}); }
+
+    /// The last read gave a well-formed record.
+    bool CSVDataValid() const { return dataValid_; }
+
+    /// Reading or derived value k, 0 .. 119; `Missing` for any other k.
+    double CSVData(int k) const;
+
+    /// Text of field k as read, 0 .. 99; "-1000" when missing and for any other k.
+    const std::string& CSVDataS(int k) const;
+
+private:
+    template <typename T>
+    void Set(T& field, T value, Range<T> range) {
+        if (Store(field, value, range)) owner_.SettingChanged();
+    }
+
+    SettingsOwner& owner_;
+    const PresentTime& time_;
+    FileSystem& files_;
+    TimedActivity timing_{
+        {0, 86400},
+        {0, 86400}
+    };
+
+    bool enabled_ = false;
+    std::string file_;
+    int windStatisticsInterval_ = 60;
+    double barometricTrendThreshold_ = 0.05;
+    double temperatureTrendThreshold_ = 1;
+    double barometerOffset_ = 0;
+    double altitude_ = 0;
+    int altitudeUnits_ = 0;
+    int temperatureUnits_ = 0;
+
+    double lastTime_ = 0;
+    bool dataValid_ = false;
+    Record data_;
+    std::array<std::string, Texts> texts_;
+};
+
+}  // namespace tessaloom
