@@ -1,0 +1,68 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "core/SettingsOwner.h"
+#include "core/Store.h"
+#include "time/Schedule.h"
+
+namespace tessaloom {
+
+/// How one canvas appears in the built-in web server: its settings and the age of its picture there.
+///
+/// Owned by the canvas's `VideoStreaming`. It holds no JPEG of the canvas, so `LastModified` stays 0.
+class CanvasWebServer {
+public:
+    explicit CanvasWebServer(SettingsOwner& owner) : owner_(owner), schedule_(&owner) {}
+
+    bool Enabled() const { return enabled_; }
+    void SetEnabled(bool enabled) { Set(enabled_, enabled); }
+
+    /// The slot of the canvas, 1 .. 20; 0: none.
+    int CanvasIndex() const { return canvasIndex_; }
+    void SetCanvasIndex(int slot) { canvasIndex_ = slot; }
+
+    /// The request path that selects this canvas.
+    const std::string& FileName() const { return fileName_; }
+    void SetFileName(std::string_view path) { Set(fileName_, std::string(path)); }
+
+    /// The longest age in seconds of the picture that is served, 0 .. 60.
+    double Interval() const { return interval_; }
+    void SetInterval(double seconds) { Set(interval_, Clamped(seconds, {0, 60})); }
+
+    /// JPEG quality, 1 .. 100.
+    int Quality() const { return quality_; }
+    void SetQuality(int quality) { Set(quality_, Clamped(quality, {1, 100})); }
+
+    /// The file served while the schedule is off.
+    const std::string& OffScheduleFile() const { return offScheduleFile_; }
+    void SetOffScheduleFile(std::string_view path) { Set(offScheduleFile_, std::string(path)); }
+
+    tessaloom::Schedule& Schedule() { return schedule_; }
+    const tessaloom::Schedule& Schedule() const { return schedule_; }
+
+    /// The moment of the last encoding; 0: none.
+    double LastModified() const { return lastModified_; }
+
+    /// Voids the age of the picture, after the clock was set back.
+    void ForgetPicture() { lastModified_ = 0; }
+
+private:
+    template <typename T>
+    void Set(T& field, std::type_identity_t<T> value) {
+        if (Store(field, std::move(value))) owner_.SettingChanged();
+    }
+
+    SettingsOwner& owner_;
+    tessaloom::Schedule schedule_;
+    std::string fileName_;
+    std::string offScheduleFile_ = "offair.jpg";
+    double interval_ = 0;
+    double lastModified_ = 0;
+    int canvasIndex_ = 0;
+    int quality_ = 80;
+    bool enabled_ = false;
+};
+
+}  // namespace tessaloom
