@@ -178,6 +178,7 @@ public:
     /// Degrees counterclockwise, 0 .. 360; 360 is stored as 0.
     float RotationAngle() const { return rotationAngle_; }
     void SetRotationAngle(float degrees);
+    static float StoredAngle(float degrees);
 
     /// Pixels over which the picture fades in from its edge.
     int FeatherWidth() const { return featherWidth_; }
@@ -200,6 +201,9 @@ public:
     /// scaled to 0 .. 255. A position below 0 or above the last possible one is ignored; unset ones read 0.
     int TransparentColorTable(int position) const;
     void SetTransparentColorTable(int position, int value);
+
+    /// Whether the value at `position` of the table is a percentage, not a colour.
+    static constexpr bool IsPercent(int position) { return position / 2 % 2 == 1; }
 
     /// Groups in use, 0 .. 999.
     int TransparentColorCount() const { return transparentColorCount_; }
@@ -227,7 +231,7 @@ private:
 
     void UpdateTo(Stage last);
     void LoadPicture();
-    void LoadImage();
+    void LoadImageDIB();
     void LoadCroppedDIB();
     void LoadStretchedDIB();
     void LoadRotatedDIB();
