@@ -1,9 +1,11 @@
 #pragma once
 
 #include "core/SettingsOwner.h"
+#include "core/Store.h"
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace tessaloom {
@@ -75,12 +77,15 @@ private:
         double sunriseOffset = 0;
         double sunsetOffset = 0;
 
-        double TimeOfDay(long day) const;  ///< Fraction of a day; may lie outside 0 .. 1.
-        std::string Description(const char* sunriseUnit) const;
+        double TimeOfDay(double day) const;  ///< Fraction of a day; may lie outside 0 .. 1.
+        std::string Description(std::string_view sunriseUnit) const;
     };
 
     bool InWindow(double time) const;
-    void Changed();
+
+    /// Stores and, when that changed the field, flags and tells it.
+    template <typename T>
+    void Set(T& field, T value, Range<T> range);
 
     SettingsOwner* owner_;
     std::function<void()> redraw_;

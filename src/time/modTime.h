@@ -1,7 +1,6 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 namespace tessaloom {
 class FileSystem;
@@ -44,11 +43,9 @@ std::string GetTimeZone();
 /// Hours to subtract from universal time to get local time, daylight saving included; positive in the west.
 double GMTOffset();
 
-/// Fills the lookup table from "timezone.txt" in the current directory; a missing file leaves it empty.
-void LoadTimeZoneLookup(const FileSystem& files);
-
-/// Fills the lookup table from the text of such a file: a line is "zone name, value", others are skipped.
-void SetTimeZoneLookup(std::string_view text);
+/// Fills the lookup table (time/TimeZoneLookup.h) from "timezone.txt" in the current folder; a file that is
+/// missing or cannot be read leaves it empty.
+void LoadTimeZoneLookup(FileSystem& files);
 
 /// The lookup table's value for `GetTimeZone()`, "Not defined in timezone.txt" without one.
 std::string ConvertedTimeZone();
@@ -64,7 +61,7 @@ struct SunTimes {
 
 /// The sun times of `day` (whole days of a moment), computed at the first call for that day, with the zone
 /// offset of that moment. Cheap enough for every schedule of a tick.
-const SunTimes& SunTimesOn(long day);
+const SunTimes& SunTimesOn(double day);
 
 /// Today's sunrise and sunset, fractions of a day.
 double Sunrise();
