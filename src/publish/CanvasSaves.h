@@ -2,12 +2,13 @@
 
 #include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "core/SettingsOwner.h"
 #include "core/Store.h"
+#include "imaging/JpegEncoder.h"
 #include "time/PresentTime.h"
 #include "time/Schedule.h"
 #include "time/TimedActivity.h"
@@ -145,20 +146,20 @@ private:
     static constexpr Range<int> Qualities{1, 100};
 
     struct Activity {
-        Activity(SettingsOwner& owner, int initialQuality);
+        Activity(SettingsOwner& owner, const PresentTime& present, std::string_view title);
 
         bool Candidate(double now) const { return enabled && timing.Rate() != 0 && timing.Due(now); }
 
         TimedActivity timing;
         tessaloom::Schedule schedule;
         SaveResult last;
+        std::string_view name;  ///< As the log calls it.
         int quality;
         bool enabled = false;
         bool failing = false;  ///< The last run failed and was logged.
     };
 
-    /// The encoded bytes of one pass, shared by all outputs of the same quality.
-    class Encoding;
+    using Bytes = std::span<const std::uint8_t>;  ///< A whole JPEG file; empty when it could not be made.
 
     template <typename T>
     void Set(T& field, std::type_identity_t<T> value) {
@@ -171,12 +172,18 @@ private:
     void SetRate(Activity& activity, double seconds);
     void SetBaseTime(Activity& activity, double seconds);
 
-    bool Runs(Activity& activity, double now);
-    void Finish(Activity& activity, double now, std::string path, bool written, std::string_view what);
-    bool SaveFixed(const std::vector<std::uint8_t>& bytes);
+    static bool Runs(Activity& activity, double now);
+    bool SaveFixed(double now);
+    bool SaveSequential(double now);
+    void SaveBackground(double now);
     void ShiftCascade();
     std::string NextSequentialName(double now);
-    bool SaveWallpaper(const std::vector<std::uint8_t>& bytes, const std::string& folder);
+    bool WriteWallpaper(const std::string& jpegPath, const std::string& bitmapPath, Bytes bytes);
+    bool WriteBytes(std::string_view path, Bytes bytes);
+    void Finish(Activity& activity, double now, std::string path, bool written, std::string_view why);
+
+    /// False, always: the later outputs of the pass are skipped.
+    bool EncodingFailed(Activity& activity, double now, std::string_view path);
 
     SettingsOwner& owner_;
     const PresentTime& present_;
@@ -191,7 +198,8 @@ private:
     int sequentialType_ = 0;
     int sequentialNumber_ = 0;
     bool cascadeEnabled_ = false;
-    std::vector<std::uint8_t> buffer_;  ///< The encoded bytes, kept between passes for their capacity.
+    JpegEncoder encoder_;
+    std::string failure_;  ///< Why the last file that failed was not written.
     std::function<void(int)> keepNumber_;
     std::function<void(const std::string&)> log_;
 };

@@ -66,7 +66,10 @@ public:
     void CallWebRequest(std::string_view ipAddress, std::string_view path);
 
     /// True when `event` would reach the script now.
-    bool Delivers(ScriptEvent event) const;
+    bool Delivers(ScriptEvent event) const {
+        const auto index = static_cast<std::size_t>(event);
+        return enabled_ && ready_ && found_[index] && allowed_[index];
+    }
 
     /// The path of the script file. A script that is enabled is loaded anew.
     const std::string& FileName() const { return fileName_; }
@@ -100,33 +103,32 @@ public:
     void SetAllowWebRequest(bool allow) { SetAllow(ScriptEvent::WebRequest, allow); }
 
     /// Seconds between two interval events, 0 .. 86400; 0: none.
-    double Rate() const;
+    double Rate() const { return interval_.Rate(); }
     void SetRate(double seconds);
 
     /// Whole seconds after midnight on which the interval events are aligned, 0 .. 86399.
-    double BaseTime() const;
+    double BaseTime() const { return interval_.BaseTime(); }
     void SetBaseTime(double seconds);
 
     /// When the next interval event is due (a moment).
-    double NextTime() const;
-    void SetNextTime();
+    double NextTime() const { return interval_.NextTime(); }
+    void SetNextTime() { interval_.SetNextTime(present_.Now()); }
 
     /// Makes the interval event due at once.
-    void ForceUpdate();
+    void ForceUpdate() { interval_.Force(present_.Now()); }
 
     /// Recomputes the next time from the present, after the clock was set back.
-    void RestartTime();
+    void RestartTime() { interval_.Restart(present_.Now()); }
 
 private:
     bool Allow(ScriptEvent event) const { return allowed_[static_cast<std::size_t>(event)]; }
     void SetAllow(ScriptEvent event, bool allow);
     void Load();
-    void ReadLines(std::string_view content);
     void FindProcedures();
-    void Stop();
+    void Forget();
     void Deliver(ScriptEvent event, std::span<const ScriptArgument> arguments);
     void AddStatus(std::string_view line);
-    void AddFault(std::string_view kind, const ScriptFault& fault);
+    void Fail(std::string_view kind, const ScriptFault& fault);
 
     SettingsOwner& owner_;
     const PresentTime& present_;
