@@ -23,8 +23,8 @@ public:
     /// Larger files count as unreadable.
     static constexpr std::size_t FileLimit = std::size_t{64} << 20;
 
-    /// Told, in one sentence, of a file that is not text or cannot be read or written: once, until that works
-    /// again.
+    /// Told, in one sentence, of a file that is not text or cannot be read or written: once per file, until it
+    /// has been written.
     using Reporter = std::function<void(const std::string& message)>;
 
     explicit ProfileFiles(FileSystem& files, Reporter report = {});
@@ -45,11 +45,14 @@ public:
 
 private:
     struct File;
+    struct Change;
 
     File& Open(std::string_view path);
-    void Load(File& file);
+    bool Current(const File& file) const;
+    bool Load(File& file);
+    bool Apply(std::string_view path, Change change);
     bool Write(File& file);
-    void Report(File& file, std::string_view problem);
+    bool Fail(File& file, std::string_view trouble);
 
     FileSystem& files_;
     Reporter report_;
