@@ -1,4 +1,5 @@
 #include "support/FakeTime.h"
+#include "support/MemoryFileSystem.h"
 #include "time/TimeZoneLookup.h"
 #include "time/modTime.h"
 
@@ -63,6 +64,22 @@ TEST(TimeZoneLookup, FindsTheFirstPairOfAName) {
     lookup.Load("\xEF\xBB\xBFmarked,yes");
     EXPECT_NE(lookup.Find("marked"), nullptr);
     EXPECT_EQ(lookup.Find("last"), nullptr) << "of the file before";
+}
+
+TEST(TimeZoneLookup, IsReadFromItsFileAndEmptyWithoutIt) {
+    FakeTime time;
+    time.ZoneInForce().standardName = "Eastern Standard Time";
+    testing::MemoryFileSystem files;
+    files["timezone.txt"].bytes = "Pacific Standard Time,PST\r\nEASTERN STANDARD TIME,EST\r\n";
+    modTime::LoadTimeZoneLookup(files);
+    EXPECT_EQ(modTime::ConvertedTimeZone(), "EST");
+    time.ZoneInForce().standardName = "Arabian Standard Time";
+    EXPECT_EQ(modTime::ConvertedTimeZone(), "Not defined in timezone.txt");
+
+    time.ZoneInForce().standardName = "Eastern Standard Time";
+    ASSERT_TRUE(files.DeleteFile("timezone.txt"));
+    modTime::LoadTimeZoneLookup(files);
+    EXPECT_EQ(modTime::ConvertedTimeZone(), "Not defined in timezone.txt");
 }
 
 TEST(SunTimes, AreComputedOnceForEachLocalDay) {
