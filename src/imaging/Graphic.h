@@ -61,7 +61,7 @@ public:
     void SetRate(double seconds);
 
     /// Seconds after midnight, 0 .. 86400.
-    int UpdateBaseTime() const { return activity_.BaseTime(); }
+    int UpdateBaseTime() const { return static_cast<int>(activity_.BaseTime()); }
     void SetUpdateBaseTime(int seconds);
 
     // --- State ---

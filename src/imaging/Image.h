@@ -1,8 +1,8 @@
 #pragma once
 
 #include "imaging/DIB.h"
+#include "imaging/pixelops/Rotation.h"
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -11,6 +11,7 @@
 
 namespace tessaloom {
 
+class ErrorsFile;
 struct PictureAccess;
 class PictureFile;
 
@@ -40,12 +41,13 @@ public:
     };
 
     /// Stages in the order in which they are brought up to date; each has a dirty flag.
-    enum class Stage : std::uint8_t {
+    enum class Stage : std::uint16_t {
         Picture,  ///< Whether the file must be read again.
         Image,    ///< The loaded, colour-processed picture.
         Crop,
         Stretch,
         Rotation,
+        OpacityFile,     ///< Whether the opacity file must be read again.
         Opacity,         ///< The map of the stretched picture.
         RotatedOpacity,  ///< The map of the rotated picture.
         Shadow,
@@ -56,9 +58,12 @@ public:
     static constexpr int NoKeyColour = 0x1000000;
     static constexpr int ShadowMargin = 2;  ///< By which the shadow bitmap exceeds the picture on each side.
 
-    /// An image that is never asked for files (a text layer's) does without `access`, which it only refers
-    /// to.
-    explicit Image(const PictureAccess* access = nullptr);
+    static constexpr int LargestColorCount = 999;  ///< Groups: files number them with three digits.
+    static constexpr int LargestColorTable = 4 * LargestColorCount;
+
+    /// An image that is never asked for files (a text layer's) does without access to them.
+    Image();
+    explicit Image(const PictureAccess& access);
     ~Image();
     Image(const Image&) = delete;
     Image& operator=(const Image&) = delete;
@@ -102,6 +107,18 @@ public:
     /// The shadow of the final picture; an empty bitmap without shadow.
     const DIB& GetShadowDIB();
 
+    /// What each stage yields as it stands, with nothing brought up to date; null without pixels.
+    const std::uint8_t* OriginalDIBPtrToWorkFrom() const { return picture_.DIBPtr(); }
+    const std::uint8_t* CroppedDIBPtrToWorkFrom() const { return Cropped().DIBPtr(); }
+    const std::uint8_t* StretchedDIBPtrToWorkFrom() const { return Stretched().DIBPtr(); }
+    const std::uint8_t* DIBPtrToWorkFrom() const { return Rotated().DIBPtr(); }
+    const DeviceContext* OriginalhDCToWorkFrom() const { return picture_.hDC(); }
+    const DeviceContext* CroppedhDCToWorkFrom() const { return Cropped().hDC(); }
+    const DeviceContext* StretchedhDCToWorkFrom() const { return Stretched().hDC(); }
+    const DeviceContext* hDCToWorkFrom() const { return Rotated().hDC(); }
+    const DIB& GetWorkingDIB() const { return Rotated(); }
+    const DeviceContext* GetWorkinghDC() const { return Rotated().hDC(); }
+
     int FinalWidth() { return GetRotatedDIB().Width(); }
     int FinalHeight() { return GetRotatedDIB().Height(); }
     int GetWidth() { return GetImageDIB().Width(); }
@@ -134,8 +151,7 @@ public:
     int OpacityType() const { return opacityType_; }
     void SetOpacityType(int type);
 
-    /// 0 .. 3, pixelops/Tessaloom.h. A map, where there is one, also works in mode 2; in mode 3 nothing is
-    /// drawn without one.
+    /// 0 .. 3, pixelops/Tessaloom.h. A map works in every mode; mode 3 draws nothing without one.
     int OpacityMode() const { return opacityMode_; }
     void SetOpacityMode(int mode);
 
@@ -211,52 +227,82 @@ public:
 
     /// Handed to the loading surface: it takes the picture's size.
     bool AutoSize() const { return autoSize_; }
-    void SetAutoSize(bool autoSize) { autoSize_ = autoSize; }
+    void SetAutoSize(bool autoSize);
 
 private:
-    using Stages = std::uint8_t;
+    using Stages = std::uint16_t;
+    static constexpr Stages AllStages = 0x1FF;
     static constexpr Stages Bit(Stage stage) {
         return static_cast<Stages>(1U << static_cast<unsigned>(stage));
     }
-    static const Stages AllStages;
+    template <typename... Each>
+    static constexpr Stages Bits(Each... stages) {
+        return static_cast<Stages>((0U | ... | Bit(stages)));
+    }
 
     struct Margins {
         int left = 0, right = 0, top = 0, bottom = 0;
         bool operator==(const Margins&) const = default;
     };
 
+    /// Where the picture in hand came from.
+    enum class Held { Nothing, FromFile, FromOwner, Cleared, Coverage };
+
+    /// A stage and what brings it up to date.
+    struct StageRoutine {
+        Stage stage;
+        void (Image::*run)();
+    };
+    static const StageRoutine StageRoutines[];
+
     /// The common change routine: what is seen changed, and `stages` must be computed again.
     void SetGraphics(Stages stages);
-    bool TakeDirty(Stage stage);  ///< True when it was dirty; it is clean from now on.
+    void MarkDirty(Stages stages) { dirty_ = static_cast<Stages>(dirty_ | stages); }
+    void MarkShadow();  ///< Where there is one.
+    void PictureReplaced(Held held);
 
     void UpdateTo(Stage last);
-    void LoadPicture();
+    void CheckPictureFile();
     void LoadImageDIB();
+    void LoadPicture();
     void LoadCroppedDIB();
     void LoadStretchedDIB();
     void LoadRotatedDIB();
+    void LoadOpacityFile();
     void LoadOpacity();
     void LoadRotatedOpacityDIB();
     void LoadShadowDIB();
 
-    const DIB& Unrotated() const;
+    const DIB& Cropped() const { return cropActive_ ? cropped_ : picture_; }
+    const DIB& Stretched() const { return stretchActive_ ? stretched_ : Cropped(); }
+    const DIB& Rotated() const { return rotationActive_ ? rotated_ : Stretched(); }
+    const DIB* FinalMap() const;
+
     bool IsFile() const { return pictureType_ == File || pictureType_ == FetchedFile; }
+    bool IsText() const { return pictureType_ == Text; }
     bool IsFeathered() const { return featherWidth_ != 0 || featherRadius_ != 0; }
-    int EffectiveMode();
-    int Opacity255() const;
+    bool HasOpacityFile() const;
+    bool HasOpacity() const;      ///< Of the unrotated picture: a file's or a soft edge.
+    bool TurnsToCorners() const;  ///< The rotated picture does not fill its bitmap.
     int KeyColour() const;
-    void PictureReplaced();
 
     std::unique_ptr<PictureFile> pictureFile_;
     std::unique_ptr<PictureFile> opacityFile_;
+    ErrorsFile* errors_ = nullptr;
 
-    DIB picture_, spare_;  // `spare_`: where the next picture is made; swapped in when whole
-    DIB supplied_;         // the supplied picture before colour processing
+    DIB picture_;
+    DIB supplied_;  ///< The supplied picture before colour processing; empty without.
     DIB cropped_, stretched_, rotated_;
+    DIB opacityPicture_;  ///< The opacity file as a map of its own size.
     DIB opacity_, rotatedOpacity_;
     DIB shadow_;
+    DIB work_;           ///< What is turned: the picture with its edge continued, or the map's negative.
+    PixelSize mapFrom_;  ///< The size of what `rotatedOpacity_` was turned from.
     bool cropActive_ = false, stretchActive_ = false, rotationActive_ = false;
     bool opacityActive_ = false, rotatedOpacityActive_ = false;
+    Held held_ = Held::Nothing;
+    int suppliedProcessing_ = 0;  ///< The colour processing that the supplied picture went through.
+    int clearedColor_ = 0;
 
     std::string pictureFileName_;
     std::string opacityFileName_;
@@ -265,7 +311,6 @@ private:
     int opacityMode_ = 2;
     int opacityValue_ = 100;
     int colorProcessing_ = 0;
-    int suppliedProcessing_ = 0;  // the colour processing that `picture_` went through
     int backgroundColor_ = 0;
     int textColor_ = 0;
     int width_ = 0, height_ = 0;

@@ -1,0 +1,62 @@
+#include "imaging/PictureFile.h"
+
+#include "core/ErrorReport.h"
+#include "locale/Error.h"
+
+#include <utility>
+
+namespace tessaloom {
+
+PictureFile::PictureFile(const PictureAccess& access)
+    : access_(access), surface_(access.files, access.jpeg, access.pictures, access.errors) {}
+
+bool PictureFile::Stale(std::string_view name) const {
+    if (!loadedStamp_ || !loadedStamp_->settled || loadedName_ != name) return true;
+    return access_.files.Stamp(name) != loadedStamp_;
+}
+
+PictureFile::Outcome PictureFile::Load(std::string_view name, DIB& target) {
+    // Taken before reading: what is written meanwhile then counts as another file.
+    auto stamp = access_.files.Stamp(name);
+    surface_.FreeMemory();
+    int result = LoadJpegIntoDIB(access_.files, access_.jpeg, access_.pictures, name, target, &buffers_);
+    if (result == NotJpegName) result = LoadThroughSurface(name, target);
+    if (result != Loaded) {
+        loadedStamp_.reset();
+        return Fail(name, result);
+    }
+    loadedName_ = name;
+    loadedStamp_ = stamp;
+    fault_ = Loaded;
+    return Outcome::Loaded;
+}
+
+int PictureFile::LoadThroughSurface(std::string_view name, DIB& target) {
+    if (!access_.files.FileExists(name)) return Missing;
+    surface_.InitPictureBox();
+    surface_.SetAutoSize(autoSize_);
+    if (!surface_.SetPictureFile(name)) return Unreadable;
+    const DeviceContext* source = surface_.hDC();
+    if (!source) return Unreadable;
+    target.SetWidthHeight(surface_.Width(), surface_.Height());
+    if (!target.DIBPtr()) return Unreadable;
+    target.hDC()->BitBlt(0, 0, target.Width(), target.Height(), *source, 0, 0);
+    return Loaded;
+}
+
+PictureFile::Outcome PictureFile::Fail(std::string_view name, int result) {
+    if (fault_ == result && faultName_ == name) return Outcome::FailedAgain;
+    fault_ = result;
+    faultName_ = name;
+    const bool missing = result == Missing;
+    const auto number = missing ? ErrorNumber::FileNotFound : ErrorNumber::DeviceIO;
+    Report({.module = "Image.cls",
+            .procedure = "LoadPicture",
+            .number = static_cast<int>(number),
+            .description =
+                std::string(missing ? "There is no picture file " : "No whole picture can be read from ") +
+                faultName_});
+    return Outcome::Failed;
+}
+
+}  // namespace tessaloom

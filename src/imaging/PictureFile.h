@@ -1,0 +1,56 @@
+#pragma once
+
+#include "imaging/LoadJpegIntoDIB.h"
+#include "imaging/Picture.h"
+#include "imaging/PictureAccess.h"
+#include "platform/FileSystem.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tessaloom {
+
+/// The picture file of one layer, read again only when it changed.
+///
+/// A fault goes to the common error report once for each file and reason, until the file has been read again.
+class PictureFile {
+public:
+    enum class Outcome {
+        Loaded,
+        Failed,       ///< For the first time with this file and reason.
+        FailedAgain,  ///< As before, so that nothing else needs to be done about it.
+    };
+
+    explicit PictureFile(const PictureAccess& access);
+
+    /// Whether the file `name` is another one than was loaded last, or cannot be told from it, or failed.
+    bool Stale(std::string_view name) const;
+
+    /// Reads the file whatever its stamp. On failure `target` keeps its picture.
+    Outcome Load(std::string_view name, DIB& target);
+
+    /// Of the picture loaded last: 0 clear .. 255 solid, `Width` bytes a row, bottom row first; empty when it
+    /// has no transparency. Lasts until the next load.
+    std::span<const std::uint8_t> Alpha() const { return surface_.Alpha(); }
+
+    /// Whether pictures of other formats than JPEG are taken at their own size.
+    void SetAutoSize(bool autoSize) { autoSize_ = autoSize; }
+
+private:
+    int LoadThroughSurface(std::string_view name, DIB& target);
+    Outcome Fail(std::string_view name, int result);
+
+    PictureAccess access_;
+    Picture surface_;
+    LoadingBuffers buffers_;
+    bool autoSize_ = true;
+    std::string loadedName_;
+    std::optional<FileStamp> loadedStamp_;
+    std::string faultName_;
+    int fault_ = Loaded;  ///< A `JpegLoad`; `Loaded` while there is no fault.
+};
+
+}  // namespace tessaloom
