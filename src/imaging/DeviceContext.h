@@ -1,6 +1,6 @@
 #pragma once
 
-#include <vector>
+#include "imaging/Resampler.h"
 
 namespace tessaloom {
 
@@ -42,14 +42,14 @@ public:
     const DIB& Bitmap() const { return bitmap_; }
 
 private:
-    struct Area;
+    struct Stretch;
 
-    void StretchNearest(const Area& to, const DIB& source, const Area& from);
-    void StretchSmooth(const Area& to, const DIB& source, const Area& from);
+    void StretchNearest(const Stretch& stretch);
+    void StretchSmooth(const Stretch& stretch);
 
     DIB& bitmap_;
     StretchMode stretchMode_ = StretchMode::ColorOnColor;
-    std::vector<float> row_;  ///< One source row, summed; kept so that a steady picture allocates nothing.
+    Resampler resampler_;
 };
 
 }  // namespace tessaloom

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
-#include <vector>
 
 #include "imaging/DIB.h"
 
@@ -12,9 +14,10 @@ namespace tessaloom {
 class FileSystem;
 class JpegCodec;
 class PictureLoader;
+struct LoadedPicture;
 
 /// Bytes of the largest picture file that is read.
-inline constexpr std::int64_t MaximumPictureFileBytes = 256 * 1024 * 1024;
+inline constexpr std::size_t MaximumPictureFileBytes = std::size_t{256} << 20;
 
 /// What one caller keeps between two loads, so that a picture of a steady size is reloaded without
 /// allocating.
@@ -42,10 +45,13 @@ int LoadJpegIntoDIB(FileSystem& files, JpegCodec& codec, PictureLoader& loader, 
 bool DecodeJpeg(JpegCodec& codec, PictureLoader& loader, std::span<const std::uint8_t> file, DIB& target,
                 DIB& spare);
 
+/// Puts a decoded picture into `target`; false, and the target as it was, when there is no memory for it.
+bool TakePicture(const LoadedPicture& picture, DIB& target, DIB& spare);
+
 /// Whether these bytes begin as a JPEG file does.
 bool LooksLikeJpeg(std::span<const std::uint8_t> file);
 
-/// Reads all of a picture file; false when it is missing, too large, unreadable or changes meanwhile.
-bool ReadPictureFile(FileSystem& files, std::string_view name, std::vector<std::uint8_t>& bytes);
+/// Reads all of a picture file; nothing when it is missing, too large, unreadable or changes meanwhile.
+std::optional<std::string> ReadPictureFile(FileSystem& files, std::string_view name);
 
 }  // namespace tessaloom

@@ -1,0 +1,104 @@
+#include "imaging/LoadJpegIntoDIB.h"
+
+#include <cstring>
+
+#include "core/ErrorReport.h"
+#include "platform/FileSystem.h"
+#include "platform/JpegCodec.h"
+#include "platform/PictureLoader.h"
+
+namespace tessaloom {
+
+namespace {
+
+std::string_view Trimmed(std::string_view text) {
+    const std::size_t first = text.find_first_not_of(' ');
+    if (first == std::string_view::npos) return {};
+    return text.substr(first, text.find_last_not_of(' ') - first + 1);
+}
+
+/// `ending` in capitals.
+bool EndsWithoutCase(std::string_view text, std::string_view ending) {
+    if (text.size() < ending.size()) return false;
+    text.remove_prefix(text.size() - ending.size());
+    for (std::size_t i = 0; i < ending.size(); ++i) {
+        const char capital =
+            text[i] >= 'a' && text[i] <= 'z' ? static_cast<char>(text[i] - 'a' + 'A') : text[i];
+        if (capital != ending[i]) return false;
+    }
+    return true;
+}
+
+/// Gives `bitmap` that size, and pixels.
+bool MakeRoom(DIB& bitmap, int width, int height) {
+    bitmap.SetWidthHeight(width, height);
+    if (!bitmap.DIBPtr()) bitmap.CreateDIB();
+    return bitmap.DIBPtr() != nullptr;
+}
+
+std::span<const std::uint8_t> AsBytes(std::string_view text) {
+    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+}  // namespace
+
+int LoadJpegIntoDIB(FileSystem& files, JpegCodec& codec, PictureLoader& loader, std::string_view name,
+                    DIB& target, LoadingBuffers* buffers) {
+    const std::string_view trimmed = Trimmed(name);
+    if (!EndsWithoutCase(trimmed, ".JPG") && !EndsWithoutCase(trimmed, ".JPEG")) return NotJpegName;
+    // Blanks around a name mean nothing, unless there is such a file.
+    if (!files.FileExists(name)) name = trimmed;
+    if (!files.FileExists(name)) return Missing;
+
+    const bool loaded = Trap({"Image.cls", "LoadJpegIntoDIB"}, [&] {
+        DIB own;
+        const auto bytes = ReadPictureFile(files, name);
+        return bytes && DecodeJpeg(codec, loader, AsBytes(*bytes), target, buffers ? buffers->spare : own);
+    });
+    return loaded ? Loaded : Unreadable;
+}
+
+bool DecodeJpeg(JpegCodec& codec, PictureLoader& loader, std::span<const std::uint8_t> file, DIB& target,
+                DIB& spare) {
+    if (!LooksLikeJpeg(file)) return false;
+    JpegHeader header;
+    JpegResult result = codec.ReadHeader(file, header);
+    if (result == JpegResult::Ok) {
+        if (!MakeRoom(spare, header.width, header.height)) return false;
+        result = codec.Decode(file, header, spare.DIBPtr(), spare.Stride());
+    }
+    switch (result) {
+        case JpegResult::Ok:
+            target.Swap(spare);
+            return true;
+        case JpegResult::Unsupported:
+            return TakePicture(loader.Load(file), target, spare);
+        case JpegResult::Damaged:
+        case JpegResult::TooLarge:
+        case JpegResult::Failed:
+            break;
+    }
+    return false;
+}
+
+bool TakePicture(const LoadedPicture& picture, DIB& target, DIB& spare) {
+    if (!picture || !MakeRoom(spare, picture.width, picture.height)) return false;
+    if (picture.pixels.size() != spare.SizeInBytes()) return false;
+    std::memcpy(spare.DIBPtr(), picture.pixels.data(), picture.pixels.size());
+    target.Swap(spare);
+    return true;
+}
+
+bool LooksLikeJpeg(std::span<const std::uint8_t> file) {
+    return file.size() > 3 && file[0] == 0xFF && file[1] == 0xD8 && file[2] == 0xFF;
+}
+
+std::optional<std::string> ReadPictureFile(FileSystem& files, std::string_view name) {
+    const auto before = files.Stamp(name);
+    if (!before || before->size > MaximumPictureFileBytes) return std::nullopt;
+    auto bytes = files.ReadFile(name, MaximumPictureFileBytes);
+    if (!bytes || bytes->size() != before->size || files.Stamp(name) != before) return std::nullopt;
+    return bytes;
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,89 @@
+#include "imaging/Resampler.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tessaloom {
+
+void AxisWeights::Prepare(int sourceLength, int destLength, int from, int count) {
+    entries_.clear();
+    weights_.clear();
+    const double scale = static_cast<double>(sourceLength) / destLength;
+    for (int i = from; i < from + count; ++i) {
+        const std::size_t begin = weights_.size();
+        entries_.push_back({0, begin, begin});
+        if (sourceLength > destLength)
+            AddMean(i * scale, (i + 1) * scale, sourceLength);
+        else
+            AddLine((i + 0.5) * scale - 0.5, sourceLength);
+        entries_.back().end = weights_.size();
+    }
+}
+
+AxisWeights::Taps AxisWeights::operator[](int i) const {
+    const Entry& entry = entries_[static_cast<std::size_t>(i)];
+    return {entry.first, std::span(weights_).subspan(entry.begin, entry.end - entry.begin)};
+}
+
+void AxisWeights::AddMean(double begin, double end, int sourceLength) {
+    const int first = std::clamp(static_cast<int>(begin), 0, sourceLength - 1);
+    const int last = std::clamp(static_cast<int>(std::ceil(end)) - 1, first, sourceLength - 1);
+    entries_.back().first = first;
+    for (int pixel = first; pixel <= last; ++pixel) {
+        const double covered = std::min(end, pixel + 1.0) - std::max<double>(begin, pixel);
+        weights_.push_back(static_cast<float>(std::max(covered, 0.0) / (end - begin)));
+    }
+}
+
+void AxisWeights::AddLine(double centre, int sourceLength) {
+    const double held = std::clamp(centre, 0.0, sourceLength - 1.0);
+    const int first = static_cast<int>(held);
+    const float fraction = static_cast<float>(held - first);
+    entries_.back().first = first;
+    if (fraction == 0) {
+        weights_.push_back(1);
+    } else {
+        weights_.push_back(1 - fraction);
+        weights_.push_back(fraction);
+    }
+}
+
+namespace {
+
+void AddRow(float* sum, const std::uint8_t* row, float weight, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) sum[i] += weight * static_cast<float>(row[i]);
+}
+
+}  // namespace
+
+void Resampler::Run(const Target& target, const Source& source) {
+    columns_.Prepare(source.width, target.fullWidth, target.left, target.width);
+    rows_.Prepare(source.height, target.fullHeight, target.top, target.height);
+    row_.resize(static_cast<std::size_t>(source.width) * 3);
+    for (int y = 0; y < target.height; ++y) {
+        std::fill(row_.begin(), row_.end(), 0.0F);
+        const auto [firstRow, rowWeights] = rows_[y];
+        const std::uint8_t* row = source.pixels + firstRow * source.rowStep;
+        for (const float weight : rowWeights) {
+            AddRow(row_.data(), row, weight, row_.size());
+            row += source.rowStep;
+        }
+        std::uint8_t* to = target.pixels + y * target.rowStep;
+        for (int x = 0; x < target.width; ++x, to += 3) {
+            const auto [firstColumn, weights] = columns_[x];
+            const float* pixel = row_.data() + firstColumn * std::ptrdiff_t{3};
+            float blue = 0.5F, green = 0.5F, red = 0.5F;  // rounds to the nearest
+            for (const float weight : weights) {
+                blue += weight * pixel[0];
+                green += weight * pixel[1];
+                red += weight * pixel[2];
+                pixel += 3;
+            }
+            to[0] = static_cast<std::uint8_t>(std::min(blue, 255.0F));
+            to[1] = static_cast<std::uint8_t>(std::min(green, 255.0F));
+            to[2] = static_cast<std::uint8_t>(std::min(red, 255.0F));
+        }
+    }
+}
+
+}  // namespace tessaloom

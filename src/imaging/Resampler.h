@@ -1,0 +1,66 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace tessaloom {
+
+/// Which source pixels of one axis make up each destination pixel, and with what weights (their sum is 1).
+///
+/// Shrinking takes the mean over what a destination pixel covers, with fractions at its ends; enlarging takes
+/// a straight line between the two nearest pixel centres; an unchanged length takes the pixel itself.
+class AxisWeights {
+public:
+    struct Taps {
+        int first = 0;  ///< The source pixel that the first weight belongs to.
+        std::span<const float> weights;
+    };
+
+    /// Prepares the destination pixels `from` .. `from + count - 1` of `destLength`.
+    void Prepare(int sourceLength, int destLength, int from, int count);
+
+    /// The taps of the prepared pixel number `i`, 0 .. `count` - 1.
+    Taps operator[](int i) const;
+
+private:
+    void AddMean(double begin, double end, int sourceLength);
+    void AddLine(double centre, int sourceLength);
+
+    struct Entry {
+        int first;
+        std::size_t begin, end;  ///< In `weights_`.
+    };
+    std::vector<Entry> entries_;
+    std::vector<float> weights_;
+};
+
+/// Scales 24-bit rows smoothly. Keeps its buffers, so that scaling to a steady size allocates nothing.
+class Resampler {
+public:
+    /// `pixels` is the first pixel of the first row; `rowStep` the bytes from a row to the next, maybe
+    /// negative.
+    struct Source {
+        const std::uint8_t* pixels;
+        std::ptrdiff_t rowStep;
+        int width, height;
+    };
+
+    /// The whole scaled picture has `fullWidth` x `fullHeight` pixels; of it the part at (left, top) of the
+    /// given size is written.
+    struct Target {
+        std::uint8_t* pixels;
+        std::ptrdiff_t rowStep;
+        int fullWidth, fullHeight;
+        int left, top, width, height;
+    };
+
+    void Run(const Target& target, const Source& source);
+
+private:
+    AxisWeights columns_;
+    AxisWeights rows_;
+    std::vector<float> row_;  ///< The weighted sum of the source rows that make up one destination row.
+};
+
+}  // namespace tessaloom

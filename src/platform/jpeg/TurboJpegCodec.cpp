@@ -1,0 +1,88 @@
+#include "platform/jpeg/TurboJpegCodec.h"
+
+#include <turbojpeg.h>
+
+#include <algorithm>
+
+namespace tessaloom {
+
+namespace {
+
+/// Pixels times passes over the picture. An ordinary progressive file takes about ten passes; a hostile one
+/// of a few kilobytes could ask for hundreds over the largest picture and hold the program up for minutes.
+constexpr std::int64_t MaximumWork = 1'500'000'000;
+
+/// How many passes over the picture the file may ask for. The marker cannot occur within picture data, where
+/// a byte 0xFF is always followed by 0; those of an embedded small picture are counted, too, which does no
+/// harm.
+std::int64_t CountScans(std::span<const std::uint8_t> file) {
+    std::int64_t scans = 0;
+    for (std::size_t i = 1; i < file.size(); ++i) scans += file[i - 1] == 0xFF && file[i] == 0xDA;
+    return scans;
+}
+
+JpegHeader::Colours ColoursOf(int colourSpace) {
+    switch (colourSpace) {
+        case TJCS_GRAY:
+            return JpegHeader::Colours::Grey;
+        case TJCS_RGB:
+            return JpegHeader::Colours::RGB;
+        case TJCS_CMYK:
+            return JpegHeader::Colours::CMYK;
+        case TJCS_YCCK:
+            return JpegHeader::Colours::YCCK;
+        default:
+            return JpegHeader::Colours::YCbCr;
+    }
+}
+
+}  // namespace
+
+void TurboJpegCodec::Close::operator()(void* handle) const { tjDestroy(handle); }
+
+TurboJpegCodec::TurboJpegCodec() : decoder_(tjInitDecompress()), encoder_(tjInitCompress()) {}
+TurboJpegCodec::~TurboJpegCodec() = default;
+
+JpegResult TurboJpegCodec::ReadHeader(std::span<const std::uint8_t> file, JpegHeader& header) {
+    if (!decoder_ || file.empty()) return JpegResult::Failed;
+    int width = 0, height = 0, subsampling = 0, colourSpace = 0;
+    if (tjDecompressHeader3(decoder_.get(), file.data(), file.size(), &width, &height, &subsampling,
+                            &colourSpace) != 0) {
+        // Unusual samplings are among these; another decoder may know them.
+        return file.size() > 2 && file[0] == 0xFF && file[1] == 0xD8 ? JpegResult::Unsupported
+                                                                     : JpegResult::Failed;
+    }
+    if (!limits_.Allow(width, height) || std::int64_t{width} * height * CountScans(file) > MaximumWork)
+        return JpegResult::TooLarge;
+    header = {width, height, ColoursOf(colourSpace)};
+    return JpegResult::Ok;
+}
+
+JpegResult TurboJpegCodec::Decode(std::span<const std::uint8_t> file, const JpegHeader& header,
+                                  std::uint8_t* rows, int stride) {
+    if (!decoder_ || !rows) return JpegResult::Failed;
+    if (header.colours == JpegHeader::Colours::CMYK || header.colours == JpegHeader::Colours::YCCK)
+        return JpegResult::Unsupported;
+    constexpr int Flags = TJFLAG_BOTTOMUP | TJFLAG_STOPONWARNING | TJFLAG_LIMITSCANS;
+    if (tjDecompress2(decoder_.get(), file.data(), file.size(), rows, header.width, stride, header.height,
+                      TJPF_BGR, Flags) == 0)
+        return JpegResult::Ok;
+    return tjGetErrorCode(decoder_.get()) == TJERR_WARNING ? JpegResult::Damaged : JpegResult::Failed;
+}
+
+std::span<const std::uint8_t> TurboJpegCodec::Encode(const std::uint8_t* rows, int width, int height,
+                                                     int stride, int quality,
+                                                     std::vector<std::uint8_t>& buffer) {
+    if (!encoder_ || !rows || width < 1 || height < 1) return {};
+    const unsigned long worstCase = tjBufSize(width, height, TJSAMP_420);
+    if (worstCase == static_cast<unsigned long>(-1)) return {};
+    if (buffer.size() < worstCase) buffer.resize(worstCase);
+    unsigned char* bytes = buffer.data();
+    unsigned long size = buffer.size();
+    if (tjCompress2(encoder_.get(), rows, width, stride, height, TJPF_BGR, &bytes, &size, TJSAMP_420,
+                    std::clamp(quality, 1, 100), TJFLAG_BOTTOMUP | TJFLAG_NOREALLOC) != 0)
+        return {};
+    return {buffer.data(), size};
+}
+
+}  // namespace tessaloom
