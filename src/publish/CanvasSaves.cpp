@@ -125,7 +125,7 @@ bool CanvasSaves::SaveFixed(double now) {
 void CanvasSaves::ShiftCascade() {
     FileSystem& files = tools_.files;
     const std::string prefix = JoinPath(ParentFolderName(fixedFileName_), BaseName(fixedFileName_));
-    const std::string suffix = "." + ExtensionName(fixedFileName_);
+    const std::string suffix = std::string(".").append(ExtensionName(fixedFileName_));
     const auto copy = [&](int number) { return prefix + modNumbers::FormatNI(number, "0000") + suffix; };
 
     for (int i = cascadeCount_; i >= cascadeMode_; --i) {
