@@ -1,20 +1,18 @@
 #pragma once
 
 #include "core/Store.h"
+#include "imaging/DIB.h"
+#include "imaging/Image.h"
 #include "imaging/LayerHost.h"
 #include "platform/Fonts.h"
+#include "time/Schedule.h"
 #include "time/TimedActivity.h"
 
-#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace tessaloom {
 
-class DIB;
-class Image;
-class Schedule;
 class TagSource;
 
 /// One text layer of a canvas: text with live tags, expanded when due and drawn when its picture changed.
@@ -30,7 +28,6 @@ public:
     /// `timing` is the layer's entry in the canvas's timing table, kept in step from here on. Without
     /// `tags`, that is outside a portfolio, texts are not expanded. All of them outlive the layer.
     Text(LayerHost& host, LayerTiming& timing, Fonts& fonts, const TagSource* tags);
-    ~Text();
     Text(const Text&) = delete;
     Text& operator=(const Text&) = delete;
 
@@ -58,15 +55,15 @@ public:
     void MergeShadowTo(DIB& shadow);
 
     /// The final picture's size; 0 while there is nothing to draw.
-    int Width() const;
-    int Height() const;
+    int Width() { return blank_ ? 0 : image_.FinalWidth(); }
+    int Height() { return blank_ ? 0 : image_.FinalHeight(); }
 
     /// True while the layer waits to be drawn, or its schedule to be saved.
-    bool Changed() const;
+    bool Changed() const { return changed_ || schedule_.NeedsSaving(); }
 
-    tessaloom::Image& Image() { return *image_; }
-    tessaloom::Schedule& Schedule() { return *schedule_; }
-    const tessaloom::Schedule& Schedule() const { return *schedule_; }
+    tessaloom::Image& Image() { return image_; }
+    tessaloom::Schedule& Schedule() { return schedule_; }
+    const tessaloom::Schedule& Schedule() const { return schedule_; }
 
     /// The canvas's slot in the portfolio and the layer's in the canvas, given by the owner.
     int CanvasValue() const { return canvasIndex_; }
@@ -99,9 +96,9 @@ public:
     void SetFontName(std::string_view name);
 
     bool FontBold() const { return fontBold_; }
-    void SetFontBold(bool bold) { Set(fontBold_, bold, {false, true}); }
+    void SetFontBold(bool bold) { Set(fontBold_, bold); }
     bool FontItalic() const { return fontItalic_; }
-    void SetFontItalic(bool italic) { Set(fontItalic_, italic, {false, true}); }
+    void SetFontItalic(bool italic) { Set(fontItalic_, italic); }
 
     /// 0: two-level, 1: grey, 2: sub-pixels.
     int FontSmoothing() const { return fontSmoothing_; }
@@ -119,7 +116,7 @@ public:
     int OpacityMode() const { return opacityMode_; }
     void SetOpacityMode(int mode) { Set(opacityMode_, mode, {0, 2}); }
 
-    /// Degrees, clockwise, 0 .. 360: from 360 on 360, negative ones get 360 added.
+    /// Degrees counterclockwise, 0 .. 360: from 360 on 360, negative ones get 360 added.
     float RotationAngle() const { return rotationAngle_; }
     void SetRotationAngle(float degrees);
 
@@ -128,7 +125,7 @@ public:
     void SetScripted(bool scripted);
 
     bool Shadow() const { return shadow_; }
-    void SetShadow(bool shadow) { Set(shadow_, shadow, {false, true}); }
+    void SetShadow(bool shadow) { Set(shadow_, shadow); }
     /// Softness, 1 .. 4.
     int ShadowSize() const { return shadowSize_; }
     void SetShadowSize(int size) { Set(shadowSize_, size, {1, 4}); }
@@ -170,24 +167,28 @@ private:
     void Set(T& field, T value, Range<T> range) {
         if (Store(field, value, range)) Touch();
     }
+    template <typename T>
+    void Set(T& field, T value) {
+        if (Store(field, value)) Touch();
+    }
     void Touch();
     void CopyNextTime();
     Drawing WantedDrawing() const;
     void PlaceText(const Drawing& drawing);
     void SetUpImage();
-    void Align(int& left, int& top) const;
 
     LayerHost& host_;
     LayerTiming& entry_;
     Fonts& fonts_;
     const TagSource* tags_;
-    std::unique_ptr<tessaloom::Image> image_;
-    std::unique_ptr<tessaloom::Schedule> schedule_;
+    tessaloom::Image image_;
+    tessaloom::Schedule schedule_;
     TimedActivity timing_{
         {0, 86400},
         {0, 86400}
     };
 
+    DIB coverage_;
     Drawing drawn_;
     bool haveDrawn_ = false;
     bool blank_ = true;  ///< Nothing to lay down: an empty text, or none drawn yet.

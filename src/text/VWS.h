@@ -28,6 +28,18 @@ public:
 
     using Record = std::array<double, Values>;
 
+    /// The fields of a record that values are derived from.
+    enum Field {
+        WindSpeed = 8,
+        Gust = 9,
+        WindDirection = 10,
+        OutdoorTemperature = 14,
+        Barometer = 15,
+        DailyRain = 17,
+        OutdoorTemperatureRate = 34,
+        BarometerRate = 36,
+    };
+
     /// The derived values.
     enum Derived {
         MaxTempToday = 100,
@@ -36,7 +48,7 @@ public:
         MinTempYesterday = 103,
         BarometerTrend = 104,
         TemperatureTrend = 105,
-        StatWind = 106,
+        StatWind = 106,  ///< Of the vector mean.
         StatDirection = 107,
         StatGust = 108,
         MaxGustYesterday = 109,
@@ -46,8 +58,21 @@ public:
         SeaLevelBarometer = 115,
     };
 
+    static constexpr std::string_view LastDataFile = "lastdata.csv";  ///< In the directory of the start.
+
+    /// Records that the history keeps: a little over four hours at the usual 15 s.
+    static constexpr int DatabaseRecords = 1000;
+
     /// All outlive the object. `time` is the capture time of the portfolio.
     VWS(SettingsOwner& owner, const PresentTime& time, FileSystem& files);
+
+    /// Reads the file. True when it held a new record, which is then taken: readings, derived values,
+    /// history. A file that cannot be read, or holds no whole record, leaves the previous readings in place.
+    bool GetCSVData();
+
+    /// Keeps the daily values in `LastDataFile`, or takes them from there, so that they survive a restart.
+    void SaveLastData();
+    void LoadLastData();
 
     /// Reading is on. Switching it on makes it due at once.
     bool CSVEnabled() const { return enabled_; }
@@ -99,7 +124,7 @@ public:
     int CSVTemperatureUnits() const { return temperatureUnits_; }
     void SetCSVTemperatureUnits(int units) { Set(temperatureUnits_, units, {0, 1}); }
 
-    /// The last read gave a well-formed record.
+    /// The file could be read the last time.
     bool CSVDataValid() const { return dataValid_; }
 
     /// Reading or derived value k, 0 .. 119; `Missing` for any other k.
@@ -108,11 +133,41 @@ public:
     /// Text of field k as read, 0 .. 99; "-1000" when missing and for any other k.
     const std::string& CSVDataS(int k) const;
 
+    /// For scripts; any other k is ignored.
+    void SetCSVData(int k, double value);
+    void SetCSVDataS(int k, std::string_view text);
+
+    /// Whether the history is kept, from which the wind statistics come. On at first.
+    bool CSVEnableDatabase() const { return databaseEnabled_; }
+    void SetCSVEnableDatabase(bool enabled) { databaseEnabled_ = enabled; }
+
+    /// The history is a ring: records lie from the tail up to, but without, the head.
+    int CSVDatabaseHeadPtr() const { return head_; }
+    int CSVDatabaseTailPtr() const { return tail_; }
+    int CSVDatabaseBufferSize() const { return DatabaseRecords; }
+
+    /// Value k of the record at `index` of the ring; `Missing` where there is none.
+    double CSVDatabase(int index, int k) const;
+
 private:
+    struct Kept {
+        double moment = 0;
+        Record data;
+    };
+
     template <typename T>
     void Set(T& field, T value, Range<T> range) {
         if (Store(field, value, range)) owner_.SettingChanged();
     }
+
+    void Take(const std::vector<std::string>& fields, double moment);
+    void ResetDailyData();
+    void ProcessNewData();
+    void ProcessNewDatabaseData();
+    void AddToDatabase(double moment);
+    double SeaLevelPressure() const;
+    double& At(int k) { return data_[static_cast<std::size_t>(k)]; }
+    bool Has(int k) const { return CSVData(k) != Missing; }
 
     SettingsOwner& owner_;
     const PresentTime& time_;
@@ -134,8 +189,14 @@ private:
 
     double lastTime_ = 0;
     bool dataValid_ = false;
+    double dailyDate_ = 0;  ///< The day to which the daily values belong; 0: none yet.
+    bool lastDataLoaded_ = false;
     Record data_;
     std::array<std::string, Texts> texts_;
+
+    bool databaseEnabled_ = true;
+    std::vector<Kept> database_;  ///< Allocated with the first record.
+    int head_ = 0, tail_ = 0;
 };
 
 }  // namespace tessaloom

@@ -1,0 +1,43 @@
+#include "text/Replace.h"
+
+#include "core/modNumbers.h"
+
+#include <algorithm>
+
+namespace tessaloom {
+namespace {
+
+constexpr std::string_view NotAvailable = "N/A";
+constexpr double Missing = -1000;
+
+char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
+
+bool SameLetters(std::string_view a, std::string_view b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return Upper(x) == Upper(y); });
+}
+
+}  // namespace
+
+std::size_t FindTag(std::string_view text, std::string_view tag, std::size_t from) {
+    for (std::size_t at = text.find(tag.front(), from); at != std::string_view::npos;
+         at = text.find(tag.front(), at + 1)) {
+        if (text.size() - at < tag.size()) break;
+        if (SameLetters(text.substr(at, tag.size()), tag)) return at;
+    }
+    return std::string_view::npos;
+}
+
+void Replace(std::string& text, std::string_view tag, std::string_view value) {
+    double number = 0;
+    if (modNumbers::TryDblNI(value, number) && number == Missing) value = NotAvailable;
+    // A user's own value may hold its tag, which would be replaced for ever: it is then left as it stands.
+    const bool endless = FindTag(value, tag) != std::string_view::npos;
+    for (std::size_t at = FindTag(text, tag); at != std::string_view::npos; at = FindTag(text, tag, at)) {
+        text.replace(at, tag.size(), value);
+        // Nothing before this point held the tag, so only its beginning can lie there.
+        at = endless ? at + value.size() : at - std::min(at, tag.size() - 1);
+    }
+}
+
+}  // namespace tessaloom
