@@ -1,0 +1,115 @@
+#include "platform/qt/QtPictureLoader.h"
+
+#include <QBuffer>
+#include <QByteArray>
+#include <QImage>
+#include <QImageReader>
+#include <cstdlib>
+#include <limits>
+#include <utility>
+
+#include "platform/qt/WholePicture.h"
+
+namespace tessaloom {
+
+namespace {
+
+/// Keeps the decoders' messages about broken files off standard error while it lives, and counts them.
+/// Messages of other threads pass.
+class MessageTrap {
+public:
+    MessageTrap() : outer_(std::exchange(count_, &own_)), previous_(qInstallMessageHandler(&Handle)) {
+        if (previous_ != &Handle) next_ = previous_;
+    }
+    ~MessageTrap() {
+        qInstallMessageHandler(previous_);
+        count_ = outer_;
+    }
+    MessageTrap(const MessageTrap&) = delete;
+    MessageTrap& operator=(const MessageTrap&) = delete;
+
+    int Count() const { return own_; }
+
+private:
+    static void Handle(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+        if (count_)
+            ++*count_;
+        else if (next_)
+            next_(type, context, text);
+    }
+
+    static inline thread_local int* count_ = nullptr;
+    static inline QtMessageHandler next_ = nullptr;
+
+    int own_ = 0;
+    int* outer_;
+    QtMessageHandler previous_;
+};
+
+/// For the decoders' own check. They count 4 bytes a pixel, more for deep ones, which are held to fewer
+/// pixels.
+void LimitAllocation(const PictureLimits& limits) {
+    QImageReader::setAllocationLimit(static_cast<int>(
+        std::min<std::int64_t>(limits.pixels * 4 / (1 << 20) + 1, std::numeric_limits<int>::max())));
+}
+
+LoadedPicture Convert(const QImage& image) {
+    LoadedPicture picture;
+    picture.width = image.width();
+    picture.height = image.height();
+    const auto width = static_cast<std::size_t>(image.width());
+    const std::size_t rowBytes = (width * 3 + 3) & ~std::size_t{3};
+    picture.pixels.resize(rowBytes * static_cast<std::size_t>(image.height()));
+    const bool transparent = image.hasAlphaChannel();
+    if (transparent) picture.alpha.resize(width * static_cast<std::size_t>(image.height()));
+
+    bool solid = true;
+    for (int y = 0; y < image.height(); ++y) {
+        const auto* from = reinterpret_cast<const QRgb*>(image.constScanLine(y));
+        const auto row = static_cast<std::size_t>(image.height() - 1 - y);
+        std::uint8_t* to = picture.pixels.data() + row * rowBytes;
+        for (std::size_t x = 0; x < width; ++x, to += 3) {
+            to[0] = static_cast<std::uint8_t>(qBlue(from[x]));
+            to[1] = static_cast<std::uint8_t>(qGreen(from[x]));
+            to[2] = static_cast<std::uint8_t>(qRed(from[x]));
+        }
+        if (!transparent) continue;
+        for (std::size_t x = 0; x < width; ++x) {
+            picture.alpha[row * width + x] = static_cast<std::uint8_t>(qAlpha(from[x]));
+            solid = solid && qAlpha(from[x]) == 255;
+        }
+    }
+    if (solid) picture.alpha.clear();
+    return picture;
+}
+
+}  // namespace
+
+LoadedPicture QtPictureLoader::Load(std::span<const std::uint8_t> file) {
+    if (file.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()) || !IsWholePicture(file))
+        return {};
+    LimitAllocation(limits_);
+    const MessageTrap messages;
+    const QByteArray bytes = QByteArray::fromRawData(reinterpret_cast<const char*>(file.data()),
+                                                     static_cast<qsizetype>(file.size()));
+    QBuffer device;
+    device.setData(bytes);
+    if (!device.open(QIODevice::ReadOnly)) return {};
+
+    QImageReader reader(&device);
+    reader.setDecideFormatFromContent(true);
+    // A bitmap whose top row comes first reports a negative height.
+    const QSize size = reader.size();
+    if (size.isValid() || size.height() < 0) {
+        if (!limits_.Allow(size.width(), std::abs(std::int64_t{size.height()}))) return {};
+    }
+    const bool isJpeg = reader.format() == "jpeg";
+    QImage image = reader.read();
+    if (image.isNull() || !limits_.Allow(image.width(), image.height())) return {};
+    if (isJpeg && messages.Count() > 0) return {};
+    image = std::move(image).convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
+                                                                     : QImage::Format_RGB32);
+    return image.isNull() ? LoadedPicture() : Convert(image);
+}
+
+}  // namespace tessaloom
