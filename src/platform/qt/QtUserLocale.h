@@ -8,7 +8,7 @@ namespace tessaloom {
 
 /// The regional settings of this session, or of the locale called `name` (such as "de_DE").
 ///
-/// An unknown name gives the toolkit's neutral settings, which are English.
+/// "C" and unknown names give the initial values of `UserLocale`.
 UserLocale QtUserLocale(std::string_view name = {});
 
 }  // namespace tessaloom
