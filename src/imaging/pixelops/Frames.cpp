@@ -7,8 +7,8 @@ namespace {
 
 using namespace tessaloom::pixelops;
 
-/// Spreads 0 .. 31 over 0 .. 255, both ends exact.
-std::uint8_t FromFiveBits(unsigned value) { return static_cast<std::uint8_t>(value << 3 | value >> 2); }
+/// [value * 255 / 31]: spreads 0 .. 31 over 0 .. 255.
+std::uint8_t FromFiveBits(unsigned value) { return static_cast<std::uint8_t>((value * 255 + 15) / 31); }
 
 }  // namespace
 

@@ -51,7 +51,7 @@ int Shadow(uint8_t* ShadowPtr, int W, int H, const uint8_t* SourcePtr, int Sourc
            int X, int Y, int OpacityMode, int KeyColour, int Opacity255, const uint8_t* OpacityMapPtr,
            int ShadowSize, int, int, const int* ColourTablePtr, int ColourCount, int TransparentEnabled) {
     if (!ShadowPtr || W < 1 || H < 1) return 0;
-    std::fill_n(ShadowPtr, RowBytes(W) * H, std::uint8_t{0});
+    Cls(ShadowPtr, W, H, 0);
     if (OpacityMode == 3 && !OpacityMapPtr) return 0;
 
     const Coverage coverage(KeyColour, Opacity255, ColourTablePtr, ColourCount, TransparentEnabled);

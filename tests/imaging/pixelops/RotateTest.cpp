@@ -1,0 +1,140 @@
+#include <gtest/gtest.h>
+
+#include <climits>
+#include <cmath>
+#include <numbers>
+
+#include "imaging/pixelops/Bitmap.h"
+#include "imaging/pixelops/Rotation.h"
+#include "imaging/pixelops/Tessaloom.h"
+
+namespace tessaloom::testing {
+namespace {
+
+void RotateOnto(Bitmap& dest, Bitmap& source, double degrees) {
+    const Shears shears = RotationShears(degrees);
+    Rotate(dest.Ptr(), dest.width, dest.height, source.Ptr(), source.width, source.height, shears.angle,
+           shears.shearX, shears.shearY, 0);
+    EXPECT_TRUE(dest.GuardsIntact());
+}
+
+Bitmap Rotated(Bitmap& source, double degrees, int background = 0) {
+    const PixelSize size = RotatedSize(source.width, source.height, degrees);
+    Bitmap dest(size.width, size.height, background);
+    RotateOnto(dest, source, degrees);
+    return dest;
+}
+
+std::vector<int> FromTop(Bitmap bitmap) {
+    std::vector<int> colours;
+    for (int y = bitmap.height - 1; y >= 0; --y)
+        for (int x = 0; x < bitmap.width; ++x) colours.push_back(bitmap.Colour(x, y));
+    return colours;
+}
+
+TEST(Rotate, TurnsByQuartersExactlyAndCounterClockwise) {
+    Bitmap source(3, 2);  // seen from the top: 1 2 3 / 4 5 6
+    for (int i = 0; i < 6; ++i) source.Set(i % 3, 1 - i / 3, i + 1);
+    const struct {
+        double degrees;
+        std::vector<int> expected;
+    } cases[] = {
+        {0,   {1, 2, 3, 4, 5, 6}},
+        {90,  {3, 6, 2, 5, 1, 4}},
+        {180, {6, 5, 4, 3, 2, 1}},
+        {270, {4, 1, 5, 2, 6, 3}},
+        {360, {1, 2, 3, 4, 5, 6}},
+        {-90, {4, 1, 5, 2, 6, 3}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.degrees);
+        EXPECT_EQ(FromTop(Rotated(source, c.degrees)), c.expected);
+    }
+}
+
+TEST(Rotate, KnowsAHalfTurnByItsAngleWhateverTheShear) {
+    Bitmap source = Bitmap::Random(5, 4, 1), expected = Rotated(source, 180);
+    for (const int shear : {INT_MIN, INT_MAX, 0}) {
+        Bitmap dest(5, 4);
+        Rotate(dest.Ptr(), 5, 4, source.Ptr(), 5, 4, 180, shear, 0, 0);
+        EXPECT_EQ(dest, expected);
+    }
+}
+
+TEST(Rotate, LosesNoCornerAndStaysCentred) {
+    for (const double degrees :
+         {0.5, 1.0, 17.0, 44.9, 45.0, 61.5, 89.5, 90.5, 135.0, 179.5, 180.5, 222.0, 300.0, 359.5}) {
+        SCOPED_TRACE(degrees);
+        Bitmap source(61, 38, 0xFFFFFF);
+        Bitmap dest = Rotated(source, degrees);
+        double mass = 0, momentX = 0, momentY = 0;
+        for (int y = 0; y < dest.height; ++y) {
+            for (int x = 0; x < dest.width; ++x) {
+                const double covered = dest.At(x, y)[1] / 255.0;
+                mass += covered;
+                momentX += covered * (x + 0.5);
+                momentY += covered * (y + 0.5);
+            }
+        }
+        EXPECT_NEAR(mass, 61 * 38, 61 * 38 * 0.003);
+        EXPECT_NEAR(momentX / mass, dest.width / 2.0, 0.02);
+        EXPECT_NEAR(momentY / mass, dest.height / 2.0, 0.02);
+    }
+}
+
+TEST(Rotate, PutsEveryPointWhereTheAngleSays) {
+    // A ramp is linear, so that sampling between pixels is exact but for the rounding.
+    Bitmap source(100, 80);
+    for (int y = 0; y < 80; ++y)
+        for (int x = 0; x < 100; ++x) source.Set(x, y, (x * 2) | (y * 3) << 8);
+    for (const double degrees : {3.0, 30.0, 118.0, 200.0, 273.0}) {
+        Bitmap dest = Rotated(source, degrees);
+        const double a = degrees * std::numbers::pi / 180;
+        int checked = 0;
+        for (int y = 0; y < dest.height; ++y) {
+            for (int x = 0; x < dest.width; ++x) {
+                const double dx = x + 0.5 - dest.width / 2.0, dy = y + 0.5 - dest.height / 2.0;
+                const double u = std::cos(a) * dx + std::sin(a) * dy + 49.5;
+                const double v = -std::sin(a) * dx + std::cos(a) * dy + 39.5;
+                if (u < 0 || u > 99 || v < 0 || v > 79) continue;
+                ASSERT_NEAR(dest.At(x, y)[2], u * 2, 0.6) << degrees << " at " << x << ", " << y;
+                ASSERT_NEAR(dest.At(x, y)[1], v * 3, 0.6) << degrees << " at " << x << ", " << y;
+                ++checked;
+            }
+        }
+        EXPECT_GT(checked, 100 * 80 * 9 / 10);
+    }
+}
+
+TEST(Rotate, BlendsItsEdgesWithWhatIsThere) {
+    Bitmap source(20, 20, 0x80C040);
+    EXPECT_EQ(Rotated(source, 33, 0x80C040), Bitmap(28, 28, 0x80C040)) << "no seam on the same colour";
+    Bitmap onBlack = Rotated(source, 33), small(5, 5), far(90, 70, 0x123456);
+    EXPECT_EQ(onBlack.Colour(0, 0), 0);
+    RotateOnto(small, source, 33);
+    EXPECT_EQ(small, Bitmap(5, 5, 0x80C040)) << "a destination that is too small shows the middle";
+    RotateOnto(far, source, 33);
+    EXPECT_EQ(far.Colour(2, 2), 0x123456);
+    EXPECT_EQ(far.Colour(45, 35), 0x80C040);
+}
+
+TEST(RotatedSize, HoldsTheTurnedRectangle) {
+    const struct {
+        double degrees;
+        PixelSize expected;
+    } cases[] = {
+        {0,   {40, 30}},
+        {90,  {30, 40}},
+        {180, {40, 30}},
+        {270, {30, 40}},
+        {360, {40, 30}},
+        {45,  {50, 50}},
+        {30,  {50, 46}},
+        {-30, {50, 46}},
+        {150, {50, 46}}
+    };
+    for (const auto& c : cases) EXPECT_EQ(RotatedSize(40, 30, c.degrees), c.expected) << c.degrees;
+}
+
+}  // namespace
+}  // namespace tessaloom::testing
