@@ -50,7 +50,7 @@ public:
         return true;
     }
     void Beep() override {}
-    std::string UserDataFolder() override { return "/data"; }
+    std::string UserDataFolder() const override { return "/data"; }
     bool ClaimInstance(std::string_view) override { return true; }
 
     std::vector<std::string> wallpapers;

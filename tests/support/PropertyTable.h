@@ -10,7 +10,7 @@
 namespace tessaloom::testing {
 
 /// Counts what an object tells the document that owns it.
-class CountingOwner : public SettingsOwner {
+class CountingOwner final : public SettingsOwner {
 public:
     void SettingChanged() override { ++changes; }
 
