@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "imaging/DIB.h"
 #include "imaging/LayerHost.h"
 #include "model/CanvasView.h"
 #include "model/DocumentFault.h"
@@ -14,9 +15,7 @@
 namespace tessaloom {
 
 class CanvasSaves;
-class DIB;
 class Graphic;
-class INI;
 class Portfolio;
 class Schedule;
 class Text;
@@ -71,12 +70,15 @@ public:
     void ForceLayerRedraw(int pass) { PassChanged(pass); }
     void ForceReload() { forceReload_ = true; }
 
+    /// Gives every graphic layer that names a feed the slot of the feed of that name, or none.
+    void FindFeeds();
+
     /// Makes every layer and every output due at once.
     void ForceUpdate();
 
-    /// The clock stepped back: every next time is recomputed from the present, every reference time is
+    /// For a clock that was set back: every next time is recomputed from the present and every reference time
     /// voided.
-    void Restart();
+    void RestartTimes();
 
     /// Releases layers, bitmaps, outputs and the window; the canvas is then as new, and not `Enabled`.
     void CanvasUnload();
@@ -99,7 +101,7 @@ public:
     // Parts
 
     /// The composed picture, `Width` x `Height`.
-    const DIB& Picture() const { return *picture_; }
+    const DIB& Picture() const { return picture_; }
     CanvasSaves& Saves() { return *saves_; }
     const CanvasSaves& Saves() const { return *saves_; }
     tessaloom::VideoStreaming& VideoStreaming() { return *videoStreaming_; }
@@ -174,20 +176,31 @@ public:
     void ScheduleStateChanged() override { ForceRedraw(); }
 
 private:
-    friend class CanvasFile;
+    /// The collected shadows of one pass: density on black. Only rows of the band hold any.
+    struct ShadowBitmap {
+        DIB dib;
+        int firstRow = 0, endRow = 0;  ///< In memory order, the end excluded.
+    };
 
-    enum class LayerKind { Text, Graphic };
+    /// A layer with a daily window, to be asked on every tick.
+    struct ScheduledLayer {
+        LayerTiming& timing;
+        Schedule& schedule;
+    };
 
     void MakeParts();
-    void SizeBitmaps();
+    void Touch();
     void WindowSettingChanged();
     void AskSchedules(double now);
     void FindScheduledLayers();
+    bool Due(const LayerTiming& timing, double now) const;
     bool UpdateTexts(double now);
     bool UpdateGraphics(double now);
+    bool NeedsComposing() const;
     void Compose();
+    void CollectLayers(int pass);
     void ComposeShadow(int pass);
-    void ClearIfEmpty();
+    void NameFeeds();
 
     Portfolio& portfolio_;
     const int slot_;
@@ -207,18 +220,22 @@ private:
     bool enabled_ = false;
     bool visible_ = false;
 
-    std::unique_ptr<DIB> picture_;
-    std::array<std::unique_ptr<DIB>, Passes> shadows_;
+    DIB picture_;
+    std::array<ShadowBitmap, Passes> shadows_;
     std::array<bool, Passes> passChanged_{};
     bool forceRedraw_ = true;
     bool forceReload_ = false;
-    bool clearedToBackground_ = false;  ///< The bitmap holds nothing but the background colour.
+    bool composeForced_ = false;  ///< A layer that was due by force was refreshed in this cycle.
 
     LayerTimingTable timing_;
     std::array<std::unique_ptr<tessaloom::Text>, MaxText + 1> texts_;
     std::array<std::unique_ptr<tessaloom::Graphic>, MaxGraphic + 1> graphics_;
     int textHighWater_ = MaxText + 1;
     int graphicHighWater_ = MaxGraphic;
+    std::vector<ScheduledLayer> scheduled_;
+    bool scheduledStale_ = true;               ///< A layer or a setting changed since `scheduled_` was made.
+    std::vector<tessaloom::Text*> passTexts_;  ///< Of the pass being composed; kept for their memory.
+    std::vector<tessaloom::Graphic*> passGraphics_;
 
     std::unique_ptr<CanvasSaves> saves_;
     std::unique_ptr<tessaloom::VideoStreaming> videoStreaming_;

@@ -11,9 +11,10 @@ struct DocumentFault {
     std::string section;  ///< "" when the whole file is meant.
     std::string key;      ///< "" when the whole section is meant.
     std::string value;    ///< As the file has it; "***" in place of a secret.
-    std::string reason;   ///< "out of range, 3000 used", "not a number", "missing file" ...
+    std::string reason;   ///< "out of range, 3000 taken", "not a number, 0 taken", "missing file" ...
+    int line = 0;         ///< Counted from 1; 0: not known.
 
-    /// One line for a log: the parts that are not empty, in the order above.
+    /// One line for a log: "file(line) [section] key=value: reason", without the parts that are empty.
     std::string Text() const;
 
     bool operator==(const DocumentFault&) const = default;

@@ -5,19 +5,22 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/SettingsOwner.h"
+#include "imaging/ErrorsFile.h"
+#include "imaging/PictureAccess.h"
 #include "model/CanvasView.h"
 #include "model/DocumentFault.h"
+#include "text/TagSource.h"
+#include "time/ClockWatch.h"
 #include "time/PresentTime.h"
 
 namespace tessaloom {
 
 class Canvas;
 class InputDevice;
-class INI;
 class Script;
-class ScriptEngine;
 class VideoFeed;
 class VWS;
 class WebServer;
@@ -28,7 +31,7 @@ struct Platform;
 ///
 /// Owned by the program; at most one exists. All its slots always hold an object: a canvas slot is in use
 /// while its canvas is `Enabled`. Moments are local day numbers (time/modTime.h).
-class Portfolio final : public SettingsOwner, public PresentTime {
+class Portfolio final : public SettingsOwner, public PresentTime, public TagSource {
 public:
     static constexpr int MaxCanvas = 20;  ///< Canvas slots are 1 .. 20.
     static constexpr int MaxFeed = 10;    ///< Feed slots are 0 .. 9.
@@ -70,6 +73,9 @@ public:
     /// Makes every activity due at once.
     void ForceUpdate();
 
+    /// The slot of the feed of that name, -1 when there is none.
+    int FeedNamed(std::string_view name) const;
+
     // Parts
 
     /// slot: 1 .. 20.
@@ -94,6 +100,7 @@ public:
     int CanvasesOpen() const;
 
     Platform& PlatformServices() const { return platform_; }
+    const PictureAccess& Pictures() const { return pictures_; }
 
     // Properties
 
@@ -108,7 +115,7 @@ public:
     int ActiveCanvas() const { return activeCanvas_; }
     void SetActiveCanvas(int slot);
 
-    /// Percent, 0 .. 100: the shadow intensity that a new canvas starts with.
+    /// Percent, 0 .. 100. Setting it sets that of every open canvas, which may then differ again.
     double ShadowIntensity() const { return shadowIntensity_; }
     void SetShadowIntensity(double percent);
 
@@ -117,12 +124,13 @@ public:
     double CaptureTime() const { return captureTime_; }
     void SetCaptureTime(double moment);
 
-    /// The capture time of the tick before; 0 before the second.
-    double FrameTime() const { return frameTime_; }
+    /// The moment that the frames of this tick bear: its capture time.
+    double FrameTime() const { return captureTime_; }
 
     /// Seconds from the last tick to this one; 0 before the second.
     double CycleTime() const;
 
+    /// The number of input devices, 0 .. 10; devices beyond it are unloaded, new ones are not enabled.
     void SetInputDeviceCount(int count);
 
     // How it is plugged together
@@ -135,28 +143,37 @@ public:
     void SetViewFactory(CanvasViewFactory factory) { viewFactory_ = std::move(factory); }
     const CanvasViewFactory& ViewFactory() const { return viewFactory_; }
 
-    // SettingsOwner, PresentTime
+    // SettingsOwner, PresentTime, TagSource
 
     void SettingChanged() override { needSaving_ = true; }
     double Now() const override;
+    double LastMotionTime(int feed) const override;
+    const tessaloom::VWS* Weather() const override { return vws_.get(); }
 
 private:
     friend class PortfolioFile;
 
+    void RestartTimes();
+    template <typename Work>
+    void ForOpenCanvases(Work work);
+
     Platform& platform_;
+    ErrorsFile errors_;
+    PictureAccess pictures_;
     std::string fileName_;
     bool needSaving_ = false;
     int activeCanvas_ = 0;
     double shadowIntensity_ = 30;
     double captureTime_ = 0;
-    double frameTime_ = 0;
-    int inputDeviceCount_ = 0;
+    double previousCaptureTime_ = 0;
+    ClockWatch clockWatch_;
     DocumentFaultHandler faultHandler_;
     CanvasViewFactory viewFactory_;
 
     std::array<std::unique_ptr<tessaloom::Canvas>, MaxCanvas + 1> canvases_;  ///< Slot 0 is null.
     std::array<std::string, MaxCanvas + 1> unloadedNames_;  ///< Files of slots that could not be loaded.
     std::array<std::unique_ptr<tessaloom::VideoFeed>, MaxFeed> feeds_;
+    std::vector<std::unique_ptr<InputDevice>> inputDevices_;
     std::unique_ptr<tessaloom::WebServer> webServer_;
     std::unique_ptr<tessaloom::VWS> vws_;
     std::unique_ptr<tessaloom::Script> script_;
