@@ -204,6 +204,10 @@ void Image::LoadOpacity() {
     if (feathered) OpacityMap::Multiply(opacity_, scaled);
 }
 
+bool Image::HasOpacityFile() const { return opacityType_ == FromOpacityFile && opacityPicture_.DIBPtr(); }
+
+bool Image::HasOpacity() const { return !IsText() && (HasOpacityFile() || IsFeathered()); }
+
 bool Image::TurnsToCorners() const { return std::fmod(rotationAngle_, 90.0F) != 0; }
 
 void Image::LoadRotatedOpacityDIB() {

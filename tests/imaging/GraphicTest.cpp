@@ -1,0 +1,300 @@
+#include "imaging/Graphic.h"
+
+#include <string>
+#include <vector>
+
+#include "PictureFixture.h"
+#include "support/FakeLayerHost.h"
+#include "support/PropertyTable.h"
+
+namespace tessaloom::testing {
+namespace {
+
+constexpr int White = 0xFFFFFF, Black = 0, Red = 0x0000FF, Blue = 0xFF0000;
+
+using Passes = std::vector<int>;
+
+class GraphicTest : public PictureFixture {
+protected:
+    /// Updates the layer as its canvas does and returns the passes that this marked.
+    Passes Update() {
+        host.TakePasses();
+        layer.UpdateImage();
+        return host.TakePasses();
+    }
+
+    void ShowFile(std::string_view name) {
+        layer.SetSourceType(Graphic::PictureFile);
+        layer.SetSourceFileName(name);
+        Update();
+    }
+
+    int TopLeft() { return layer.Image().GetFinalizedDIB().Pixel(0, 0); }
+
+    FakeLayerHost host;
+    LayerTiming timing;
+    Graphic layer{host, timing, access};
+};
+
+TEST_F(GraphicTest, ClampsAndTellsEveryStoredProperty) {
+    using G = Graphic;
+    // clang-format off
+    const Property<G> rows[] = {
+        Number<G, &G::Layer, &G::SetLayer>("Layer", 1, 0, 3),
+        Number<G, &G::SourceType, &G::SetSourceType>("SourceType", 3, 0, 4),
+        Number<G, &G::SourceVideoFeed, &G::SetSourceVideoFeed>("SourceVideoFeed", 0, -1, 9),
+        Number<G, &G::SourceCanvas, &G::SetSourceCanvas>("SourceCanvas", 1, 1, 20),
+        Number<G, &G::Rate, &G::SetRate>("Rate", 0, 0, 86400),
+        Number<G, &G::UpdateBaseTime, &G::SetUpdateBaseTime>("UpdateBaseTime", 0, 0, 86400),
+        Number<G, &G::x, &G::Setx>("x", 0, -3000, 3000),
+        Number<G, &G::Y, &G::SetY>("Y", 0, -2000, 2000),
+        Number<G, &G::Alignment, &G::SetAlignment>("Alignment", 0, 0, 8),
+        Number<G, &G::CropLeft, &G::SetCropLeft>("CropLeft", 0, 0, 3000),
+        Number<G, &G::CropRight, &G::SetCropRight>("CropRight", 0, 0, 3000),
+        Number<G, &G::CropTop, &G::SetCropTop>("CropTop", 0, 0, 2000),
+        Number<G, &G::CropBottom, &G::SetCropBottom>("CropBottom", 0, 0, 2000),
+        Number<G, &G::StretchWidth, &G::SetStretchWidth>("StretchWidth", 320, 0, 3000),
+        Number<G, &G::StretchHeight, &G::SetStretchHeight>("StretchHeight", 240, 0, 2000),
+        Number<G, &G::Opacity, &G::SetOpacity>("Opacity", 100, 0, 100),
+        Number<G, &G::OpacityMode, &G::SetOpacityMode>("OpacityMode", 2, 0, 3),
+        Number<G, &G::FeatherRadius, &G::SetFeatherRadius>("FeatherRadius", 0, 0, 3000),
+        Number<G, &G::FeatherWidth, &G::SetFeatherWidth>("FeatherWidth", 0, 0, 3000),
+        Number<G, &G::TransparentColorCount, &G::SetTransparentColorCount>("TransparentColorCount", 1, 0, 999),
+        Number<G, &G::BackgroundColor, &G::SetBackgroundColor>("BackgroundColor", 0, 0, 0xFFFFFF),
+        Number<G, &G::ShadowSize, &G::SetShadowSize>("ShadowSize", 1, 1, 4),
+        Number<G, &G::ShadowOffsetX, &G::SetShadowOffsetX>("ShadowOffsetX", 2, -3000, 3000),
+        Number<G, &G::ShadowOffsetY, &G::SetShadowOffsetY>("ShadowOffsetY", 2, -2000, 2000),
+        Plain<G, &G::ColorProcessing, &G::SetColorProcessing>("ColorProcessing", 0, 77),
+        Plain<G, &G::RotationAngle, &G::SetRotationAngle>("RotationAngle", 0.0F, 12.5F),
+        Plain<G, &G::Enabled, &G::SetEnabled>("Enabled", true, false),
+        Plain<G, &G::Stretched, &G::SetStretched>("Stretched", false, true),
+        Plain<G, &G::StretchSmoothing, &G::SetStretchSmoothing>("StretchSmoothing", false, true),
+        Plain<G, &G::OpacityUseFile, &G::SetOpacityUseFile>("OpacityUseFile", false, true),
+        Plain<G, &G::TransparentColorEnable, &G::SetTransparentColorEnable>("TransparentColorEnable", false, true),
+        Plain<G, &G::Shadow, &G::SetShadow>("Shadow", false, true),
+        Plain<G, &G::Scripted, &G::SetScripted>("Scripted", false, true),
+        Plain<G, &G::SourceFileName, &G::SetSourceFileName>("SourceFileName", std::string(), std::string("a.jpg")),
+        Plain<G, &G::SourceURL, &G::SetSourceURL>("SourceURL", std::string(), std::string("http://h/a.jpg")),
+        Plain<G, &G::SourceVideoFeedName, &G::SetSourceVideoFeedName>("SourceVideoFeedName", std::string(),
+                                                                      std::string("Porch")),
+        Plain<G, &G::OpacityFileName, &G::SetOpacityFileName>("OpacityFileName", std::string(),
+                                                              std::string("m.png")),
+    };
+    // clang-format on
+    CheckProperties<Graphic>(layer, host.owner, rows);
+    EXPECT_TRUE(timing.scripted);
+}
+
+TEST_F(GraphicTest, KeepsPercentagesOfTheTransparentTableAsTheyWereSet) {
+    struct Row {
+        int position, set, kept, inImage;
+    };
+    layer.SetTransparentColorEnable(true);
+    for (const auto& row : {
+             Row{0, 0x123456, 0x123456, 0x123456},
+             Row{2, 50,       50,       127     },
+             Row{3, 250,      100,      255     },
+             Row{6, 1,        1,        3       },
+             Row{5, -1,       0,        0       }
+    }) {
+        layer.SetTransparentColorTable(row.position, row.set);
+        layer.UpdateImage();
+        EXPECT_EQ(layer.TransparentColorTable(row.position), row.kept) << row.position;
+        EXPECT_EQ(layer.Image().TransparentColorTable(row.position), row.inImage) << row.position;
+    }
+    EXPECT_EQ(layer.TransparentColorTable(4000), 0);
+}
+
+TEST_F(GraphicTest, MarksThePassesThatAChangeShowsIn) {
+    layer.UpdateImage();
+    host.TakePasses();
+    layer.SetLayer(3);
+    EXPECT_EQ(host.TakePasses(), (Passes{1, 3}));
+    EXPECT_TRUE(layer.Changed());
+    EXPECT_TRUE(timing.force);
+
+    layer.UpdateImage();
+    EXPECT_FALSE(layer.Changed());
+    EXPECT_FALSE(timing.force);
+    host.TakePasses();
+    layer.Setx(5);
+    layer.SetEnabled(false);
+    EXPECT_EQ(host.TakePasses(), (Passes{3, 3}));
+    layer.Setx(5);
+    layer.SetRate(5);
+    EXPECT_EQ(host.TakePasses(), Passes{});
+}
+
+TEST_F(GraphicTest, IsMarkedWhenItsScheduleSwitches) {
+    layer.UpdateImage();
+    layer.Schedule().EnableNow(45000);
+    EXPECT_EQ(host.scheduleChanges, 1);
+    EXPECT_TRUE(layer.Changed());
+    layer.UpdateImage();
+    layer.Schedule().EnableNow(45000);
+    EXPECT_EQ(host.scheduleChanges, 1);
+    EXPECT_FALSE(layer.Changed());
+}
+
+TEST_F(GraphicTest, KeepsItsTimingEntryInStep) {
+    host.now = 45000;
+    layer.SetNextTime();
+    EXPECT_EQ(timing.nextTime, 100000) << "never, at rate 0";
+    layer.SetRate(60);
+    EXPECT_DOUBLE_EQ(timing.nextTime, 45000 + 60.0 / 86400) << "at once, where it stood at never";
+
+    layer.UpdateImage();
+    layer.ForceUpdate();
+    EXPECT_EQ(timing.nextTime, host.now);
+    EXPECT_TRUE(timing.force);
+    EXPECT_TRUE(layer.Changed());
+
+    host.now = 44000;
+    layer.RestartTiming();
+    EXPECT_DOUBLE_EQ(layer.NextTime(), 44000 + 60.0 / 86400);
+    EXPECT_EQ(timing.nextTime, layer.NextTime());
+}
+
+TEST_F(GraphicTest, DecodesAStillFileOnce) {
+    Put("a.jpg", {8, 6, Red});
+    ShowFile("a.jpg");
+    EXPECT_EQ(TopLeft(), Red);
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(Update(), Passes{});
+    EXPECT_EQ(jpeg.decoded, 1);
+}
+
+TEST_F(GraphicTest, KeepsTheLastGoodPictureOfAFile) {
+    struct Row {
+        std::string name;
+        PlainPicture picture;
+        int shown;
+        Passes marked;
+        std::size_t reports;
+    };
+    const Row rows[] = {
+        {"rewritten",          {4, 4, Blue},             Blue, {1}, 0},
+        {"half-written",       {4, 4, Red, 255, false},  Blue, {},  1},
+        {"still half-written", {4, 4, Red, 255, false},  Blue, {},  1},
+        {"gone",               {0, 0},                   Blue, {},  2},
+        {"still gone",         {0, 0},                   Blue, {},  2},
+        {"back",               {5, 5, Red},              Red,  {1}, 2},
+        {"half-written again", {4, 4, Blue, 255, false}, Red,  {},  3},
+    };
+    for (const std::string name : {"a.jpg", "a.png"}) {
+        SCOPED_TRACE(name);
+        reports.clear();
+        Put(name, {8, 6, Red});
+        ShowFile(name);
+        for (const auto& row : rows) {
+            SCOPED_TRACE(row.name);
+            if (row.picture.width > 0) {
+                Put(name, row.picture);
+            } else {
+                files.DeleteFile(name);
+            }
+            EXPECT_EQ(Update(), row.marked);
+            EXPECT_EQ(TopLeft(), row.shown);
+            EXPECT_EQ(reports.size(), row.reports);
+        }
+    }
+}
+
+TEST_F(GraphicTest, ShowsNothingOfAFileThatNeverWasThere) {
+    ShowFile("none.jpg");
+    DIB canvas;
+    Fill(canvas, 4, 4, White);
+    layer.MergeImageTo(canvas);
+    EXPECT_EQ(CountPixels(canvas, White), 16);
+    EXPECT_EQ(layer.Width(), 0);
+    ASSERT_EQ(reports.size(), 1U);
+    EXPECT_EQ(reports[0].number, 53);
+}
+
+TEST_F(GraphicTest, TakesInFeedsAndCanvasesOnlyWhenTheyChanged) {
+    for (const int type : {Graphic::VideoFeed, Graphic::OtherCanvas}) {
+        SCOPED_TRACE(type);
+        DIB source;
+        Fill(source, 6, 4, type == Graphic::VideoFeed ? Red : Blue);
+        auto& slots = type == Graphic::VideoFeed ? host.feeds : host.canvases;
+        slots[3] = &source;
+        layer.SetSourceType(type);
+        layer.SetSourceVideoFeed(3);
+        layer.SetSourceCanvas(3);
+        EXPECT_EQ(Update(), Passes{1});
+        EXPECT_EQ(Update(), Passes{});
+        SetPixel(source, 5, 3, White);
+        EXPECT_EQ(Update(), Passes{1});
+        slots.clear();
+        EXPECT_EQ(Update(), Passes{});
+        EXPECT_EQ(layer.Image().GetFinalizedDIB().Pixel(5, 3), White) << "the previous picture stays";
+    }
+    layer.SetSourceType(Graphic::VideoFeed);
+    layer.SetSourceVideoFeed(Graphic::NoFeed);
+    layer.UpdateImage();
+    EXPECT_EQ(layer.Width(), 6);
+}
+
+TEST_F(GraphicTest, ReturnsToAFileAfterAnotherSource) {
+    Put("a.jpg", {8, 6, Red});
+    ShowFile("a.jpg");
+    layer.SetSourceType(Graphic::PlainBlock);
+    Update();
+    EXPECT_EQ(layer.Width(), 320);
+    layer.SetSourceType(Graphic::PictureFile);
+    EXPECT_EQ(Update(), Passes{1});
+    EXPECT_EQ(layer.Width(), 8);
+}
+
+TEST_F(GraphicTest, MakesAPlainBlockOfAtLeastOnePixel) {
+    layer.SetStretchWidth(0);
+    layer.SetStretchHeight(5);
+    layer.SetCropLeft(3);
+    layer.SetStretched(true);
+    layer.SetBackgroundColor(Blue);
+    EXPECT_EQ(Update(), Passes{1});
+    EXPECT_EQ(layer.Width(), 1);
+    EXPECT_EQ(layer.Height(), 5);
+    EXPECT_EQ(TopLeft(), Blue);
+    EXPECT_EQ(Update(), Passes{}) << "an unchanged block";
+    layer.SetBackgroundColor(Red);
+    Update();
+    EXPECT_EQ(TopLeft(), Red);
+}
+
+TEST_F(GraphicTest, KeepsItsPictureWhileNothingCameFromItsAddress) {
+    Put("a.jpg", {8, 6, Red});
+    ShowFile("a.jpg");
+    layer.SetSourceURL("http://camera/a.jpg");
+    layer.SetSourceType(Graphic::Address);
+    Update();
+    EXPECT_EQ(Update(), Passes{});
+    EXPECT_EQ(layer.Width(), 8);
+}
+
+TEST_F(GraphicTest, DrawsItselfAndItsShadowAtTheirPlaces) {
+    layer.SetStretchWidth(4);
+    layer.SetStretchHeight(3);
+    layer.SetBackgroundColor(Red);
+    layer.SetShadow(true);
+    layer.SetShadowOffsetX(6);
+    layer.SetShadowOffsetY(4);
+    layer.Setx(2);
+    layer.SetY(1);
+    layer.UpdateImage();
+    DIB canvas, shadow;
+    Fill(canvas, 20, 20, White);
+    Fill(shadow, 20, 20, Black);
+    layer.MergeImageTo(canvas);
+    layer.MergeShadowTo(shadow);
+    EXPECT_EQ(CountPixels(canvas, Red), 12);
+    EXPECT_EQ(canvas.Pixel(2, 1), Red);
+    EXPECT_EQ(shadow.Pixel(9, 6), shadow.Pixel(10, 6));
+    EXPECT_GT(shadow.Pixel(9, 6) & 0xFF, 200) << "the middle of the shadow";
+    EXPECT_EQ(shadow.Pixel(2, 1), Black);
+
+    layer.UnloadClass();
+    EXPECT_EQ(layer.Width(), 0);
+}
+
+}  // namespace
+}  // namespace tessaloom::testing
