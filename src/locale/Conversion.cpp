@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <type_traits>
+#include <utility>
 
 #include "locale/Ascii.h"
 
@@ -210,10 +212,21 @@ private:
     bool parenthesis_ = false;
 };
 
+/// Whole numbers without anything else, as files mostly hold them: they mean the same in every locale.
+std::optional<int> ReadPlainWhole(std::string_view text) {
+    int value = 0;
+    const char* const end = text.data() + text.size();
+    const auto result = std::from_chars(text.data(), end, value);
+    if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
+    return value;
+}
+
 /// Rounds to Target; hexadecimal numbers that fit its bits keep their bit pattern.
 template <typename Target>
 Converted<Target> WholeFromText(std::string_view text, const UserLocale& user) {
     using Bits = std::make_unsigned_t<Target>;
+    if (const auto plain = ReadPlainWhole(text); plain && std::in_range<Target>(*plain))
+        return static_cast<Target>(*plain);
     const auto number = NumberReader(text, user).Read();
     if (!number) return Fault::TypeMismatch;
     if (number->isBits && number->bits <= std::numeric_limits<Bits>::max())
@@ -235,6 +248,7 @@ Converted<Target> WholeFromDouble(double value) {
 }  // namespace
 
 Converted<double> DoubleFromText(std::string_view text, const UserLocale& user) {
+    if (const auto plain = ReadPlainWhole(text)) return *plain;
     const auto number = NumberReader(text, user).Read();
     if (!number) return Fault::TypeMismatch;
     if (!std::isfinite(number->value)) return Fault::Overflow;

@@ -158,10 +158,13 @@ private:
         return Take("/") || Take("-") || (month_ != 0 && Take(",")) || Take(user_.dateSeparator);
     }
 
-    /// A dot separates the parts of a time unless dates are written with it.
+    /// A dot separates the parts of a time unless dates are written with it; where both are, once the date is
+    /// whole.
     bool AtTimeSeparator() const {
         if (rest_.empty()) return false;
-        return rest_.front() == ':' || (rest_.front() == '.' && !user_.dateSeparator.starts_with('.'));
+        if (rest_.front() != '.') return rest_.front() == ':';
+        const bool dateIsWhole = count_ + (month_ != 0 ? 1 : 0) == 3;
+        return user_.dateSeparator != "." || (user_.timeSeparator == "." && dateIsWhole);
     }
 
     /// 'a' or 'p' when a mark of the half of the day follows, which is then consumed.

@@ -65,7 +65,8 @@ std::optional<DateParts> PartsOfMoment(double moment) {
     if (!(moment > FirstDayNumber - 1 && moment < LastDayNumber + 1)) return std::nullopt;
     const double wholeDays = std::trunc(moment);
     int dayNumber = static_cast<int>(wholeDays);
-    int seconds = static_cast<int>(std::floor(std::abs(moment - wholeDays) * SecondsPerDay + 0.5 + RoundingTolerance));
+    int seconds =
+        static_cast<int>(std::floor(std::abs(moment - wholeDays) * SecondsPerDay + 0.5 + RoundingTolerance));
     if (seconds >= static_cast<int>(SecondsPerDay)) {
         seconds = 0;
         ++dayNumber;

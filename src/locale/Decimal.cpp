@@ -3,10 +3,22 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 
 namespace tessaloom {
 
 namespace {
+
+/// Takes `value` for `whole` / 10^`decimals`, which the caller has made sure of.
+Decimal FromWhole(std::int64_t whole, int decimals) {
+    Decimal result;
+    result.negative = whole < 0;
+    const auto begin = result.digits.data();
+    const auto end = std::to_chars(begin, begin + result.digits.size(), whole < 0 ? -whole : whole).ptr;
+    result.count = static_cast<int>(end - begin);
+    result.exponent = result.count - decimals;
+    return result;
+}
 
 /// Reads what to_chars wrote as "-d.ddde-dd".
 template <typename Real>
@@ -29,6 +41,16 @@ Decimal FromScientific(Real value, int significantDigits) {
 }  // namespace
 
 Decimal Decimal::Of(double value) {
+    // Most settings have few decimals. A double that is the nearest to a decimal of up to 15 digits has that
+    // decimal for its text, and the division below is correctly rounded, so this equals the general way.
+    constexpr int FewDecimals = 4;
+    constexpr double Scale = 1e4, Limit = 1e10;
+    const double scaled = std::nearbyint(value * Scale);
+    if (std::abs(value) < Limit && value != 0 && scaled / Scale == value) {
+        Decimal result = FromWhole(static_cast<std::int64_t>(scaled), FewDecimals);
+        result.TrimZeros();
+        return result;
+    }
     Decimal result = FromScientific(value, MaxDigits);
     result.TrimZeros();
     return result;

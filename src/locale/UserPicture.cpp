@@ -60,6 +60,11 @@ bool AppendField(std::string& out, char letter, int length, const DateParts& par
 }  // namespace
 
 void AppendNumber(std::string& out, int value, int width) {
+    if (value < 10 && width <= 2) {  // nearly every part of a time
+        if (width == 2) out += '0';
+        out += static_cast<char>('0' + value);
+        return;
+    }
     std::array<char, 12> text;
     const auto end = std::to_chars(text.data(), text.data() + text.size(), value).ptr;
     for (auto length = end - text.data(); length < width; ++length) out += '0';
