@@ -1,0 +1,60 @@
+#include "platform/qt/QtUserLocale.h"
+
+#include <gtest/gtest.h>
+
+#include <tuple>
+
+#include "core/modNumbers.h"
+#include "locale/Conversion.h"
+#include "support/TestLocales.h"
+#include "support/Tsv.h"
+
+namespace tessaloom {
+namespace {
+
+/// All that decides how numbers and dates are read and written; short names differ between sources.
+auto Core(const UserLocale& user) {
+    return std::tie(user.decimal, user.grouping, user.currency, user.positiveCurrency, user.dateOrder,
+                    user.dateSeparator, user.timeSeparator, user.shortDate, user.longDate, user.time,
+                    user.amMark, user.pmMark, user.firstWeekday, user.weekdays, user.shortWeekdays,
+                    user.months);
+}
+
+TEST(QtUserLocale, AgreesWithTheFixedLocalesOfTheTests) {
+    EXPECT_EQ(Core(QtUserLocale("en_US")), Core(testing::EnglishLocale()));
+    EXPECT_EQ(Core(QtUserLocale("de_DE")), Core(testing::GermanLocale()));
+    EXPECT_EQ(Core(QtUserLocale("C")), Core(testing::EnglishLocale()));
+}
+
+TEST(QtUserLocale, ReadsTheGermanRowsUnderTheRealLocale) {
+    const auto german = QtUserLocale("de_DE");
+    int rows = 0;
+    for (const auto& row : testing::ReadTsv(TEST_DATA "/vectors/numbers.tsv")) {
+        if (row[0] != "I4FromStr" || row[1] != "1031") continue;
+        SCOPED_TRACE("line " + std::to_string(row.line) + ": " + row[2]);
+        const auto actual = LongFromText(row[2], german);
+        EXPECT_EQ(actual.fault == Fault::None       ? std::to_string(actual.value)
+                  : actual.fault == Fault::Overflow ? "ERR_OVERFLOW"
+                                                    : "ERR_TYPEMISMATCH",
+                  row[3]);
+        ++rows;
+    }
+    EXPECT_GT(rows, 50);
+}
+
+TEST(QtUserLocale, EveryLocaleReadsBackTheFilesThatItWrites) {
+    for (const char* name : {"en_US", "de_DE", "fr_FR", "de_CH", "sv_SE", "fi_FI", "ja_JP", "ar_EG", "hi_IN"}) {
+        SCOPED_TRACE(name);
+        const auto user = QtUserLocale(name);
+        modNumbers::InitNumberFormat(user);
+        for (const double value : {0.75, -12.75, 1234567.5, 1e-20, 1e20})
+            EXPECT_EQ(modNumbers::Str2DblNI(modNumbers::CStrNI(value)), value);
+        EXPECT_EQ(modNumbers::CDateNI(modNumbers::FormatNI(0.75, "HH:MM:SS")), 0.75);
+        const auto shown = TextFromDate(38965.75, user);
+        EXPECT_EQ(DateFromText(shown.value, user, 2026).value, 38965.75) << shown.value;
+    }
+    modNumbers::InitNumberFormat(UserLocale());
+}
+
+}  // namespace
+}  // namespace tessaloom
