@@ -38,7 +38,7 @@ private:
     void TrimZeros();
 };
 
-/// "INF" and its like in the form that other programs of its kind write: 1.#INF, -1.#INF, 1.#QNAN.
+/// The text of what has no digits: 1.#INF, -1.#INF, 1.#QNAN.
 std::string TextOfNonFinite(double value);
 
 }  // namespace tessaloom
