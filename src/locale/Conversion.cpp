@@ -1,5 +1,6 @@
 #include "locale/Conversion.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -44,41 +45,50 @@ struct ParsedNumber {
     bool isBits = false;
 };
 
-/// Ten to `exponent` (not negative) by factors of 1E8, as the users' documents have always been read.
+/// Ten to `exponent` (not negative) by factors of 1E8; the order decides the last bits of the result.
 double PowerOfTen(int exponent) {
     double power = 1;
     for (; exponent >= 8 && std::isfinite(power); exponent -= 8) power *= 1e8;
     return power * ExactPowers[static_cast<std::size_t>(exponent % 8)];
 }
 
-/// Correctly rounded where the user writes a decimal point. With a decimal comma the digits are summed one by
-/// one, which may miss the nearest double by its last bits; kept, because other programs of the platform read
-/// so.
-double ValueOf(const Digits& digits, bool pointIsNeutral) {
-    if (digits.count == 0) return 0;
-    if (digits.count <= 15 && std::abs(digits.scale) <= 22) {
-        std::int64_t whole = 0;
-        for (std::size_t i = 0; i < digits.count; ++i) whole = whole * 10 + (digits.text[i] - '0');
-        const double power = ExactPowers[static_cast<std::size_t>(std::abs(digits.scale))];
-        return digits.scale < 0 ? static_cast<double>(whole) / power : static_cast<double>(whole) * power;
-    }
-    if (pointIsNeutral) {
-        std::array<char, 96> text;
-        char* end = std::copy_n(digits.text.data(), digits.count, text.data());
-        *end++ = 'e';
-        end = std::to_chars(end, text.data() + text.size(), digits.scale).ptr;
-        double value = 0;
-        const auto result = std::from_chars(text.data(), end, value);
-        if (result.ec == std::errc()) return value;
-        return digits.scale + static_cast<int>(digits.count) > 0 ? std::numeric_limits<double>::infinity()
-                                                                 : 0;
-    }
+/// Up to 15 digits and a small scale: both factors are exact, so one operation rounds correctly.
+double ShortValueOf(const Digits& digits) {
+    std::int64_t whole = 0;
+    for (std::size_t i = 0; i < digits.count; ++i) whole = whole * 10 + (digits.text[i] - '0');
+    const double power = ExactPowers[static_cast<std::size_t>(std::abs(digits.scale))];
+    return digits.scale < 0 ? static_cast<double>(whole) / power : static_cast<double>(whole) * power;
+}
+
+/// The nearest double.
+double NearestValueOf(const Digits& digits) {
+    std::array<char, 96> text;
+    char* end = std::copy_n(digits.text.data(), digits.count, text.data());
+    *end++ = 'e';
+    end = std::to_chars(end, text.data() + text.size(), digits.scale).ptr;
+    double value = 0;
+    if (std::from_chars(text.data(), end, value).ec == std::errc()) return value;
+    const bool tooLarge = digits.scale + static_cast<int>(digits.count) > 0;
+    return tooLarge ? std::numeric_limits<double>::infinity() : 0;
+}
+
+/// The digits summed one by one, which may miss the nearest double by its last bits.
+double SummedValueOf(const Digits& digits) {
     double value = 0;
     for (std::size_t i = 0; i < digits.count; ++i) value = value * 10 + (digits.text[i] - '0');
     if (digits.scale >= 0) return value * PowerOfTen(digits.scale);
     // two steps below the smallest normal number, whose inverse would not be finite
     const int first = std::min(-digits.scale, 300);
     return value / PowerOfTen(first) / PowerOfTen(std::min(-digits.scale - first, 400));
+}
+
+/// Long numbers are rounded correctly only where the user writes a decimal point; kept: the same text has
+/// always given the same bits.
+double ValueOf(const Digits& digits, bool pointIsNeutral) {
+    if (digits.count == 0) return 0;
+    if (digits.count <= 15 && std::abs(digits.scale) < static_cast<int>(ExactPowers.size()))
+        return ShortValueOf(digits);
+    return pointIsNeutral ? NearestValueOf(digits) : SummedValueOf(digits);
 }
 
 /// Reads one number text from front to end.
