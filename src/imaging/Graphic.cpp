@@ -1,12 +1,12 @@
 #include "imaging/Graphic.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "core/ErrorReport.h"
 #include "core/Store.h"
 #include "imaging/Alignment.h"
 #include "imaging/PictureAccess.h"
-
-#include <algorithm>
-#include <utility>
 
 namespace tessaloom {
 
@@ -14,12 +14,12 @@ namespace {
 
 constexpr std::string_view Module = "Graphic.cls";
 
-constexpr Range<double> Rates = {0, 86400};    // seconds
-constexpr Range<double> BaseTimes = {0, 86400};   // seconds after midnight
-constexpr Range<int> Columns = {-3000, 3000};  // pixels
-constexpr Range<int> Rows = {-2000, 2000};     // pixels
-constexpr Range<int> Widths = {0, 3000};       // pixels
-constexpr Range<int> Heights = {0, 2000};      // pixels
+constexpr Range<double> Rates = {0, 86400};      // seconds
+constexpr Range<double> BaseTimes = {0, 86400};  // seconds after midnight
+constexpr Range<int> Columns = {-3000, 3000};    // pixels
+constexpr Range<int> Rows = {-2000, 2000};       // pixels
+constexpr Range<int> Widths = {0, 3000};         // pixels
+constexpr Range<int> Heights = {0, 2000};        // pixels
 constexpr Range<int> Percents = {0, 100};
 constexpr Range<int> Colours = {0, Graphic::LargestColor};
 constexpr Range<int> Passes = {0, 3};

@@ -1,13 +1,12 @@
 #pragma once
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "imaging/Image.h"
 #include "imaging/LayerHost.h"
 #include "time/Schedule.h"
 #include "time/TimedActivity.h"
-
-#include <string>
-#include <string_view>
-#include <vector>
 
 namespace tessaloom {
 

@@ -1,13 +1,13 @@
 #include "imaging/Image.h"
 
+#include <cstddef>
+#include <cstring>
+
 #include "core/Store.h"
 #include "imaging/Alignment.h"
 #include "imaging/Percent.h"
 #include "imaging/PictureFile.h"
 #include "imaging/pixelops/Tessaloom.h"
-
-#include <cstddef>
-#include <cstring>
 
 namespace tessaloom {
 
@@ -197,11 +197,15 @@ void Image::SetPictureType(int type) {
 }
 
 void Image::SetPictureFileName(std::string_view name) {
-    if (Store(pictureFileName_, std::string(name))) SetGraphics(Bits(Stage::Picture));
+    if (pictureFileName_ == name) return;
+    pictureFileName_ = name;
+    SetGraphics(Bits(Stage::Picture));
 }
 
 void Image::SetOpacityFileName(std::string_view name) {
-    if (Store(opacityFileName_, std::string(name))) SetGraphics(Bits(Stage::OpacityFile, Stage::Opacity));
+    if (opacityFileName_ == name) return;
+    opacityFileName_ = name;
+    SetGraphics(Bits(Stage::OpacityFile, Stage::Opacity));
 }
 
 void Image::SetOpacityType(int type) {

@@ -1,13 +1,12 @@
 #pragma once
-
-#include "imaging/DIB.h"
-#include "imaging/pixelops/Rotation.h"
-
 #include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "imaging/DIB.h"
+#include "imaging/pixelops/Rotation.h"
 
 namespace tessaloom {
 

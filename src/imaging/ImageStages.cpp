@@ -1,19 +1,20 @@
 // How each stage of an `Image` is made from the one before.
 
-#include "core/Store.h"
-#include "imaging/ErrorsFile.h"
 #include "imaging/Image.h"
-#include "imaging/OpacityMap.h"
-#include "imaging/Percent.h"
-#include "imaging/PictureFile.h"
-#include "imaging/pixelops/Rotation.h"
-#include "imaging/pixelops/Tessaloom.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <exception>
 #include <string>
+
+#include "core/Store.h"
+#include "imaging/ErrorsFile.h"
+#include "imaging/OpacityMap.h"
+#include "imaging/Percent.h"
+#include "imaging/PictureFile.h"
+#include "imaging/pixelops/Rotation.h"
+#include "imaging/pixelops/Tessaloom.h"
 
 namespace tessaloom {
 
@@ -115,6 +116,7 @@ void Image::LoadImageDIB() {
 void Image::LoadPicture() {
     if (!IsFile() || pictureFileName_.empty() || !pictureFile_) return;
     const auto outcome = pictureFile_->Load(pictureFileName_, picture_);
+    pictureFile_->Release();
     if (outcome == PictureFile::Outcome::Failed)
         MarkDirty(Bits(Stage::Crop, Stage::Stretch, Stage::Rotation));
     if (outcome != PictureFile::Outcome::Loaded) return;
@@ -182,6 +184,7 @@ void Image::LoadOpacityFile() {
     if (opacityPicture_.DIBPtr() && !opacityFile_->Stale(opacityFileName_)) return;
     if (opacityFile_->Load(opacityFileName_, opacityPicture_) != PictureFile::Outcome::Loaded) return;
     OpacityMap::FromPicture(opacityPicture_, opacityFile_->Alpha());
+    opacityFile_->Release();
     SetGraphics(Bits(Stage::Opacity));
 }
 

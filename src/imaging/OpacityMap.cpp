@@ -1,11 +1,11 @@
 #include "imaging/OpacityMap.h"
 
-#include "imaging/DIB.h"
-
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <vector>
+
+#include "imaging/DIB.h"
 
 namespace tessaloom::OpacityMap {
 

@@ -1,9 +1,9 @@
 #include "imaging/PictureFile.h"
 
+#include <utility>
+
 #include "core/ErrorReport.h"
 #include "locale/Error.h"
-
-#include <utility>
 
 namespace tessaloom {
 
@@ -12,13 +12,12 @@ PictureFile::PictureFile(const PictureAccess& access)
 
 bool PictureFile::Stale(std::string_view name) const {
     if (!loadedStamp_ || !loadedStamp_->settled || loadedName_ != name) return true;
-    return access_.files.Stamp(name) != loadedStamp_;
+    return StampOf(name) != loadedStamp_;
 }
 
 PictureFile::Outcome PictureFile::Load(std::string_view name, DIB& target) {
     // Taken before reading: what is written meanwhile then counts as another file.
-    auto stamp = access_.files.Stamp(name);
-    surface_.FreeMemory();
+    const auto stamp = StampOf(name);
     int result = LoadJpegIntoDIB(access_.files, access_.jpeg, access_.pictures, name, target, &buffers_);
     if (result == NotJpegName) result = LoadThroughSurface(name, target);
     if (result != Loaded) {
@@ -29,6 +28,14 @@ PictureFile::Outcome PictureFile::Load(std::string_view name, DIB& target) {
     loadedStamp_ = stamp;
     fault_ = Loaded;
     return Outcome::Loaded;
+}
+
+std::optional<FileStamp> PictureFile::StampOf(std::string_view name) const {
+    if (auto stamp = access_.files.Stamp(name)) return stamp;
+    // Blanks around the name of a JPEG file mean nothing.
+    const std::size_t first = name.find_first_not_of(' ');
+    if (first == std::string_view::npos) return std::nullopt;
+    return access_.files.Stamp(name.substr(first, name.find_last_not_of(' ') - first + 1));
 }
 
 int PictureFile::LoadThroughSurface(std::string_view name, DIB& target) {

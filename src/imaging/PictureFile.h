@@ -1,15 +1,14 @@
 #pragma once
-
-#include "imaging/LoadJpegIntoDIB.h"
-#include "imaging/Picture.h"
-#include "imaging/PictureAccess.h"
-#include "platform/FileSystem.h"
-
 #include <cstdint>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+
+#include "imaging/LoadJpegIntoDIB.h"
+#include "imaging/Picture.h"
+#include "imaging/PictureAccess.h"
+#include "platform/FileSystem.h"
 
 namespace tessaloom {
 
@@ -33,13 +32,17 @@ public:
     Outcome Load(std::string_view name, DIB& target);
 
     /// Of the picture loaded last: 0 clear .. 255 solid, `Width` bytes a row, bottom row first; empty when it
-    /// has no transparency. Lasts until the next load.
+    /// has no transparency. Lasts until `Release`.
     std::span<const std::uint8_t> Alpha() const { return surface_.Alpha(); }
+
+    /// Frees what loading needed, once the picture has been taken over.
+    void Release() { surface_.FreeMemory(); }
 
     /// Whether pictures of other formats than JPEG are taken at their own size.
     void SetAutoSize(bool autoSize) { autoSize_ = autoSize; }
 
 private:
+    std::optional<FileStamp> StampOf(std::string_view name) const;
     int LoadThroughSurface(std::string_view name, DIB& target);
     Outcome Fail(std::string_view name, int result);
 

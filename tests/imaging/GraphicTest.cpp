@@ -161,6 +161,11 @@ TEST_F(GraphicTest, DecodesAStillFileOnce) {
     EXPECT_EQ(TopLeft(), Red);
     for (int i = 0; i < 3; ++i) EXPECT_EQ(Update(), Passes{});
     EXPECT_EQ(jpeg.decoded, 1);
+
+    ShowFile(" a.jpg ");  // blanks mean nothing
+    Update();
+    EXPECT_EQ(jpeg.decoded, 2);
+    EXPECT_TRUE(reports.empty());
 }
 
 TEST_F(GraphicTest, KeepsTheLastGoodPictureOfAFile) {
@@ -197,6 +202,24 @@ TEST_F(GraphicTest, KeepsTheLastGoodPictureOfAFile) {
             EXPECT_EQ(reports.size(), row.reports);
         }
     }
+}
+
+TEST_F(GraphicTest, LooksAtItsOpacityFileWhenDue) {
+    Put("map.jpg", {4, 4, 0x404040});
+    layer.SetOpacityFileName("map.jpg");
+    layer.SetOpacityUseFile(true);
+    EXPECT_EQ(Update(), Passes{1});
+    EXPECT_EQ(Update(), Passes{});
+    EXPECT_EQ(jpeg.decoded, 1);
+
+    Put("map.jpg", {4, 4, 0x808080});
+    EXPECT_EQ(Update(), Passes{1});
+    ASSERT_NE(layer.Image().FinalOpacityDIB(), nullptr);
+    EXPECT_EQ(layer.Image().FinalOpacityDIB()->Pixel(3, 3), 0x808080);
+
+    layer.SetOpacityUseFile(false);
+    Update();
+    EXPECT_EQ(layer.Image().FinalOpacityDIB(), nullptr);
 }
 
 TEST_F(GraphicTest, ShowsNothingOfAFileThatNeverWasThere) {
