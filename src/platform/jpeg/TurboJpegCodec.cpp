@@ -49,8 +49,8 @@ JpegResult TurboJpegCodec::ReadHeader(std::span<const std::uint8_t> file, JpegHe
     if (tjDecompressHeader3(decoder_.get(), file.data(), file.size(), &width, &height, &subsampling,
                             &colourSpace) != 0) {
         // Unusual samplings are among these; another decoder may know them.
-        return file.size() > 2 && file[0] == 0xFF && file[1] == 0xD8 ? JpegResult::Unsupported
-                                                                     : JpegResult::Failed;
+        const bool jpeg = file.size() > 2 && file[0] == 0xFF && file[1] == 0xD8;
+        return GiveUp(jpeg ? JpegResult::Unsupported : JpegResult::Failed);
     }
     if (!limits_.Allow(width, height) || std::int64_t{width} * height * CountScans(file) > MaximumWork)
         return JpegResult::TooLarge;
@@ -67,7 +67,13 @@ JpegResult TurboJpegCodec::Decode(std::span<const std::uint8_t> file, const Jpeg
     if (tjDecompress2(decoder_.get(), file.data(), file.size(), rows, header.width, stride, header.height,
                       TJPF_BGR, Flags) == 0)
         return JpegResult::Ok;
-    return tjGetErrorCode(decoder_.get()) == TJERR_WARNING ? JpegResult::Damaged : JpegResult::Failed;
+    return GiveUp(tjGetErrorCode(decoder_.get()) == TJERR_WARNING ? JpegResult::Damaged : JpegResult::Failed);
+}
+
+/// A decoder that failed may stay in the middle of that file, where the next one would be taken for its rest.
+JpegResult TurboJpegCodec::GiveUp(JpegResult reason) {
+    decoder_.reset(tjInitDecompress());
+    return reason;
 }
 
 std::span<const std::uint8_t> TurboJpegCodec::Encode(const std::uint8_t* rows, int width, int height,

@@ -25,6 +25,8 @@ private:
     };
     using Handle = std::unique_ptr<void, Close>;
 
+    JpegResult GiveUp(JpegResult reason);
+
     PictureLimits limits_;
     Handle decoder_;
     Handle encoder_;

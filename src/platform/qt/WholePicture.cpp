@@ -1,6 +1,7 @@
 #include "platform/qt/WholePicture.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <iterator>
 #include <string_view>
@@ -85,6 +86,42 @@ bool WholeGif(const Reader& file) {
     return false;
 }
 
+/// The check sum of PNG chunks (ISO 3309), bit by bit for one byte.
+constexpr std::uint32_t CrcOfByte(std::uint32_t byte) {
+    for (int bit = 0; bit < 8; ++bit) byte = byte & 1 ? byte >> 1 ^ 0xEDB88320U : byte >> 1;
+    return byte;
+}
+
+constexpr auto CrcTable = [] {
+    std::array<std::uint32_t, 256> table{};
+    for (std::uint32_t i = 0; i < 256; ++i) table[i] = CrcOfByte(i);
+    return table;
+}();
+
+std::uint32_t Crc(std::span<const std::uint8_t> bytes) {
+    std::uint32_t crc = ~0U;
+    for (const std::uint8_t byte : bytes) crc = CrcTable[(crc ^ byte) & 0xFF] ^ crc >> 8;
+    return ~crc;
+}
+
+/// Walks from chunk to chunk, each with its check sum right, as far as the last one.
+bool WholePng(std::span<const std::uint8_t> file) {
+    constexpr std::size_t SignatureBytes = 8, Frame = 12;  // length and kind before, check sum behind
+    auto bigEndian = [&](std::size_t at) {
+        return std::uint32_t{file[at]} << 24 | std::uint32_t{file[at + 1]} << 16 |
+               std::uint32_t{file[at + 2]} << 8 | file[at + 3];
+    };
+    for (std::size_t at = SignatureBytes; at + Frame <= file.size();) {
+        const std::size_t length = bigEndian(at);
+        if (length > file.size() - at - Frame) return false;
+        const auto chunk = file.subspan(at + 4, 4 + length);
+        if (Crc(chunk) != bigEndian(at + 8 + length)) return false;
+        if (std::ranges::equal(chunk.first(4), std::string_view("IEND"))) return true;
+        at += Frame + length;
+    }
+    return false;
+}
+
 /// The end marker is there; whether all before it is, the decoder's warnings tell.
 bool WholeJpeg(std::span<const std::uint8_t> file) {
     constexpr std::uint8_t End[] = {0xFF, 0xD9};
@@ -121,6 +158,7 @@ bool IsWholePicture(std::span<const std::uint8_t> file) {
     if (begins("BM")) return WholeBmp(Reader(file));
     if (begins("GIF8")) return WholeGif(Reader(file));
     if (begins("\xFF\xD8")) return WholeJpeg(file);
+    if (begins("\x89PNG\r\n\x1A\n")) return WholePng(file);
     if (begins("\0\0\1\0"sv) || begins("\0\0\2\0"sv)) return WholeIcon(Reader(file));
     if (begins("P4") || begins("P5") || begins("P6")) return WholePortable(file);
     return true;

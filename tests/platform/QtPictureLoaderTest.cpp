@@ -1,0 +1,109 @@
+#include "platform/qt/QtPictureLoader.h"
+
+#include <gtest/gtest.h>
+
+#include "support/PictureData.h"
+
+namespace tessaloom::testing {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr const char* Lossless[] = {"quarters.png", "deep.png",     "quarters.bmp",
+                                    "rle.bmp",      "quarters.gif", "animated.gif",
+                                    "quarters.ico", "quarters.ppm", "alpha.png"};
+constexpr const char* Lossy[] = {"quarters.jpg", "progressive.jpg", "cmyk.jpg", "odd.jpg"};
+
+/// Counted from the top left corner; 0x00BBGGRR.
+int Colour(const LoadedPicture& picture, int x, int y) {
+    const int stride = (picture.width * 3 + 3) / 4 * 4;
+    const auto at = static_cast<std::size_t>((picture.height - 1 - y) * stride + x * 3);
+    return picture.pixels[at + 2] | picture.pixels[at + 1] << 8 | picture.pixels[at] << 16;
+}
+
+void ExpectQuarters(const LoadedPicture& picture, int tolerance) {
+    ASSERT_EQ(picture.width, 33);
+    ASSERT_EQ(picture.height, 24);
+    ASSERT_EQ(picture.pixels.size(), 100U * 24U);
+    const int seen[] = {Colour(picture, 3, 3), Colour(picture, 30, 3), Colour(picture, 3, 20),
+                        Colour(picture, 30, 20)};
+    for (std::size_t i = 0; i < 4; ++i)
+        for (int shift = 0; shift < 24; shift += 8)
+            EXPECT_NEAR(seen[i] >> shift & 0xFF, Quarters[i] >> shift & 0xFF, tolerance) << "part " << i;
+}
+
+TEST(QtPictureLoader, LoadsEveryFormatUpright) {
+    QtPictureLoader loader;
+    for (const char* name : Lossless) {
+        SCOPED_TRACE(name);
+        ExpectQuarters(loader.Load(PictureData(name)), 0);
+    }
+    for (const char* name : Lossy) {
+        SCOPED_TRACE(name);
+        ExpectQuarters(loader.Load(PictureData(name)), 40);
+    }
+}
+
+TEST(QtPictureLoader, LoadsABitmapStoredFromTheTop) {
+    Bytes file = PictureData("quarters.bmp");
+    for (std::size_t i = 0; i < 4; ++i) file[22 + i] = static_cast<std::uint8_t>(-24 >> 8 * i);
+    const LoadedPicture picture = QtPictureLoader().Load(file);
+    ASSERT_EQ(picture.height, 24);
+    EXPECT_EQ(Colour(picture, 3, 3), Quarters[2]) << "the rows now read the other way";
+}
+
+TEST(QtPictureLoader, GivesAlphaOnlyWhereThereIsTransparency) {
+    QtPictureLoader loader;
+    EXPECT_TRUE(loader.Load(PictureData("quarters.png")).alpha.empty());
+    const LoadedPicture picture = loader.Load(PictureData("alpha.png"));
+    ASSERT_EQ(picture.alpha.size(), 33U * 24U);
+    EXPECT_EQ(picture.alpha[0], 255) << "below left";
+    EXPECT_EQ(picture.alpha[33 * 23], 64) << "above left";
+}
+
+TEST(QtPictureLoader, GivesAWholePictureOrNone) {
+    QtPictureLoader loader;
+    ::testing::internal::CaptureStderr();
+    auto check = [&](const char* name) {
+        const Bytes file = PictureData(name);
+        const LoadedPicture whole = loader.Load(file);
+        for (std::size_t length = 0; length < file.size(); ++length) {
+            const LoadedPicture part = loader.Load(std::span(file).first(length));
+            ASSERT_TRUE(!part || part.pixels == whole.pixels) << name << " cut to " << length << " bytes";
+        }
+    };
+    for (const char* name : Lossless) check(name);
+    for (const char* name : Lossy) check(name);
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "") << "the decoders keep quiet";
+}
+
+TEST(QtPictureLoader, RefusesWhatIsBeyondTheLimits) {
+    QtPictureLoader loader;
+    loader.SetLimits({.side = 32});
+    for (const char* name : Lossless) EXPECT_FALSE(loader.Load(PictureData(name))) << name;
+    loader.SetLimits({.pixels = 33 * 24 - 1});
+    for (const char* name : Lossless) EXPECT_FALSE(loader.Load(PictureData(name))) << name;
+}
+
+TEST(QtPictureLoader, SurvivesDamagedFiles) {
+    QtPictureLoader loader;
+    loader.SetLimits({.side = 65500, .pixels = 1'000'000});
+    std::mt19937 random(815);
+    ::testing::internal::CaptureStderr();
+    for (const char* name : Lossless) {
+        const Bytes file = PictureData(name);
+        for (int i = 0; i < 500; ++i) {
+            const LoadedPicture picture = loader.Load(Mutated(file, random));
+            if (!picture) continue;
+            const auto width = static_cast<std::size_t>(picture.width),
+                       height = static_cast<std::size_t>(picture.height);
+            ASSERT_EQ(picture.pixels.size(), (width * 3 + 3) / 4 * 4 * height);
+            ASSERT_TRUE(picture.alpha.empty() || picture.alpha.size() == width * height);
+        }
+    }
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+    EXPECT_FALSE(loader.Load({}));
+}
+
+}  // namespace
+}  // namespace tessaloom::testing

@@ -1,0 +1,192 @@
+#include "platform/jpeg/TurboJpegCodec.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "support/PictureData.h"
+
+namespace tessaloom::testing {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+struct Decoded {
+    JpegResult result;
+    JpegHeader header;
+    int stride = 0;
+    Bytes rows;
+
+    /// Counted from the top left corner; 0x00BBGGRR.
+    int Colour(int x, int y) const {
+        const auto at = static_cast<std::size_t>((header.height - 1 - y) * stride + x * 3);
+        return rows[at + 2] | rows[at + 1] << 8 | rows[at] << 16;
+    }
+};
+
+Decoded Decode(TurboJpegCodec& codec, std::span<const std::uint8_t> file) {
+    Decoded decoded;
+    decoded.result = codec.ReadHeader(file, decoded.header);
+    if (decoded.result != JpegResult::Ok) return decoded;
+    decoded.stride = (decoded.header.width * 3 + 3) / 4 * 4;
+    decoded.rows.resize(static_cast<std::size_t>(decoded.stride) *
+                        static_cast<std::size_t>(decoded.header.height));
+    decoded.result = codec.Decode(file, decoded.header, decoded.rows.data(), decoded.stride);
+    return decoded;
+}
+
+void ExpectNear(int colour, int expected, int tolerance) {
+    for (int shift = 0; shift < 24; shift += 8)
+        EXPECT_NEAR(colour >> shift & 0xFF, expected >> shift & 0xFF, tolerance) << std::hex << colour;
+}
+
+/// The position behind the frame header's marker, where its length stands.
+std::size_t FrameHeader(const Bytes& file) {
+    for (std::size_t i = 0; i + 1 < file.size(); ++i)
+        if (file[i] == 0xFF && (file[i + 1] == 0xC0 || file[i + 1] == 0xC2)) return i + 2;
+    return 0;
+}
+
+void SetSize(Bytes& file, int width, int height) {
+    const std::size_t at = FrameHeader(file) + 3;
+    for (const auto& [to, value] : {
+             std::pair{at,     height},
+             std::pair{at + 2, width }
+    }) {
+        file[to] = static_cast<std::uint8_t>(value >> 8);
+        file[to + 1] = static_cast<std::uint8_t>(value);
+    }
+}
+
+TEST(TurboJpegCodec, DecodesUprightWhateverTheKindOfJpeg) {
+    TurboJpegCodec codec;
+    const int greys[] = {0x363636, 0xB6B6B6, 0x121212, 0xFFFFFF};
+    const struct {
+        const char* name;
+        JpegHeader::Colours colours;
+        const int* quarters;
+    } files[] = {
+        {"quarters.jpg",    JpegHeader::Colours::YCbCr, Quarters},
+        {"progressive.jpg", JpegHeader::Colours::YCbCr, Quarters},
+        {"grey.jpg",        JpegHeader::Colours::Grey,  greys   }
+    };
+    for (const auto& file : files) {
+        SCOPED_TRACE(file.name);
+        const Decoded picture = Decode(codec, PictureData(file.name));
+        ASSERT_EQ(picture.result, JpegResult::Ok);
+        EXPECT_EQ(picture.header.width, 33);
+        EXPECT_EQ(picture.header.height, 24);
+        EXPECT_EQ(picture.header.colours, file.colours);
+        ExpectNear(picture.Colour(3, 3), file.quarters[0], 24);
+        ExpectNear(picture.Colour(30, 3), file.quarters[1], 24);
+        ExpectNear(picture.Colour(3, 20), file.quarters[2], 24);
+        ExpectNear(picture.Colour(30, 20), file.quarters[3], 24);
+    }
+}
+
+TEST(TurboJpegCodec, LeavesCmykToAnother) {
+    TurboJpegCodec codec;
+    EXPECT_EQ(Decode(codec, PictureData("cmyk.jpg")).result, JpegResult::Unsupported);
+}
+
+TEST(TurboJpegCodec, TakesNoPartOfAPicture) {
+    TurboJpegCodec codec;
+    for (const char* name : {"quarters.jpg", "progressive.jpg", "grey.jpg"}) {
+        const Bytes file = PictureData(name);
+        for (std::size_t length = 0; length < file.size(); ++length)
+            ASSERT_NE(Decode(codec, std::span(file).first(length)).result, JpegResult::Ok)
+                << name << ", " << length;
+        EXPECT_EQ(Decode(codec, std::span(file).first(file.size() - 2)).result, JpegResult::Damaged) << name;
+        EXPECT_EQ(Decode(codec, file).result, JpegResult::Ok) << "the codec still works";
+    }
+}
+
+TEST(TurboJpegCodec, RefusesBeforeAnythingIsAllocated) {
+    TurboJpegCodec codec;
+    JpegHeader header;
+    const struct {
+        int width, height;
+        JpegResult expected;
+    } sizes[] = {
+        {65500, 65500, JpegResult::TooLarge   },
+        {65500, 1000,  JpegResult::Ok         },
+        {65501, 1,     JpegResult::Unsupported},
+        {10001, 10000, JpegResult::TooLarge   }
+    };
+    for (const auto& size : sizes) {
+        Bytes file = PictureData("quarters.jpg");
+        SetSize(file, size.width, size.height);
+        EXPECT_EQ(codec.ReadHeader(file, header), size.expected) << size.width << " x " << size.height;
+    }
+    codec.SetLimits({.side = 32});
+    EXPECT_EQ(codec.ReadHeader(PictureData("quarters.jpg"), header), JpegResult::TooLarge);
+}
+
+TEST(TurboJpegCodec, RefusesAProgressiveFileOfTooManyScans) {
+    TurboJpegCodec codec;
+    JpegHeader header;
+    Bytes file = PictureData("progressive.jpg");
+    SetSize(file, 60000, 1600);
+    ASSERT_EQ(codec.ReadHeader(file, header), JpegResult::Ok);
+    const std::uint8_t scan[] = {0xFF, 0xDA};
+    const auto last = std::find_end(file.begin(), file.end(), std::begin(scan), std::end(scan));
+    const Bytes repeated(last, file.end() - 2);
+    for (int i = 0; i < 100; ++i) file.insert(file.end() - 2, repeated.begin(), repeated.end());
+    EXPECT_EQ(codec.ReadHeader(file, header), JpegResult::TooLarge);
+}
+
+TEST(TurboJpegCodec, SurvivesDamagedFiles) {
+    TurboJpegCodec codec;
+    codec.SetLimits({.side = 65500, .pixels = 1'000'000});
+    std::mt19937 random(4711);
+    int decoded = 0;
+    for (const char* name : {"quarters.jpg", "progressive.jpg", "grey.jpg", "cmyk.jpg", "odd.jpg"}) {
+        const Bytes file = PictureData(name);
+        for (int i = 0; i < 600; ++i)
+            decoded += Decode(codec, Mutated(file, random)).result == JpegResult::Ok;
+    }
+    EXPECT_GT(decoded, 0);
+    EXPECT_EQ(Decode(codec, PictureData("quarters.jpg")).result, JpegResult::Ok);
+}
+
+TEST(TurboJpegCodec, EncodesWhatItDecodes) {
+    TurboJpegCodec codec;
+    Bytes buffer;
+    const struct {
+        int width, height;
+    } sizes[] = {
+        {1,   1  },
+        {8,   8  },
+        {641, 480},
+        {3,   200}
+    };
+    for (const auto& size : sizes) {
+        SCOPED_TRACE(::testing::Message() << size.width << " x " << size.height);
+        const int stride = (size.width * 3 + 3) / 4 * 4;
+        Bytes rows(static_cast<std::size_t>(stride * size.height));
+        for (int y = 0; y < size.height; ++y)
+            std::fill_n(rows.begin() + y * stride, stride,
+                        static_cast<std::uint8_t>(y < size.height / 2 ? 200 : 20));
+        std::size_t last = 0;
+        for (const int quality : {-5, 1, 50, 100, 200}) {
+            const auto file = codec.Encode(rows.data(), size.width, size.height, stride, quality, buffer);
+            ASSERT_FALSE(file.empty());
+            if (quality == 200) {
+                EXPECT_EQ(file.size(), last) << "held to 100";
+            }
+            last = file.size();
+            const Decoded back = Decode(codec, Bytes(file.begin(), file.end()));
+            ASSERT_EQ(back.result, JpegResult::Ok);
+            ASSERT_EQ(back.header.width, size.width);
+            if (quality < 50) continue;
+            EXPECT_NEAR(back.rows[0], rows[0], 12);
+            EXPECT_NEAR(back.Colour(0, 0) >> 16, 20, 12);
+        }
+    }
+    EXPECT_TRUE(codec.Encode(nullptr, 5, 5, 16, 80, buffer).empty());
+    EXPECT_TRUE(codec.Encode(buffer.data(), 70000, 1, 210000, 80, buffer).empty()) << "no JPEG is that wide";
+}
+
+}  // namespace
+}  // namespace tessaloom::testing
