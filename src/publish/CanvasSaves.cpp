@@ -1,5 +1,7 @@
 #include "publish/CanvasSaves.h"
 
+#include <algorithm>
+
 #include "core/ErrorReport.h"
 #include "core/modNumbers.h"
 #include "imaging/BmpFile.h"
@@ -9,8 +11,6 @@
 #include "platform/JpegCodec.h"
 #include "platform/Paths.h"
 #include "time/modTime.h"
-
-#include <algorithm>
 
 namespace tessaloom {
 namespace {

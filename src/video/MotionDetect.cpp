@@ -1,9 +1,21 @@
 #include "video/MotionDetect.h"
 
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <numeric>
+
+#include "core/ErrorReport.h"
+#include "imaging/pixelops/Tessaloom.h"
+#include "time/modTime.h"
 #include "video/MotionScale.h"
 
 namespace tessaloom {
 namespace {
+
+constexpr std::string_view Module = "MotionDetect.cls";
+constexpr int NoChange = 128;
+constexpr int KeepAllDifferences = 0;
 
 // A limit and its percent move together; a percent that was set is kept as it is, however it rounds.
 template <typename T, typename Scale>
@@ -24,7 +36,69 @@ constexpr Range<double> Lighter{0, 100};
 constexpr Range<double> Darker{-100, 0};
 constexpr Range<double> Share{0, 100};
 
+// The share of changed colour components on a logarithmic scale: one in a million is 0, all of them 1.
+float LogCoverage(double share) { return share == 0 ? 0 : static_cast<float>(std::log10(share) / 6 + 1); }
+
 }  // namespace
+
+void MotionDetect::DiffFrames(const DIB& frame) {
+    Trap({Module, "DiffFrames"}, [&] {
+        const int width = frame.Width();
+        const int height = frame.Height();
+        for (DIB* bitmap : {&previous_, &working_, &difference_}) {
+            if (bitmap->Width() == width && bitmap->Height() == height) continue;
+            bitmap->SetWidthHeight(width, height);
+            previousDataValid_ = false;
+        }
+        if (!frame.DIBPtr() || !previous_.DIBPtr() || !working_.DIBPtr() || !difference_.DIBPtr()) return;
+
+        if (diffPreBlurRadius_ < 1)
+            std::memcpy(working_.DIBPtr(), frame.DIBPtr(), frame.SizeInBytes());
+        else
+            Blur(frame.DIBPtr(), working_.DIBPtr(), height, width, diffPreBlurRadius_);
+        if (!previousDataValid_) std::memcpy(previous_.DIBPtr(), working_.DIBPtr(), working_.SizeInBytes());
+        previousDataValid_ = true;
+
+        Diff(difference_.DIBPtr(), working_.DIBPtr(), previous_.DIBPtr(), width, height, KeepAllDifferences);
+        DiffHistogram(difference_.DIBPtr(), width, height, histogram_.data());
+        CalculateMotion();
+        previous_.Swap(working_);  // the working frame is made anew for the next one
+    });
+}
+
+void MotionDetect::CalculateMotion() {
+    Trap({Module, "CalculateMotion"}, [&] {
+        const auto count = histogram_.begin();
+        const auto occupied = [](int n) { return n != 0; };
+        const auto darkest = std::find_if(count, count + NoChange + 1, occupied);
+        const int darkMin = darkest == count + NoChange + 1 ? 0 : static_cast<int>(darkest - count);
+        int lightMax = 255;
+        while (lightMax > NoChange && histogram_[static_cast<std::size_t>(lightMax)] == 0) --lightMax;
+
+        const auto changed = std::accumulate(count + brighterMotionLimit_, histogram_.end(), 0LL) +
+                             std::accumulate(count, count + darkerMotionLimit_ + 1, 0LL);
+        const double all = 3.0 * difference_.Width() * difference_.Height();
+        const float coverage = LogCoverage(all > 0 ? static_cast<double>(changed) / all : 0);
+        const float ratio = coverageLimit_ <= 0 ? 0 : std::clamp(coverage / coverageLimit_, 0.0F, 2.0F);
+
+        const double step = motionTriggerRestInterval_ < 0 ? 1 : lastFrameInterval_ * modTime::SecondsPerDay;
+        SetMotionTriggerTime(motionTriggerTime_ + step);
+        if (ratio < 1 || !Rested()) return;
+
+        motionTriggerTime_ = 0;
+        lastMotionCoverage_ = coverage;
+        lastDarkMin_ = darkMin;
+        lastLightMax_ = lightMax;
+        lastMotionTriggerTime_ = modTime::Clock();
+        if (onTrigger_) onTrigger_();
+    });
+}
+
+// More frames than asked for, but as many seconds. Kept: rest intervals were set with this in mind.
+bool MotionDetect::Rested() const {
+    return motionTriggerRestInterval_ < 0 ? motionTriggerTime_ > -motionTriggerRestInterval_
+                                          : motionTriggerTime_ >= motionTriggerRestInterval_;
+}
 
 void MotionDetect::SetBrighterMotionLimit(int value) {
     if (StoreLimit(brighterMotionLimit_, brighterPercent_, Clamped(value, {128, 255}),

@@ -1,15 +1,21 @@
 #pragma once
 
 #include <array>
+#include <functional>
 #include <string>
 #include <string_view>
 
 #include "core/SettingsOwner.h"
 #include "core/Store.h"
+#include "imaging/DIB.h"
 
 namespace tessaloom {
 
-/// The motion detector of one video feed: its settings and what it measured last.
+/// The motion detector of one video feed: compares each new frame with the one before and decides whether
+/// enough of the picture became darker or brighter.
+///
+/// A trigger records what was measured and calls `OnTrigger`; the beep and the saved files, whose settings
+/// are kept here, are up to what is plugged in there.
 ///
 /// Owned by its `VideoFeed`. Limits are kept on the detector's scale and, beside it, in the percents that the
 /// portfolio file holds (MotionScale.h); a percent is given back as it was set until the limit itself
@@ -17,6 +23,16 @@ namespace tessaloom {
 class MotionDetect {
 public:
     explicit MotionDetect(SettingsOwner& owner) : owner_(owner) {}
+
+    /// Called on each trigger, when the measured values have been recorded.
+    void OnTrigger(std::function<void()> act) { onTrigger_ = std::move(act); }
+
+    /// Runs the whole detection for a new 24-bit frame. The first frame, and the first of another size, is
+    /// compared with itself.
+    void DiffFrames(const DIB& frame);
+
+    /// Measures the present histogram, advances the rest counter and decides whether to trigger.
+    void CalculateMotion();
 
     /// Detection runs on every new frame.
     bool Enabled() const { return enabled_; }
@@ -111,6 +127,10 @@ public:
     /// A previous frame of the present size is there to compare with.
     bool PreviousDataValid() const { return previousDataValid_; }
 
+    /// The last comparison: 128 for no change, above it lighter, below it darker. Empty before the first
+    /// frame.
+    const DIB& Difference() const { return difference_; }
+
     /// Counts of the difference values of the last comparison, for all colour components.
     using HistogramCounts = std::array<int, 256>;
     const HistogramCounts& Histogram() const { return histogram_; }
@@ -125,7 +145,13 @@ private:
         Set(field, Clamped(value, range));
     }
 
+    bool Rested() const;
+
     SettingsOwner& owner_;
+    std::function<void()> onTrigger_;
+    DIB previous_;
+    DIB working_;  ///< The frame, blurred if asked for.
+    DIB difference_;
     std::string saveFixedFileName_ = "motion\\motion.jpg";
     std::string saveSequentialPath_ = "motion\\";
     double brighterPercent_ = 100;

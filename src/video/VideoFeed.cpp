@@ -1,8 +1,8 @@
 #include "video/VideoFeed.h"
 
-#include "core/ErrorReport.h"
-
 #include <limits>
+
+#include "core/ErrorReport.h"
 
 namespace tessaloom {
 namespace {

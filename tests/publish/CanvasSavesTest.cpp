@@ -1,16 +1,18 @@
 #include "publish/CanvasSaves.h"
 
+#include <map>
+
+#include <gmock/gmock.h>
+
 #include "imaging/DIB.h"
 #include "platform/Desktop.h"
 #include "platform/jpeg/TurboJpegCodec.h"
+#include "platform/posix/PosixFileSystem.h"
 #include "support/FakeTime.h"
 #include "support/FaultyFileSystem.h"
 #include "support/MemoryFileSystem.h"
 #include "support/PropertyTable.h"
-
-#include <gmock/gmock.h>
-#include <cstring>
-#include <map>
+#include "support/TemporaryFolder.h"
 
 namespace tessaloom {
 namespace {
@@ -348,6 +350,46 @@ TEST(CanvasSaves, MakesABitmapOfTheEncodedPictureTheWallpaper) {
         EXPECT_EQ(saves.LastBackground().written, call == 4);
     }
     EXPECT_EQ(at.desktop.wallpapers.size(), 2u) << "a bitmap that was not written is not shown";
+}
+
+TEST(CanvasSaves, WritesPicturesThatCanBeReadFromDisk) {
+    Saves at;
+    const TemporaryFolder folder;
+    PosixFileSystem disk;
+    TurboJpegCodec codec;
+    CanvasSaves saves{
+        at.owner, at.time, {disk, codec, at.desktop}
+    };
+    saves.SetFixedEnabled(true);
+    saves.SetFixedFileName(folder / "live.jpg");
+    saves.SetCascadeEnabled(true);
+    saves.SetCascadeCount(2);
+    saves.SetSequentialEnabled(true);
+    saves.SetSequentialPath(folder / "missing");
+    std::vector<std::string> log;
+    saves.OnFailure([&](const std::string& message) { log.push_back(message); });
+
+    // The last file found in the way is a folder, which nothing can delete as a file.
+    ASSERT_TRUE(disk.MakeFolder(folder / "live0002.jpg"));
+    for (int size = 8; size <= 10; ++size) {
+        at.picture.SetWidthHeight(size, size);
+        saves.DoSaves(at.picture);
+        at.time.Advance(60);
+    }
+    const auto widthOf = [&](std::string_view path) {
+        JpegHeader header;
+        const std::string file = disk.ReadFile(path).value_or("");
+        codec.ReadHeader({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()}, header);
+        return header.width;
+    };
+    EXPECT_EQ(widthOf(folder.Path() + "\\live.jpg"), 10);
+    EXPECT_EQ(widthOf(folder / "live0000.jpg"), 10);
+    EXPECT_EQ(widthOf(folder / "live0001.jpg"), 8) << "stale: it could not be renamed";
+    EXPECT_THAT(log, ElementsAre(HasSubstr("missing")));
+    EXPECT_FALSE(disk.FolderExists(folder / "missing")) << "the folder is not made";
+    saves.SetSequentialPath(folder.Path());
+    saves.DoSaves(at.picture);
+    EXPECT_EQ(widthOf(folder / "060114120300.jpg"), 10);
 }
 
 }  // namespace

@@ -1,9 +1,9 @@
+#include <stdexcept>
+
 #include "publish/VideoStreaming.h"
 #include "publish/WebServer.h"
 #include "support/FakeTime.h"
 #include "support/PropertyTable.h"
-
-#include <stdexcept>
 
 namespace tessaloom {
 namespace {

@@ -1,8 +1,8 @@
+#include <cmath>
+
 #include "support/PropertyTable.h"
 #include "video/InputDevice.h"
 #include "video/MotionScale.h"
-
-#include <cmath>
 
 namespace tessaloom {
 namespace {

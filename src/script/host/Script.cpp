@@ -1,12 +1,12 @@
 #include "script/host/Script.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "core/ErrorReport.h"
 #include "locale/Ascii.h"
 #include "platform/FileSystem.h"
 #include "script/host/ScriptText.h"
-
-#include <algorithm>
-#include <utility>
 
 namespace tessaloom {
 namespace {

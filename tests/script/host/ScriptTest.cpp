@@ -1,12 +1,12 @@
 #include "script/host/Script.h"
 
+#include <gmock/gmock.h>
+
 #include "script/host/ScriptText.h"
 #include "support/FakeTime.h"
 #include "support/MemoryFileSystem.h"
 #include "support/PropertyTable.h"
 #include "support/RecordingScriptEngine.h"
-
-#include <gmock/gmock.h>
 
 namespace tessaloom {
 namespace {
