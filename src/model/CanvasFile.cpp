@@ -23,9 +23,7 @@ std::string Digits(int number, std::size_t width) {
     return text.size() < width ? text.insert(0, width - text.size(), '0') : text;
 }
 
-std::string TextSection(int slot) { return "Text" + Digits(slot, 3); }
-std::string LongTextSection(int slot) { return "X-" + TextSection(slot); }
-std::string GraphicSection(int slot) { return "Graphic" + Digits(slot, 3); }
+std::string LongTextSection(int slot) { return "X-" + CanvasFile::TextSection(slot); }
 
 std::string PieceKey(std::size_t index) { return index == 0 ? "Text" : "Text" + std::to_string(index + 1); }
 
@@ -123,6 +121,9 @@ void SaveColourTable(INI& ini, const std::string& section, const Graphic& graphi
 }
 
 }  // namespace
+
+std::string CanvasFile::TextSection(int slot) { return "Text" + Digits(slot, 3); }
+std::string CanvasFile::GraphicSection(int slot) { return "Graphic" + Digits(slot, 3); }
 
 void CanvasFile::Load(DocumentReader& reader) {
     for (const Key<Canvas>& key : CanvasKeys::General) {

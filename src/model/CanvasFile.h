@@ -31,6 +31,10 @@ public:
     void SaveText(INI& ini) const;
     void SaveGraphics(INI& ini) const;
 
+    /// The sections of a layer slot: "Text001" .. "Text100", "Graphic001" .. "Graphic100".
+    static std::string TextSection(int slot);
+    static std::string GraphicSection(int slot);
+
     /// The canvas has a password in its file (of an upload, or in an address).
     bool HoldsSecret() const;
 
