@@ -11,7 +11,8 @@ struct Range {
     T low, high;
 };
 
-/// `value` moved to the nearer end of `range` when it lies outside. A number that is not one becomes the low end.
+/// `value` moved to the nearer end of `range` when it lies outside. A number that is not one becomes the low
+/// end.
 template <typename T>
 constexpr T Clamped(T value, Range<std::type_identity_t<T>> range) {
     if (!(value >= range.low)) return range.low;

@@ -21,16 +21,29 @@ struct Room {
 
 // The longest matching folder names a file's room.
 constexpr Room Rooms[] = {
-    {"app", 100},          {"ui", 90},         {"script/objects", 80}, {"core/main", 70}, {"model", 60},
-    {"publish", 50},       {"script/host", 50}, {"script/library", 50}, {"video", 50},     {"text", 50},
-    {"imaging/pixelops", 5}, {"imaging", 40},    {"time", 30},           {"core", 20},      {"vbscript", 15},
-    {"locale", 10},        {"platform", 0},
+    {"app",              100},
+    {"ui",               90 },
+    {"script/objects",   80 },
+    {"core/main",        70 },
+    {"model",            60 },
+    {"publish",          50 },
+    {"script/host",      50 },
+    {"script/library",   50 },
+    {"video",            50 },
+    {"text",             50 },
+    {"imaging/pixelops", 5  },
+    {"imaging",          40 },
+    {"time",             30 },
+    {"core",             20 },
+    {"vbscript",         15 },
+    {"locale",           10 },
+    {"platform",         0  },
 };
 
 // The seam's implementations stand beside the engine: only the program plugs them in.
 constexpr std::string_view Implementations[] = {
-    "platform/qt", "platform/text", "platform/jpeg", "platform/posix", "platform/profile",
-    "platform/curl", "platform/ffmpeg", "platform/v4l2",
+    "platform/qt",      "platform/text", "platform/jpeg",   "platform/posix",
+    "platform/profile", "platform/curl", "platform/ffmpeg", "platform/v4l2",
 };
 
 bool Within(std::string_view path, std::string_view folder) {
@@ -57,8 +70,10 @@ std::string Objection(const std::string& from, const std::string& to) {
     if (!fromRoom) return "the file lies in no known folder";
     if (!toRoom) return "the included file lies in no known folder";
     if (fromRoom->folder == "app") return "";
-    if (toImplementation) return fromImplementation == toImplementation ? "" : "only app/ names implementations";
-    if (fromRoom->folder == "vbscript" && toRoom->folder == "core") return "the language knows nothing of the rest";
+    if (toImplementation)
+        return fromImplementation == toImplementation ? "" : "only app/ names implementations";
+    if (fromRoom->folder == "vbscript" && toRoom->folder == "core")
+        return "the language knows nothing of the rest";
     if (fromRoom == toRoom || toRoom->level < fromRoom->level) return "";
     return "includes point downwards only";
 }
@@ -79,7 +94,8 @@ std::vector<Include> AllIncludes() {
         std::smatch match;
         for (std::string line; std::getline(file, line);)
             if (std::regex_search(line, match, pattern))
-                includes.push_back({fs::relative(entry.path(), root).generic_string(), match[2], match[1] == "<"});
+                includes.push_back(
+                    {fs::relative(entry.path(), root).generic_string(), match[2], match[1] == "<"});
     }
     return includes;
 }
@@ -101,8 +117,8 @@ TEST(Includes, OfTheToolkitStayInPlatformUiAndApp) {
     static const std::regex toolkit("^Q[A-Z][A-Za-z]+$|^Qt[A-Z]");
     for (const Include& include : AllIncludes()) {
         if (!std::regex_search(include.target, toolkit)) continue;
-        const bool allowed = Within(include.file, "platform/qt") || Within(include.file, "ui") ||
-                             Within(include.file, "app");
+        const bool allowed =
+            Within(include.file, "platform/qt") || Within(include.file, "ui") || Within(include.file, "app");
         EXPECT_TRUE(allowed) << include.file << " includes " << include.target;
     }
 }
@@ -111,7 +127,8 @@ TEST(Includes, OfSeamHeadersAreTheStandardLibraryAndTheSeamAlone) {
     static const std::regex standard("^[a-z_]+$");
     for (const Include& include : AllIncludes()) {
         if (!Within(include.file, "platform") || ImplementationOf(include.file)) continue;
-        EXPECT_TRUE(include.angled ? std::regex_match(include.target, standard) : Within(include.target, "platform"))
+        EXPECT_TRUE(include.angled ? std::regex_match(include.target, standard)
+                                   : Within(include.target, "platform"))
             << include.file << " includes " << include.target;
     }
 }

@@ -1,0 +1,22 @@
+#include "app/Services.h"
+
+#include <utility>
+
+#include "core/Log.h"
+#include "platform/qt/QtUserLocale.h"
+#include "time/modTime.h"
+
+namespace tessaloom {
+
+Services::Services(std::function<void()> quit)
+    : profile_(fileSystem_, [](const std::string& message) { Log(LogLevel::Error, message); }),
+      locale_(QtUserLocale()),
+      mainWindow_(std::move(quit)),
+      platform_{fileSystem_, profile_, locale_,  systemTime_, fonts_, pictureLoader_,
+                jpegCodec_,  dialogs_, desktop_, mainWindow_, timer_} {
+    modTime::UseSystemTime(systemTime_);
+}
+
+Services::~Services() { modTime::ReleaseSystemTime(systemTime_); }
+
+}  // namespace tessaloom

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "app/HeadlessDialogs.h"
+#include "app/HeadlessMainWindow.h"
+#include "platform/Platform.h"
+#include "platform/UserLocale.h"
+#include "platform/jpeg/TurboJpegCodec.h"
+#include "platform/posix/HeadlessDesktop.h"
+#include "platform/posix/PosixFileSystem.h"
+#include "platform/profile/ProfileFiles.h"
+#include "platform/qt/QtPictureLoader.h"
+#include "platform/qt/QtSystemTime.h"
+#include "platform/qt/QtTimer.h"
+#include "platform/text/FreeTypeFonts.h"
+
+namespace tessaloom {
+
+/// The platform as a server without windows has it. Needs the application object.
+class Services {
+public:
+    /// quit: called when the main window is unloaded.
+    explicit Services(std::function<void()> quit);
+    ~Services();
+    Services(const Services&) = delete;
+    Services& operator=(const Services&) = delete;
+
+    Platform& All() { return platform_; }
+
+private:
+    PosixFileSystem fileSystem_;
+    ProfileFiles profile_;
+    UserLocale locale_;
+    QtSystemTime systemTime_;
+    FreeTypeFonts fonts_;
+    QtPictureLoader pictureLoader_;
+    TurboJpegCodec jpegCodec_;
+    HeadlessDialogs dialogs_;
+    HeadlessDesktop desktop_;
+    HeadlessMainWindow mainWindow_;
+    QtTimer timer_;
+    Platform platform_;
+};
+
+}  // namespace tessaloom

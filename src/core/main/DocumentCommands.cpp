@@ -1,0 +1,293 @@
+#include "core/main/DocumentCommands.h"
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "core/ErrorReport.h"
+#include "core/SetupValues.h"
+#include "core/main/Program.h"
+#include "model/Canvas.h"
+#include "platform/Dialogs.h"
+#include "platform/FileSystem.h"
+
+namespace tessaloom::modMain {
+
+namespace {
+
+constexpr std::string_view Module = "modMain.bas";
+constexpr const char* PortfolioFilter = "Portfolios (*.por)|*.por";
+constexpr const char* CanvasFilter = "Canvases (*.can)|*.can";
+
+/// Shows one line of status for as long as it lives.
+class Status {
+public:
+    Status(Dialogs& dialogs, std::string_view text) : dialogs_(dialogs) { dialogs_.ShowStatus(text); }
+    ~Status() { dialogs_.HideStatus(); }
+    Status(const Status&) = delete;
+    Status& operator=(const Status&) = delete;
+
+private:
+    Dialogs& dialogs_;
+};
+
+/// Runs a command with the program, trapped; its type's zero value while no program runs.
+template <typename Body>
+auto Command(std::string_view name, Body&& body) -> std::invoke_result_t<Body, Program&> {
+    return Trap({Module, name}, [&] {
+        if (Running()) return body(*Running());
+        return std::invoke_result_t<Body, Program&>();
+    });
+}
+
+/// The same for commands that need an open portfolio.
+template <typename Body>
+auto PortfolioCommand(std::string_view name, Body&& body)
+    -> std::invoke_result_t<Body, Program&, tessaloom::Portfolio&> {
+    return Command(name, [&](Program& program) {
+        if (program.portfolio) return body(program, *program.portfolio);
+        return std::invoke_result_t<Body, Program&, tessaloom::Portfolio&>();
+    });
+}
+
+/// Asks about unsaved changes before the open portfolio goes. False ends the command: the person said
+/// Cancel, here or when asked for a file name.
+bool SaveOpenPortfolio(Program& program) {
+    if (!program.portfolio || !program.portfolio->NeedSaving()) return true;
+    switch (program.platform.dialogs.MessageBox("Would you like to save the open portfolio and canvases?",
+                                                "Save Open Portfolio and Canvases?", Buttons::YesNoCancel)) {
+        case Answer::Yes:
+            return SaveAllProc(true);
+        case Answer::No:
+            return true;
+        default:
+            return false;
+    }
+}
+
+/// Asks for the portfolio's file. False when none was chosen.
+bool ChoosePortfolioFile(Program& program, tessaloom::Portfolio& portfolio) {
+    Dialogs& dialogs = program.platform.dialogs;
+    const auto file = dialogs.SaveFile({"Portfolio Save As", PortfolioFilter, ".por", "NewPortfolio.por"});
+    if (!file || file->empty()) {
+        dialogs.MessageBox("No file was selected.", "No file selected");
+        return false;
+    }
+    portfolio.SetFileName(*file);
+    Setup().lastPortfolio = *file;
+    return true;
+}
+
+bool SaveCanvas(Program& program, tessaloom::Canvas& canvas) {
+    if (canvas.FileName().empty()) return CanvasSaveAsProc(canvas.CanvasIndex());
+    const Status status(program.platform.dialogs, "Saving...");
+    return canvas.SaveFile();
+}
+
+/// Gives every open canvas a file name. False when one was refused a name.
+bool NameCanvases(tessaloom::Portfolio& portfolio) {
+    bool named = true;
+    for (int slot = 1; slot <= tessaloom::Portfolio::MaxCanvas; ++slot) {
+        const tessaloom::Canvas& canvas = portfolio.Canvas(slot);
+        if (canvas.Enabled() && canvas.FileName().empty()) named = CanvasSaveAsProc(slot) && named;
+    }
+    return named;
+}
+
+/// A free canvas slot; 0, with a message, when there is none.
+int FreeSlot(Program& program, const tessaloom::Portfolio& portfolio) {
+    const int slot = portfolio.FreeCanvasSlot();
+    if (slot == 0)
+        program.platform.dialogs.MessageBox(
+            "You already have all of the allowed canvases loaded.\n"
+            "Remove an existing canvas to make room for a new one.",
+            "Out of Canvas Locations");
+    return slot;
+}
+
+std::optional<std::string> AskCanvasName(Program& program) {
+    return program.platform.dialogs.InputBox("Enter a name for this canvas.", "Canvas Name",
+                                             "Enter Something Unique");
+}
+
+void ShowCanvas(tessaloom::Portfolio& portfolio, tessaloom::Canvas& canvas) {
+    canvas.SetEnabled(true);
+    canvas.SetVisible(true);
+    canvas.ActivitateFormTimer();
+    portfolio.SetActiveCanvas(canvas.CanvasIndex());
+    portfolio.SettingChanged();
+}
+
+std::string Comparable(std::string path) {
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
+}
+
+bool IsOpen(const tessaloom::Portfolio& portfolio, const std::string& file) {
+    for (int slot = 1; slot <= tessaloom::Portfolio::MaxCanvas; ++slot) {
+        const tessaloom::Canvas& canvas = portfolio.Canvas(slot);
+        if (canvas.Enabled() && Comparable(canvas.FileName()) == Comparable(file)) return true;
+    }
+    return false;
+}
+
+void NoFileSelected(Program& program) {
+    program.platform.dialogs.MessageBox("No file was selected.  Aborting process.", "No file selected");
+}
+
+/// The active canvas; null when none is.
+tessaloom::Canvas* ActiveCanvas(tessaloom::Portfolio& portfolio) {
+    const int slot = portfolio.ActiveCanvas();
+    if (slot < 1 || slot > tessaloom::Portfolio::MaxCanvas || !portfolio.Canvas(slot).Enabled())
+        return nullptr;
+    return &portfolio.Canvas(slot);
+}
+
+}  // namespace
+
+void PortfolioNew() {
+    Command("PortfolioNew", [](Program& program) {
+        if (!SaveOpenPortfolio(program)) return;
+        ReleasePortfolio(program);
+        MakePortfolio(program);
+        program.platform.dialogs.MessageBox(
+            "Your portfolio has been created.\n\n"
+            "You may now add canvases using the Open Canvas or New Canvas selections from the File Menu.",
+            "New Portfolio");
+    });
+}
+
+void PortfolioOpen() {
+    Command("PortfolioOpen", [](Program& program) {
+        const auto file = program.platform.dialogs.OpenFile({"Portfolio Open", PortfolioFilter, ".por", ""});
+        if (!file || file->empty() || !SaveOpenPortfolio(program)) return;
+        ReleasePortfolio(program);
+        tessaloom::Portfolio& portfolio = MakePortfolio(program);
+        portfolio.SetFileName(*file);
+        portfolio.LoadFile();
+        Setup().lastPortfolio = *file;
+    });
+}
+
+bool PortfolioSave() {
+    return PortfolioCommand("PortfolioSave", [](Program& program, tessaloom::Portfolio& portfolio) {
+        if (portfolio.FileName().empty()) return PortfolioSaveAs();
+        const Status status(program.platform.dialogs, "Saving...");
+        return portfolio.SaveFile();
+    });
+}
+
+bool PortfolioSaveAs() {
+    return PortfolioCommand("PortfolioSaveAs", [](Program& program, tessaloom::Portfolio& portfolio) {
+        return ChoosePortfolioFile(program, portfolio) && PortfolioSave();
+    });
+}
+
+bool SaveAllProc(bool everything) {
+    return PortfolioCommand("SaveAllProc", [&](Program& program, tessaloom::Portfolio& portfolio) {
+        const Status status(program.platform.dialogs, "Saving...");
+        if (portfolio.FileName().empty() && !ChoosePortfolioFile(program, portfolio)) return false;
+        if (everything)
+            for (int slot = 1; slot <= tessaloom::Portfolio::MaxCanvas; ++slot)
+                portfolio.Canvas(slot).SetNeedSaving(true);
+        const bool named = NameCanvases(portfolio);
+        portfolio.SaveCanvases();
+        return portfolio.SaveFile() && named;
+    });
+}
+
+void CanvasNew() {
+    PortfolioCommand("CanvasNew", [](Program& program, tessaloom::Portfolio& portfolio) {
+        const int slot = FreeSlot(program, portfolio);
+        if (slot == 0) return;
+        const auto name = AskCanvasName(program);
+        if (!name) return;
+        tessaloom::Canvas& canvas = portfolio.Canvas(slot);
+        canvas.SetName(*name);
+        ShowCanvas(portfolio, canvas);
+        canvas.SetNeedSaving(true);
+    });
+}
+
+void CanvasOpen() {
+    PortfolioCommand("CanvasOpen", [](Program& program, tessaloom::Portfolio& portfolio) {
+        Dialogs& dialogs = program.platform.dialogs;
+        const int slot = FreeSlot(program, portfolio);
+        if (slot == 0) return;
+        const auto file = dialogs.OpenFile({"Canvas Open", CanvasFilter, ".can", ""});
+        if (!file || file->empty()) return NoFileSelected(program);
+        if (IsOpen(portfolio, *file)) {
+            // Two slots that write the same file would undo each other's changes.
+            dialogs.MessageBox("This canvas is already open.", "Canvas Open");
+            return;
+        }
+        tessaloom::Canvas& canvas = portfolio.Canvas(slot);
+        canvas.SetFileName(*file);
+        bool loaded = false;
+        {
+            const Status status(dialogs, "Loading...");
+            loaded = canvas.LoadFile();
+        }
+        if (!loaded) return portfolio.ResetCanvas(slot);
+        if (canvas.Name().empty())
+            if (const auto name = AskCanvasName(program)) canvas.SetName(*name);
+        ShowCanvas(portfolio, canvas);
+    });
+}
+
+bool CanvasSave() {
+    return PortfolioCommand("CanvasSave", [](Program& program, tessaloom::Portfolio& portfolio) {
+        tessaloom::Canvas* canvas = ActiveCanvas(portfolio);
+        return canvas && SaveCanvas(program, *canvas);
+    });
+}
+
+bool CanvasSaveAs() {
+    return PortfolioCommand("CanvasSaveAs", [](Program&, tessaloom::Portfolio& portfolio) {
+        const tessaloom::Canvas* canvas = ActiveCanvas(portfolio);
+        return canvas && CanvasSaveAsProc(canvas->CanvasIndex());
+    });
+}
+
+bool CanvasSaveAsProc(int slot) {
+    return PortfolioCommand("CanvasSaveAsProc", [&](Program& program, tessaloom::Portfolio& portfolio) {
+        Dialogs& dialogs = program.platform.dialogs;
+        const auto file = dialogs.SaveFile({"Canvas Save As", CanvasFilter, ".can", "NewCanvas"});
+        if (!file || file->empty()) {
+            NoFileSelected(program);
+            return false;
+        }
+        if (program.platform.fileSystem.FileExists(*file)) {
+            dialogs.MessageBox(
+                "This file already exists.  To open an existing file, select \"Open Canvas\" instead.",
+                "Canvas Save As");
+            return false;
+        }
+        tessaloom::Canvas& canvas = portfolio.Canvas(slot);
+        canvas.SetFileName(*file);
+        portfolio.SettingChanged();
+        const Status status(dialogs, "Saving...");
+        return canvas.SaveFile();
+    });
+}
+
+void CanvasRemove() {
+    PortfolioCommand("CanvasRemove", [](Program& program, tessaloom::Portfolio& portfolio) {
+        Dialogs& dialogs = program.platform.dialogs;
+        tessaloom::Canvas* canvas = ActiveCanvas(portfolio);
+        if (!canvas) return;
+        if (dialogs.MessageBox("Are you sure you want to remove this canvas?", "Remove Canvas",
+                               Buttons::YesNo) != Answer::Yes)
+            return;
+        if (canvas->NeedSaving() &&
+            dialogs.MessageBox("This canvas has been changed.  Would you like to save it first?",
+                               "Save Canvas", Buttons::YesNo) == Answer::Yes &&
+            !SaveCanvas(program, *canvas))
+            return;
+        portfolio.ResetCanvas(canvas->CanvasIndex());
+        portfolio.SettingChanged();
+    });
+}
+
+}  // namespace tessaloom::modMain

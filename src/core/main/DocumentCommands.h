@@ -1,0 +1,30 @@
+#pragma once
+
+/// The document commands of the File menu. Each ends quietly on an unexpected error, which is reported.
+///
+/// Commands that need a portfolio do nothing while none is open.
+namespace tessaloom::modMain {
+
+void PortfolioNew();
+void PortfolioOpen();
+
+/// The saving commands are true when everything was written; false also when the person called it off.
+bool PortfolioSave();
+bool PortfolioSaveAs();
+
+/// Saves the portfolio and its canvases: all of them with `everything`, else those that changed. Files
+/// without a name are asked for one.
+bool SaveAllProc(bool everything);
+
+void CanvasNew();
+void CanvasOpen();
+
+/// These act on the active canvas.
+bool CanvasSave();
+bool CanvasSaveAs();
+void CanvasRemove();
+
+/// slot: 1 .. 20
+bool CanvasSaveAsProc(int slot);
+
+}  // namespace tessaloom::modMain
