@@ -151,8 +151,7 @@ void Image::LoadStretchedDIB() {
         stretched_.hDC()->StretchBlt(0, 0, stretchedWidth_, stretchedHeight_, *source.hDC(), 0, 0,
                                      source.Width(), source.Height());
     }
-    if (HasOpacity() && (!opacityActive_ || !SameSize(Stretched(), opacity_)))
-        MarkDirty(Bits(Stage::Opacity));
+    if (HasOpacity() && !SameSize(Stretched(), opacity_)) MarkDirty(Bits(Stage::Opacity));
 }
 
 void Image::LoadRotatedDIB() {

@@ -1,7 +1,10 @@
 #include "imaging/Image.h"
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <functional>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -235,6 +238,7 @@ TEST_F(ImageTest, LetsTheCanvasShowBesideATurnedPicture) {
 }
 
 TEST_F(ImageTest, TurnsTheMapAnewWhenAnotherShapeTurnsToTheSameSize) {
+    image.SetBackgroundColor(Red);
     image.SetRotationAngle(45);
     image.SetAlignment(static_cast<int>(Anchor::Centre));
     for (const auto& [width, height] : {
@@ -379,6 +383,83 @@ TEST_F(ImageTest, HasNothingToMergeBeforeAPictureCame) {
     EXPECT_LT(CountPixels(canvas, White), 16);
     ASSERT_NE(image.FinalOpacityDIB(), nullptr);
     EXPECT_EQ(image.FinalOpacityDIB()->Width(), image.FinalWidth());
+}
+
+/// Settings of an image, as numbers that a random walk changes one by one.
+struct Walk {
+    enum Setting {
+        Type,
+        Frame,
+        Size,
+        Cut,
+        Stretch,
+        StretchSize,
+        Smooth,
+        Angle,
+        Feather,
+        Radius,
+        File,
+        Transparent,
+        Percent,
+        Shadow,
+        Softness,
+        Colors,
+        Mode,
+        Count
+    };
+
+    std::array<int, Count> values{};
+
+    void Apply(Image& image) const {
+        const auto of = [&](Setting setting) { return values[setting]; };
+        constexpr int Types[] = {Image::Supplied, Image::Block, Image::Text, Image::Supplied};
+        constexpr float Angles[] = {0, 90, 33.5F, 270};
+        image.SetPictureType(Types[of(Type)]);
+        image.SetColorProcessing(of(Colors));
+        image.SetCrop(of(Cut), 0, 2 * of(Cut), 1);
+        image.SetStretchEnabled(of(Stretch) % 2 == 1);
+        image.SetStretchedWidthHeight(9 + 5 * of(StretchSize), 14);
+        image.SetStretchSmoothing(of(Smooth) % 2 == 1);
+        image.SetRotationAngle(Angles[of(Angle)]);
+        image.SetFeatherWidth(of(Feather) == 1 ? 3 : 0);
+        image.SetFeatherRadius(of(Radius) == 1 ? 4 : 0);
+        image.SetOpacityFileName(of(File) >= 2 ? "two.jpg" : "one.png");
+        image.SetOpacityType(of(File) % 2);
+        image.SetTransparentColorTable(0, 0x303030);
+        image.SetTransparentColorTable(2, 10 * of(Transparent));
+        image.SetTransparentColorCount(1);
+        image.SetTransparentEnabled(of(Transparent) > 1);
+        image.SetOpacityValue(100 - 20 * of(Percent));
+        image.SetOpacityMode(of(Mode));
+        image.SetShadowEnabled(of(Shadow) % 2 == 1);
+        image.SetShadowSize(of(Softness));
+        DIB frame;
+        Fill(frame, 12 + of(Size), 10 + 3 * of(Size), 0x202020 * (of(Frame) + 1));
+        SetPixel(frame, 3, 4, Red);
+        Types[of(Type)] == Image::Text ? image.SetTextCoverage(frame) : image.LoadIntoPictureDIB(frame);
+    }
+};
+
+TEST_F(ImageTest, ShowsTheSameAsAFreshOneAfterAnyChanges) {
+    Put("one.png", {4, 2, White, 100});
+    Put("two.jpg", {2, 2, 0xA0A0A0});
+    Walk walk;
+    std::mt19937 random(7);
+    const auto shown = [](Image& subject) {
+        DIB both;
+        Fill(both, 60, 120, 0x406080);
+        subject.MergeImageTo(both, 5, 5);
+        subject.MergeShadowTo(both, 5, 65);
+        return std::vector<std::uint8_t>(both.DIBPtr(), both.DIBPtr() + both.SizeInBytes());
+    };
+    for (int step = 0; step < 2000; ++step) {
+        const auto setting = random() % Walk::Count;
+        walk.values[setting] = static_cast<int>(random() % 4);
+        walk.Apply(image);
+        Image fresh(access);
+        walk.Apply(fresh);
+        ASSERT_EQ(shown(image), shown(fresh)) << "step " << step << ", setting " << setting;
+    }
 }
 
 }  // namespace
