@@ -5,6 +5,7 @@
 #include "text/TextBox.h"
 
 #include <cmath>
+#include <utility>
 
 namespace tessaloom {
 namespace {
@@ -44,7 +45,8 @@ void Text::ProcessText() {
         if (!tags_) return;
         processed_ = text_;
         ExpandTags(processed_, host_.Now(), *tags_);
-        if (!Store(previousResult_, processed_)) return;
+        if (previousResult_ == processed_) return;
+        previousResult_ = processed_;
         changed_ = true;
         entry_.force = true;
     });
@@ -72,11 +74,11 @@ void Text::UpdateImage() {
         const bool recompose = std::exchange(recompose_, false);
         changed_ = false;
         entry_.force = false;
-        Drawing wanted = WantedDrawing();
-        const bool redraw = !haveDrawn_ || wanted != drawn_;
+        FindWanted();
+        const bool redraw = !haveDrawn_ || wanted_ != drawn_;
         if (redraw) {
-            PlaceText(wanted);
-            drawn_ = std::move(wanted);
+            PlaceText();
+            drawn_ = wanted_;
             haveDrawn_ = true;
         }
         SetUpImage();
@@ -84,21 +86,20 @@ void Text::UpdateImage() {
     });
 }
 
-Text::Drawing Text::WantedDrawing() const {
-    return {
-        .text = processed_,
-        .font = {.faceName = fontName_,
-                 .pixelHeight = static_cast<int>(std::lround(fontSize_ * DotsPerInch / 72.0)),
-                 .bold = fontBold_,
-                 .italic = fontItalic_,
-                 .quality = QualityOf(fontSmoothing_)},
-        .clearType = fonts_.ClearType(),
-        .column = alignment_ % 3
-    };
+// Member by member, so that the texts keep their memory from one update to the next.
+void Text::FindWanted() {
+    wanted_.text = processed_;
+    wanted_.font.faceName = fontName_;
+    wanted_.font.pixelHeight = static_cast<int>(std::lround(fontSize_ * DotsPerInch / 72.0));
+    wanted_.font.bold = fontBold_;
+    wanted_.font.italic = fontItalic_;
+    wanted_.font.quality = QualityOf(fontSmoothing_);
+    wanted_.clearType = fonts_.ClearType();
+    wanted_.column = alignment_ % 3;
 }
 
-void Text::PlaceText(const Drawing& drawing) {
-    const TextBox box(drawing.text, drawing.font, drawing.column, fonts_);
+void Text::PlaceText() {
+    const TextBox box(wanted_.text, wanted_.font, wanted_.column, fonts_);
     blank_ = !box.Draw(coverage_);
     if (!blank_) image_.SetTextCoverage(coverage_);
 }

@@ -173,8 +173,8 @@ private:
     }
     void Touch();
     void CopyNextTime();
-    Drawing WantedDrawing() const;
-    void PlaceText(const Drawing& drawing);
+    void FindWanted();
+    void PlaceText();
     void SetUpImage();
 
     LayerHost& host_;
@@ -189,7 +189,7 @@ private:
     };
 
     DIB coverage_;
-    Drawing drawn_;
+    Drawing wanted_, drawn_;
     bool haveDrawn_ = false;
     bool blank_ = true;  ///< Nothing to lay down: an empty text, or none drawn yet.
     bool changed_ = true;

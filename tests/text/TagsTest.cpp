@@ -29,7 +29,6 @@ public:
     const VWS* weather = nullptr;
 };
 
-/// A readable file with a record that is not one: the data count as valid and tests set what they need.
 class TagsTest : public ::testing::Test {
 protected:
     ~TagsTest() override { modNumbers::InitNumberFormat(testing::EnglishLocale()); }
@@ -39,6 +38,7 @@ protected:
         return text;
     }
 
+    /// A file that can be read makes the data valid; tests then set the readings they need.
     void UseWeather() {
         files["weather.csv"].bytes = "nothing yet";
         weather.SetCSVFile("weather.csv");
