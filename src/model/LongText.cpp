@@ -38,7 +38,7 @@ std::string Escaped(std::string_view text) {
     result.reserve(text.size() + 16);
     for (std::size_t at = 0; at < text.size(); ++at) {
         const char c = text[at];
-        const bool inner = at > 0 && at + 1 < text.size();
+        const bool inner = at > 0 && at + 1 < text.size() && !AtEnds(text[at - 1]);
         std::size_t escape = inner && AtEnds(c) ? Escapes.size() : 0;
         while (escape < Escapes.size() && Escapes[escape] != c) escape += 2;
         if (escape < Escapes.size())

@@ -1,0 +1,20 @@
+#include "model/AllocationCounter.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+std::atomic<long> allocations{0};
+}
+
+// In a file of their own, so that no caller sees through to malloc and free.
+void* operator new(std::size_t size) {
+    ++allocations;
+    if (void* memory = std::malloc(size)) return memory;
+    throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept { std::free(memory); }
+void operator delete(void* memory, std::size_t) noexcept { std::free(memory); }
+
+long tessaloom::testing::Allocations() { return allocations; }
