@@ -1,7 +1,6 @@
 #include "model/Canvas.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstring>
 
 #include "core/ErrorReport.h"
@@ -10,6 +9,7 @@
 #include "core/RunFlags.h"
 #include "core/Store.h"
 #include "imaging/Graphic.h"
+#include "imaging/Percent.h"
 #include "imaging/pixelops/Tessaloom.h"
 #include "model/CanvasFile.h"
 #include "model/DocumentReader.h"
@@ -296,7 +296,7 @@ void Canvas::ComposeShadow(int pass) {
     for (first = 0; first < height_ && IsBlack(rows + Index(first) * stride, stride);) ++first;
     for (end = height_; end > first && IsBlack(rows + Index(end - 1) * stride, stride);) --end;
     constexpr int Darkening = 1, NoKeyColour = 0x1000000;
-    const auto opacity = static_cast<int>(std::lround(shadowIntensity_ * 2.55));
+    const int opacity = To255(shadowIntensity_);
     Merge(picture_.DIBPtr() + Index(first) * stride, width_, end - first, rows + Index(first) * stride,
           width_, end - first, 0, 0, Darkening, NoKeyColour, opacity, nullptr, 0, 0, nullptr, 0, 0);
 }

@@ -146,8 +146,9 @@ void Portfolio::UpdateImages() {
     Trap({Module, "UpdateImages"}, [&] { ForOpenCanvases([](auto& canvas) { canvas.UpdateImage(); }); });
 }
 
+/// Feeds and devices deliver nothing while no capture driver is attached to them (video/VideoFeed.h), so
+/// there is nothing to ask for.
 void Portfolio::UpdateVideoFeeds() {}
-
 void Portfolio::UpdateInputDevices() {}
 
 void Portfolio::UpdateOtherPost() {
@@ -161,6 +162,8 @@ void Portfolio::ForceUpdate() {
     for (const auto& canvas : canvases_)
         if (canvas && canvas->Enabled()) canvas->ForceUpdate();
     script_->ForceUpdate();
+    for (const auto& feed : feeds_) feed->SetNextTime(Now());
+    for (const auto& device : inputDevices_) device->SetNextTime(Now());
 }
 
 // --- Properties ---

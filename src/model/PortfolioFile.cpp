@@ -38,7 +38,9 @@ void PortfolioFile::LoadCanvases(DocumentReader& reader) {
         const std::string path = reader.Get(section, "FileName", "");
         std::string& keptName = portfolio_.unloadedNames_[static_cast<std::size_t>(slot)];
         keptName.clear();
-        if (path.empty() || reader.ReadingMode() == DocumentReader::Mode::Checking) continue;
+        if (reader.ReadingMode() == DocumentReader::Mode::Checking) continue;
+        if (portfolio_.Canvas(slot).Enabled()) portfolio_.ResetCanvas(slot);
+        if (path.empty()) continue;
         Canvas& canvas = portfolio_.Canvas(slot);
         canvas.SetFileName(path);
         const bool completing = reader.ReadingMode() == DocumentReader::Mode::Completing;
