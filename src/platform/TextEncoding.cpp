@@ -134,19 +134,22 @@ std::string_view FirstCharacters(std::string_view text, std::size_t count) {
 
 std::string FoldCase(std::string_view text) {
     std::string folded;
-    folded.reserve(text.size());
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (Byte(c) < 0x80 || i + 1 == text.size()) {
-            folded += c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c;
-        } else if (IsLatin1Capital(c, text[i + 1])) {
-            folded += c;
-            folded += static_cast<char>(text[++i] + 0x20);
-        } else {
-            folded += SmallLetter(text.substr(i++, 2));
-        }
-    }
+    FoldCase(text, folded);
     return folded;
+}
+
+void FoldCase(std::string_view text, std::string& folded) {
+    folded = text;
+    for (std::size_t i = 0; i < folded.size(); ++i) {
+        if (folded[i] >= 'A' && folded[i] <= 'Z') folded[i] = static_cast<char>(folded[i] + 32);
+        if (Byte(folded[i]) < 0x80 || i + 1 == folded.size()) continue;
+        if (IsLatin1Capital(folded[i], folded[i + 1])) {
+            folded[i + 1] = static_cast<char>(folded[i + 1] + 0x20);
+        } else {
+            folded.replace(i, 2, SmallLetter(text.substr(i, 2)));  // of the same length
+        }
+        ++i;
+    }
 }
 
 }  // namespace tessaloom

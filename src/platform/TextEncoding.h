@@ -24,4 +24,7 @@ std::string_view FirstCharacters(std::string_view text, std::size_t count);
 /// For comparing names without regard to case: ASCII and the letters of Windows-1252 in lower case.
 std::string FoldCase(std::string_view text);
 
+/// The same into a string that is used again and again.
+void FoldCase(std::string_view text, std::string& folded);
+
 }  // namespace tessaloom

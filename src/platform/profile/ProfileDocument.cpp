@@ -10,7 +10,6 @@ namespace tessaloom {
 namespace {
 
 constexpr std::string_view Blanks = " \t";
-constexpr std::string_view LineEnds = "\r\n";
 
 std::string_view Trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(Blanks);
@@ -18,16 +17,21 @@ std::string_view Trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
 }
 
-std::string Folded(std::string_view name) { return FoldCase(Trimmed(name)); }
+bool EndsLine(char c) { return c == '\r' || c == '\n'; }
 
 /// The length of the first line of `text`, its end included.
 std::size_t LineLength(std::string_view text) {
-    const std::size_t end = text.find_first_of(LineEnds);
-    if (end == text.npos) return text.size();
+    const auto end =
+        static_cast<std::size_t>(std::find_if(text.begin(), text.end(), EndsLine) - text.begin());
+    if (end == text.size()) return end;
     return text[end] == '\r' && end + 1 < text.size() && text[end + 1] == '\n' ? end + 2 : end + 1;
 }
 
-std::string_view WithoutEnd(std::string_view line) { return line.substr(0, line.find_first_of(LineEnds)); }
+/// line: a single one. Only its end is looked at: this is called for every line several times.
+std::string_view WithoutEnd(std::string_view line) {
+    while (!line.empty() && EndsLine(line.back())) line.remove_suffix(1);
+    return line;
+}
 
 std::string_view EndOf(std::string_view line) { return line.substr(WithoutEnd(line).size()); }
 
@@ -115,7 +119,7 @@ bool ProfileDocument::Set(std::string_view section, std::string_view key, std::s
     auto line = [value](std::string_view name) { return std::string(name).append("=").append(value); };
     const auto found = index_.find(Folded(section));
     if (found == index_.end()) {
-        AddSection(section, line(key));
+        AddSection(Trimmed(section), line(Trimmed(key)));
         return true;
     }
     Section& owner = sections_[found->second];
@@ -123,7 +127,7 @@ bool ProfileDocument::Set(std::string_view section, std::string_view key, std::s
     if (entry != owner.keys.end())
         return ReplaceLine(owner, entry->second, line(ParseKey(owner.lines[entry->second])->name));
 
-    const std::string text = line(key) + "\r\n";
+    const std::string text = line(Trimmed(key)) + "\r\n";
     std::size_t at = owner.lines.size();
     while (at > 1 && IsBlank(owner.lines[at - 1])) --at;
     if (EndOf(owner.lines[at - 1]).empty()) owner.lines[at - 1] += "\r\n";
@@ -137,7 +141,7 @@ bool ProfileDocument::Set(std::string_view section, std::string_view key, std::s
 }
 
 bool ProfileDocument::RemoveSection(std::string_view section) {
-    const std::string name = Folded(section);
+    const std::string name(Folded(section));
     if (!index_.contains(name)) return false;
     const auto removed = std::remove_if(sections_.begin() + 1, sections_.end(),
                                         [&](const Section& each) { return Folded(each.name) == name; });
@@ -167,6 +171,12 @@ std::vector<ProfileKey> ProfileDocument::Keys(std::string_view section) const {
             found.push_back(
                 {std::string(key->name), std::string(key->value), static_cast<int>(before + i + 1)});
     return found;
+}
+
+/// `name` as the indexes hold it; valid until the next call.
+std::string_view ProfileDocument::Folded(std::string_view name) const {
+    FoldCase(Trimmed(name), folded_);
+    return folded_;
 }
 
 void ProfileDocument::Parse(std::string_view text) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -43,13 +44,21 @@ public:
     std::vector<ProfileKey> Keys(std::string_view section) const;
 
 private:
+    /// Lets a `std::string_view` be looked up.
+    struct NameHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view name) const { return std::hash<std::string_view>()(name); }
+    };
+    using Index = std::unordered_map<std::string, std::size_t, NameHash, std::equal_to<>>;
+
     struct Section {
         std::string name;  ///< As the file spells it.
         std::vector<std::string>
-            lines;  ///< With their ends. The first is the section line, but of `sections_[0]`.
-        std::unordered_map<std::string, std::size_t> keys;  ///< Folded key to the first line that holds it.
+            lines;   ///< With their ends. The first is the section line, but of `sections_[0]`.
+        Index keys;  ///< Folded key to the first line that holds it.
     };
 
+    std::string_view Folded(std::string_view name) const;
     void Parse(std::string_view text);
     void AddLine(std::string_view line);
     void IndexSections();
@@ -61,8 +70,9 @@ private:
 
     std::string mark_;  ///< The UTF-8 mark, if the file had it.
     std::vector<Section>
-        sections_;  ///< The first holds what precedes the first section line, and has no name.
-    std::unordered_map<std::string, std::size_t> index_;  ///< Folded name to the first section of that name.
+        sections_;                ///< The first holds what precedes the first section line, and has no name.
+    Index index_;                 ///< Folded name to the first section of that name.
+    mutable std::string folded_;  ///< Room for the name being looked up.
 };
 
 }  // namespace tessaloom

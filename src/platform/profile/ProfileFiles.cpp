@@ -116,17 +116,23 @@ void ProfileFiles::SetOwnerOnly(std::string_view path) { Open(path).ownerOnly = 
 
 /// The file of that path, as it is on the disk or, in a transaction, in memory.
 ProfileFiles::File& ProfileFiles::Open(std::string_view path) {
+    if (!latest_ || latest_->path != path) latest_ = &Find(path);
+    if (latest_->depth == 0 && !Current(*latest_)) Load(*latest_);
+    return *latest_;
+}
+
+ProfileFiles::File& ProfileFiles::Find(std::string_view path) {
     std::string key(path);
     std::replace(key.begin(), key.end(), '/', '\\');
     auto found = open_.find(key);
     if (found == open_.end()) {
-        if (open_.size() >= KeptFiles)
+        if (open_.size() >= KeptFiles) {
+            latest_ = nullptr;
             std::erase_if(open_, [](const auto& entry) { return entry.second->Idle(); });
+        }
         found = open_.emplace(std::move(key), std::make_unique<File>(path)).first;
     }
-    File& file = *found->second;
-    if (file.depth == 0 && !Current(file)) Load(file);
-    return file;
+    return *found->second;
 }
 
 bool ProfileFiles::Current(const File& file) const {

@@ -23,8 +23,8 @@ public:
     /// Larger files count as unreadable.
     static constexpr std::size_t FileLimit = std::size_t{64} << 20;
 
-    /// Told, in one sentence, of a file that is not text or cannot be read or written: once per file, until it
-    /// has been written.
+    /// Told, in one sentence, of a file that is not text or cannot be read or written: once per file, until
+    /// it has been written.
     using Reporter = std::function<void(const std::string& message)>;
 
     explicit ProfileFiles(FileSystem& files, Reporter report = {});
@@ -48,6 +48,7 @@ private:
     struct Change;
 
     File& Open(std::string_view path);
+    File& Find(std::string_view path);
     bool Current(const File& file) const;
     bool Load(File& file);
     bool Apply(std::string_view path, Change change);
@@ -56,6 +57,7 @@ private:
 
     FileSystem& files_;
     Reporter report_;
+    File* latest_ = nullptr;  ///< The file opened last: it is asked for again and again.
     std::unordered_map<std::string, std::unique_ptr<File>> open_;  ///< By path, with `\` for every separator.
 };
 

@@ -1,0 +1,169 @@
+#include "platform/posix/PosixFileSystem.h"
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/file.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+
+#include "platform/posix/Descriptor.h"
+#include "support/TemporaryFolder.h"
+
+namespace tessaloom {
+namespace {
+
+namespace fs = std::filesystem;
+
+class PosixFileSystemTest : public ::testing::Test {
+protected:
+    std::string In(std::string_view name) const { return folder_ / name; }
+    std::string Content(const std::string& path) { return files_.ReadFile(path).value_or("<none>"); }
+
+    static unsigned Mode(const std::string& path) {
+        struct stat status;
+        return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 0777u : 0;
+    }
+
+    int Entries() const {
+        return static_cast<int>(
+            std::distance(fs::directory_iterator(folder_.Path()), fs::directory_iterator()));
+    }
+
+    testing::TemporaryFolder folder_;
+    PosixFileSystem files_;
+};
+
+TEST_F(PosixFileSystemTest, WritesWhatItReadsUnderEitherSeparator) {
+    const std::string bytes("a\0b\r\n\xff", 6);
+    ASSERT_TRUE(files_.MakeFolder(In("x\\y\\")));
+    ASSERT_TRUE(files_.WriteFile(In("x\\y\\z.bin"), "a longer content that was there before"));
+    ASSERT_TRUE(files_.WriteFile(In("x/y/z.bin"), bytes));
+    EXPECT_EQ(files_.ReadFile(In("x\\y/z.bin")), bytes);
+    EXPECT_TRUE(files_.FileExists(In("x\\y\\z.bin")));
+    EXPECT_FALSE(files_.FileExists(In("x\\y")));
+    EXPECT_TRUE(files_.FolderExists(In("x\\y\\")));
+    EXPECT_TRUE(files_.AppendText(In("x/y/z.bin"), "more"));
+    EXPECT_EQ(files_.ReadFile(In("x/y/z.bin")), bytes + "more");
+}
+
+TEST_F(PosixFileSystemTest, ReadsUpToALimit) {
+    files_.WriteFile(In("a"), "12345");
+    EXPECT_EQ(files_.ReadFile(In("a"), 5), "12345");
+    EXPECT_EQ(files_.ReadFile(In("a"), 4), std::nullopt);
+    EXPECT_EQ(files_.LastFailure(), "File too large");
+    EXPECT_TRUE(files_.ReadFile("/proc/self/status"));  // a file that tells no size
+}
+
+TEST_F(PosixFileSystemTest, RefusesWhatIsNoRegularFile) {
+    ASSERT_EQ(::mkfifo(In("pipe").c_str(), 0600), 0);
+    ASSERT_TRUE(files_.MakeFolder(In("folder")));
+    files_.WriteFile(In("file"), "x");
+    for (const std::string& path : {In("pipe"), In("folder"), std::string("/dev/zero"), std::string(),
+                                    In("file") + std::string("\0", 1)}) {
+        SCOPED_TRACE(path);
+        EXPECT_FALSE(files_.FileExists(path));
+        EXPECT_FALSE(files_.ReadFile(path));
+        EXPECT_FALSE(files_.ReplaceFile(path, "x"));
+        EXPECT_FALSE(files_.AppendText(path, "x"));
+        EXPECT_FALSE(files_.CopyFile(path, In("copy")));
+        EXPECT_FALSE(files_.CopyFile(In("file"), path));
+    }
+    EXPECT_FALSE(files_.DeleteFile(In("folder"), true));
+    EXPECT_FALSE(files_.FileExists(In("copy")));
+}
+
+TEST_F(PosixFileSystemTest, ReplacesAFileAndKeepsItsPermissions) {
+    ASSERT_TRUE(files_.ReplaceFile(In("a.ini"), "new"));
+    EXPECT_EQ(Mode(In("a.ini")) & 0600u, 0600u);
+    ::chmod(In("a.ini").c_str(), 0640);
+    ASSERT_TRUE(files_.ReplaceFile(In("a.ini"), "newer"));
+    EXPECT_EQ(Mode(In("a.ini")), 0640u);
+    ASSERT_TRUE(files_.ReplaceFile(In("a.ini"), "secret", Access::OwnerOnly));
+    EXPECT_EQ(Mode(In("a.ini")), 0600u);
+    ASSERT_TRUE(files_.ReplaceFile(In("b.ini"), "secret", Access::OwnerOnly));
+    EXPECT_EQ(Mode(In("b.ini")), 0600u);
+    ::chmod(In("b.ini").c_str(), 0444);
+    EXPECT_FALSE(files_.ReplaceFile(In("b.ini"), "x"));
+    EXPECT_EQ(Content(In("a.ini")) + Content(In("b.ini")), "secretsecret");
+    EXPECT_EQ(Entries(), 2);
+}
+
+TEST_F(PosixFileSystemTest, ReplacesTheTargetOfALink) {
+    files_.WriteFile(In("real.ini"), "old");
+    fs::create_symlink("real.ini", In("link.ini"));
+    fs::create_symlink("later.ini", In("dangling.ini"));
+    ASSERT_TRUE(files_.ReplaceFile(In("link.ini"), "new"));
+    ASSERT_TRUE(files_.ReplaceFile(In("dangling.ini"), "made"));
+    EXPECT_EQ(Content(In("real.ini")), "new");
+    EXPECT_EQ(Content(In("later.ini")), "made");
+    EXPECT_TRUE(fs::is_symlink(In("link.ini")) && fs::is_symlink(In("dangling.ini")));
+}
+
+TEST_F(PosixFileSystemTest, LeavesTheOldFileWholeWhenTheDiskIsFull) {
+    files_.WriteFile(In("a.ini"), "old");
+    rlimit before;
+    ::getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit small{1000, before.rlim_max};
+    ::setrlimit(RLIMIT_FSIZE, &small);  // a write beyond it is cut short, then refused, as on a full disk
+    const bool replaced = files_.ReplaceFile(In("a.ini"), std::string(5000, 'x'));
+    const bool copied = files_.WriteFile(In("big"), std::string(5000, 'x'));
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_FALSE(replaced);
+    EXPECT_FALSE(copied);
+    EXPECT_EQ(Content(In("a.ini")), "old");
+    EXPECT_EQ(Entries(), 2);
+}
+
+TEST_F(PosixFileSystemTest, TakesAnotherNameBesideAFileThatIsBeingSaved) {
+    files_.WriteFile(In(".a.ini.saving0"), "growing");
+    const Descriptor other(::open(In(".a.ini.saving0").c_str(), O_RDONLY));
+    ASSERT_EQ(::flock(other.Number(), LOCK_EX), 0);
+    ASSERT_TRUE(files_.ReplaceFile(In("a.ini"), "new"));
+    EXPECT_EQ(Content(In("a.ini")), "new");
+    EXPECT_EQ(Content(In(".a.ini.saving0")), "growing");
+    EXPECT_EQ(Entries(), 2);
+}
+
+TEST_F(PosixFileSystemTest, CopiesRenamesAndDeletes) {
+    files_.WriteFile(In("a"), "A");
+    files_.WriteFile(In("b"), "B");
+    EXPECT_FALSE(files_.CopyFile(In("a"), In("b"), false));
+    EXPECT_FALSE(files_.CopyFile(In("a"), In("a")));
+    EXPECT_TRUE(files_.CopyFile(In("a"), In("b")));
+    EXPECT_EQ(Content(In("b")), "A");
+    EXPECT_FALSE(files_.RenameFile(In("a"), In("b")));
+    EXPECT_TRUE(files_.RenameFile(In("a"), In("c")));
+    EXPECT_FALSE(files_.FileExists(In("a")));
+    ::chmod(In("c").c_str(), 0444);
+    EXPECT_FALSE(files_.CopyFile(In("b"), In("c")));
+    EXPECT_FALSE(files_.DeleteFile(In("c")));
+    EXPECT_TRUE(files_.DeleteFile(In("c"), true));
+    EXPECT_FALSE(files_.DeleteFile(In("c"), true));
+    EXPECT_EQ(Entries(), 1);
+}
+
+TEST_F(PosixFileSystemTest, TellsAChangedFileByItsStamp) {
+    files_.WriteFile(In("a"), "1");
+    const std::optional<FileStamp> first = files_.Stamp(In("a"));
+    ASSERT_TRUE(first);
+    EXPECT_FALSE(first->settled);
+    EXPECT_EQ(files_.Stamp(In("a")), first);
+    files_.WriteFile(In("a"), "12");
+    EXPECT_NE(files_.Stamp(In("a")), first);
+    EXPECT_EQ(files_.Stamp(In("none")), std::nullopt);
+    const timespec longAgo[2] = {
+        {1000, 5},
+        {1000, 5}
+    };
+    ::utimensat(AT_FDCWD, In("a").c_str(), longAgo, 0);
+    EXPECT_TRUE(files_.Stamp(In("a"))->settled);
+}
+
+}  // namespace
+}  // namespace tessaloom

@@ -1,0 +1,268 @@
+#include "platform/profile/ProfileFiles.h"
+
+#include <gtest/gtest.h>
+
+#include "platform/TextEncoding.h"
+#include "support/FaultyFileSystem.h"
+#include "support/MemoryFileSystem.h"
+#include "support/Tsv.h"
+
+namespace tessaloom {
+namespace {
+
+constexpr const char* Path = "a.ini";
+
+class ProfileFilesTest : public ::testing::Test {
+protected:
+    /// Puts `bytes` into the file, as another program would.
+    void Given(std::string_view bytes) { memory_[Path].bytes = bytes; }
+    std::string Bytes() { return memory_.ReadFile(Path).value_or("<missing>"); }
+    std::string Get(std::string_view section, std::string_view key) {
+        return profile_.Get(Path, section, key);
+    }
+    bool Set(std::string_view key, std::string_view value) { return profile_.Set(Path, "s", key, value); }
+
+    testing::MemoryFileSystem memory_;
+    testing::FaultyFileSystem files_{memory_};
+    std::vector<std::string> reports_;
+    ProfileFiles profile_{files_, [this](const std::string& message) { reports_.push_back(message); }};
+};
+
+TEST_F(ProfileFilesTest, ReadsAsThePlatformOfOriginDoes) {
+    for (const testing::TsvRow& row : testing::ReadTsv(TEST_DATA "/vectors/profile_read.tsv")) {
+        SCOPED_TRACE(row[0]);
+        memory_.DeleteFile(Path);
+        if (row[1] != "<missing>") Given(row[1]);
+        const std::string value = Get(ToUtf8(row[2]), ToUtf8(row[3]));
+        EXPECT_EQ(value, ToUtf8(row[5]));
+        EXPECT_EQ(std::to_string(FromWindows1252(row[5]) == value ? row[5].size() : value.size()), row[4]);
+    }
+    EXPECT_TRUE(reports_.empty());
+}
+
+TEST_F(ProfileFilesTest, WritesAsThePlatformOfOriginDoesAtOnceAndInATransaction) {
+    for (const testing::TsvRow& row : testing::ReadTsv(TEST_DATA "/vectors/profile_write.tsv")) {
+        for (const bool together : {false, true}) {
+            SCOPED_TRACE(row[0]);
+            memory_.DeleteFile(Path);
+            if (row[1] != "<missing>") Given(row[1]);
+            if (together) profile_.Begin(Path);
+            for (std::string_view writes = row[2]; !writes.empty();) {
+                const std::size_t end = std::min(writes.find(" || "), writes.size());
+                const std::string_view one = writes.substr(0, end);
+                writes.remove_prefix(std::min(end + 4, writes.size()));
+                const std::size_t close = one.find(']'), equals = one.find('=');
+                EXPECT_TRUE(profile_.Set(Path, one.substr(1, close - 1),
+                                         one.substr(close + 1, equals - close - 1), one.substr(equals + 1)));
+            }
+            EXPECT_TRUE(profile_.Commit(Path));  // without a transaction: nothing to do
+            EXPECT_EQ(Bytes(), ToUtf8(row[3]));
+        }
+    }
+}
+
+TEST_F(ProfileFilesTest, KeepsEveryLineThatIsNotSet) {
+    const struct {
+        const char *name, *before, *section, *key, *value, *after;
+    } rows[] = {
+        {"lone LF",                "[s]\nk=1\nm=2\n",                "s", "k",   "3",        "[s]\nk=3\nm=2\n"               },
+        {"new line among LF",      "[s]\nk=1\n",                     "s", "m",   "2",        "[s]\nk=1\nm=2\r\n"             },
+        {"lone CR",                "[s]\rk=1\rm=2",                  "s", "k",   "3",        "[s]\rk=3\rm=2"                 },
+        {"before blank lines",     "[s]\r\nk=1\r\n\r\n \r\n[t]\r\n", "s", "m",   "2",
+         "[s]\r\nk=1\r\nm=2\r\n\r\n \r\n[t]\r\n"                                                                             },
+        {"after comments",         "[s]\r\nk=1\r\n; end\r\n",        "s", "m",   "2",        "[s]\r\nk=1\r\n; end\r\nm=2\r\n"},
+        {"spelling of names",      "[S]\r\n Key = 1\r\n",            "s", "KEY", "2",        "[S]\r\nKey=2\r\n"              },
+        {"UTF-8 mark",             "\xEF\xBB\xBF[s]\r\nk=1\r\n",     "s", "k",   "2",        "\xEF\xBB\xBF[s]\r\nk=2\r\n"    },
+        {"Windows-1252",           "; caf\xE9\r\n[s]\r\nk=\x80\r\n", "s", "m",   "\xC3\xA9",
+         "; caf\xC3\xA9\r\n[s]\r\nk=\xE2\x82\xAC\r\nm=\xC3\xA9\r\n"                                                          },
+        {"stray bytes in a value", "[s]\r\n",                        "s", "k",   "caf\xE9",  "[s]\r\nk=caf\xC3\xA9\r\n"      },
+        {"first of two sections",  "[s]\r\nk=1\r\n[s]\r\nm=2\r\n",   "s", "m",   "3",
+         "[s]\r\nk=1\r\nm=3\r\n[s]\r\nm=2\r\n"                                                                               },
+        {"open bracket",           "[s]\r\n[t\r\nk=1\r\n",           "s", "k",   "2",        "[s]\r\n[t\r\nk=2\r\n"          },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        Given(row.before);
+        EXPECT_TRUE(profile_.Set(Path, row.section, row.key, row.value));
+        EXPECT_EQ(Bytes(), row.after);
+    }
+}
+
+TEST_F(ProfileFilesTest, StoresLineBreaksAsTheyAre) {
+    const struct {
+        const char *before, *key, *value, *after;
+    } rows[] = {
+        {"[s]\r\nk=1\r\n",       "k",  "a\r\nb",      "[s]\r\nk=a\r\nb\r\n"            },
+        {"[s]\r\nk=a\r\nb\r\n",  "k",  "a\r\nb",      "[s]\r\nk=a\r\nb\r\n"            }, // once more: the file does not grow
+        {"[s]\r\nk=a\r\nb\r\n",  "k",  "c\r\nb",      "[s]\r\nk=c\r\nb\r\n"            },
+        {"[s]\r\nk=1\r\n",       "m",  "a\nk=2\nn=3", "[s]\r\nk=1\r\nm=a\nk=2\nn=3\r\n"},
+        {"[s]\r\nk=1\r\nz=\r\n", "k",  "a\n[t]\nz=2", "[s]\r\nk=a\n[t]\nz=2\r\nz=\r\n" },
+        {"[s]\r\n[x=1\r\n",      "[x", "]",           "[s]\r\n[x=]\r\n"                }, // becomes a section line
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.after);
+        Given(row.before);
+        profile_.Begin(Path);
+        Set(row.key, row.value);
+        const auto sections = profile_.Sections(Path);
+        const auto keys = profile_.Keys(Path, "s");
+        const std::string first = Get("s", "k"), second = Get("t", "z");
+        ASSERT_TRUE(profile_.Commit(Path));
+        EXPECT_EQ(Bytes(), row.after);
+        ProfileFiles reread(memory_);  // what was seen in memory is what the file says
+        EXPECT_EQ(reread.Sections(Path).size(), sections.size());
+        EXPECT_EQ(reread.Keys(Path, "s").size(), keys.size());
+        EXPECT_EQ(reread.Get(Path, "s", "k"), first);
+        EXPECT_EQ(reread.Get(Path, "t", "z"), second);
+    }
+}
+
+TEST_F(ProfileFilesTest, CutsValuesByCharacters) {
+    std::string value;
+    for (int i = 0; i < 300; ++i) value += "\xC3\xA9";
+    Set("k", value);
+    EXPECT_EQ(Get("s", "k"), value.substr(0, 254 * 2));
+    EXPECT_EQ(profile_.Get(Path, "s", "k", 1000), value);
+}
+
+TEST_F(ProfileFilesTest, RemovesSectionsAndListsTheRest) {
+    Given("k=0\n\n[a]\n1=x\n[B]\n; note\n2 = \"y\"\nno key\n2=again\n[ c ]\n[A]\n3=z\n");
+    EXPECT_TRUE(profile_.RemoveSection(Path, "a"));
+    EXPECT_EQ(Bytes(), "k=0\n\n[B]\n; note\n2 = \"y\"\nno key\n2=again\n[ c ]\n");
+    const auto sections = profile_.Sections(Path);
+    ASSERT_EQ(sections.size(), 2u);
+    EXPECT_EQ(sections[0].name, "B");
+    EXPECT_EQ(sections[0].line, 3);
+    EXPECT_EQ(sections[1].name, "c");
+    EXPECT_EQ(sections[1].line, 8);
+    const auto keys = profile_.Keys(Path, "b");
+    ASSERT_EQ(keys.size(), 2u);
+    EXPECT_EQ(keys[0].name + keys[0].value, "2y");
+    EXPECT_EQ(keys[0].line, 5);
+    EXPECT_EQ(keys[1].line, 7);
+    EXPECT_TRUE(profile_.Keys(Path, "none").empty());
+    const int before = memory_.Changes();
+    EXPECT_TRUE(profile_.RemoveSection(Path, "none"));
+    EXPECT_EQ(memory_.Changes(), before);
+}
+
+TEST_F(ProfileFilesTest, SeesWhatOthersChange) {
+    Set("k", "1");
+    EXPECT_EQ(Get("s", "k"), "1");
+    Given("[s]\r\nk=2\r\n");
+    EXPECT_EQ(Get("s", "k"), "2");
+    memory_.DeleteFile(Path);
+    EXPECT_EQ(Get("s", "k"), "");
+    EXPECT_EQ(profile_.State(Path), ProfileState::Missing);
+}
+
+TEST_F(ProfileFilesTest, ParsesAndReadsAnUnchangedFileOnce) {
+    Given("[s]\r\nk=1\r\n");
+    files_.FailNever();
+    for (int i = 0; i < 5; ++i) EXPECT_EQ(Get("s", "k"), "1");
+    EXPECT_EQ(files_.Operations(), 1);
+}
+
+TEST_F(ProfileFilesTest, WritesATransactionTogether) {
+    Given("[s]\r\nk=1\r\n");
+    const int before = memory_.Changes();
+    profile_.Begin(Path);
+    profile_.Begin(Path);
+    Set("k", "2");
+    EXPECT_TRUE(profile_.Commit(Path));
+    Set("m", "3");
+    EXPECT_EQ(Get("s", "k") + Get("s", "m"), "23");
+    EXPECT_EQ(memory_.Changes(), before);
+    EXPECT_TRUE(profile_.Commit(Path));
+    EXPECT_EQ(memory_.Changes(), before + 1);
+    EXPECT_EQ(Bytes(), "[s]\r\nk=2\r\nm=3\r\n");
+
+    profile_.Begin(Path);
+    Set("k", "2");
+    EXPECT_TRUE(profile_.Commit(Path));  // nothing new
+    EXPECT_EQ(memory_.Changes(), before + 1);
+
+    profile_.Begin(Path);
+    profile_.RemoveSection(Path, "s");
+    Set("k", "4");
+    profile_.Rollback(Path);
+    EXPECT_EQ(Get("s", "k"), "2");
+    EXPECT_EQ(memory_.Changes(), before + 1);
+}
+
+TEST_F(ProfileFilesTest, RepeatsATransactionOnAFileThatChangedMeanwhile) {
+    Given("[s]\r\nk=1\r\nm=1\r\n[gone]\r\n");
+    profile_.Begin(Path);
+    Set("k", "2");
+    profile_.RemoveSection(Path, "gone");
+    Given("; mine\r\n[s]\r\nk=7\r\nm=7\r\n[gone]\r\n");
+    EXPECT_EQ(Get("s", "m"), "1");
+    EXPECT_TRUE(profile_.Commit(Path));
+    EXPECT_EQ(Bytes(), "; mine\r\n[s]\r\nk=2\r\nm=7\r\n");
+}
+
+TEST_F(ProfileFilesTest, LeavesAloneWhatIsNoText) {
+    const std::string bytes("[s]\r\nk=1\0\r\n", 12);
+    Given(bytes);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(Get("s", "k"), "");
+        EXPECT_FALSE(Set("k", "2"));
+        profile_.Begin(Path);
+        EXPECT_FALSE(profile_.RemoveSection(Path, "s"));
+        profile_.Commit(Path);
+    }
+    EXPECT_EQ(profile_.State(Path), ProfileState::NotText);
+    EXPECT_EQ(Bytes(), bytes);
+    EXPECT_EQ(reports_, std::vector<std::string>{"a.ini is not text: it is left alone"});
+
+    Given("[s]\r\n");  // it becomes no text during a transaction
+    profile_.Begin(Path);
+    Set("k", "2");
+    Given(bytes);
+    EXPECT_FALSE(profile_.Commit(Path));
+    EXPECT_EQ(Bytes(), bytes);
+    EXPECT_EQ(Get("s", "k"), "");
+    EXPECT_TRUE(profile_.Set("b.ini", "s", "k", std::string_view("1\0x", 3)));
+    EXPECT_EQ(profile_.State("b.ini"), ProfileState::Readable);
+}
+
+TEST_F(ProfileFilesTest, GoesOnAfterAFailureAndReportsItOnce) {
+    Given("[s]\r\nk=1\r\n");
+    for (int i = 0; i < 3; ++i) {
+        EXPECT_EQ(Get("s", "k"), "1");
+        files_.FailAt(1);
+        EXPECT_FALSE(Set("k", "2"));
+        profile_.Begin(Path);
+        Set("k", "3");
+        files_.FailAt(1);
+        EXPECT_FALSE(profile_.Commit(Path));
+        EXPECT_EQ(Get("s", "k"), "1");
+        EXPECT_EQ(Bytes(), "[s]\r\nk=1\r\n");
+    }
+    EXPECT_EQ(reports_, std::vector<std::string>{"a.ini cannot be written: No space left on device"});
+    files_.FailNever();
+    EXPECT_TRUE(Set("k", "4"));
+    files_.FailFrom(1);
+    EXPECT_FALSE(Set("k", "5"));
+    EXPECT_EQ(reports_.size(), 2u);
+    EXPECT_EQ(Get("s", "k"), "");  // it cannot even be read any more
+    EXPECT_EQ(profile_.State(Path), ProfileState::Unreadable);
+    files_.FailNever();
+    EXPECT_FALSE(Set("k", "6")) << "an unreadable file must not be replaced by an almost empty one";
+}
+
+TEST_F(ProfileFilesTest, ProtectsAFileThatHoldsAPassword) {
+    Given("[s]\r\nk=1\r\n");
+    profile_.Begin(Path);
+    profile_.SetOwnerOnly(Path);
+    EXPECT_FALSE(memory_[Path].ownerOnly);
+    EXPECT_TRUE(profile_.Commit(Path));  // nothing else to write
+    EXPECT_TRUE(memory_[Path].ownerOnly);
+
+    profile_.SetOwnerOnly("b.ini");
+    profile_.Set("b.ini", "s", "k", "1");
+    EXPECT_TRUE(memory_["b.ini"].ownerOnly);
+}
+
+}  // namespace
+}  // namespace tessaloom
