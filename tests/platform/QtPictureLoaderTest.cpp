@@ -83,6 +83,9 @@ TEST(QtPictureLoader, RefusesWhatIsBeyondTheLimits) {
     for (const char* name : Lossless) EXPECT_FALSE(loader.Load(PictureData(name))) << name;
     loader.SetLimits({.pixels = 33 * 24 - 1});
     for (const char* name : Lossless) EXPECT_FALSE(loader.Load(PictureData(name))) << name;
+    loader.SetLimits({.work = 33 * 24 * 5});
+    EXPECT_FALSE(loader.Load(PictureData("progressive.jpg"))) << "ten passes";
+    EXPECT_TRUE(loader.Load(PictureData("cmyk.jpg"))) << "one pass";
 }
 
 TEST(QtPictureLoader, SurvivesDamagedFiles) {

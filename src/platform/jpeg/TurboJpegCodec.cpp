@@ -8,19 +8,6 @@ namespace tessaloom {
 
 namespace {
 
-/// Pixels times passes over the picture. An ordinary progressive file takes about ten passes; a hostile one
-/// of a few kilobytes could ask for hundreds over the largest picture and hold the program up for minutes.
-constexpr std::int64_t MaximumWork = 1'500'000'000;
-
-/// How many passes over the picture the file may ask for. The marker cannot occur within picture data, where
-/// a byte 0xFF is always followed by 0; those of an embedded small picture are counted, too, which does no
-/// harm.
-std::int64_t CountScans(std::span<const std::uint8_t> file) {
-    std::int64_t scans = 0;
-    for (std::size_t i = 1; i < file.size(); ++i) scans += file[i - 1] == 0xFF && file[i] == 0xDA;
-    return scans;
-}
-
 JpegHeader::Colours ColoursOf(int colourSpace) {
     switch (colourSpace) {
         case TJCS_GRAY:
@@ -52,8 +39,7 @@ JpegResult TurboJpegCodec::ReadHeader(std::span<const std::uint8_t> file, JpegHe
         const bool jpeg = file.size() > 2 && file[0] == 0xFF && file[1] == 0xD8;
         return GiveUp(jpeg ? JpegResult::Unsupported : JpegResult::Failed);
     }
-    if (!limits_.Allow(width, height) || std::int64_t{width} * height * CountScans(file) > MaximumWork)
-        return JpegResult::TooLarge;
+    if (!limits_.AllowJpeg(width, height, file)) return JpegResult::TooLarge;
     header = {width, height, ColoursOf(colourSpace)};
     return JpegResult::Ok;
 }

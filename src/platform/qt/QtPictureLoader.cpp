@@ -98,12 +98,14 @@ LoadedPicture QtPictureLoader::Load(std::span<const std::uint8_t> file) {
 
     QImageReader reader(&device);
     reader.setDecideFormatFromContent(true);
-    // A bitmap whose top row comes first reports a negative height.
+    const bool isJpeg = file.size() > 1 && file[0] == 0xFF && file[1] == 0xD8;
     const QSize size = reader.size();
-    if (size.isValid() || size.height() < 0) {
-        if (!limits_.Allow(size.width(), std::abs(std::int64_t{size.height()}))) return {};
+    // A bitmap whose top row comes first reports a negative height.
+    const std::int64_t height = std::abs(std::int64_t{size.height()});
+    if (size != QSize(-1, -1)) {
+        if (isJpeg ? !limits_.AllowJpeg(size.width(), height, file) : !limits_.Allow(size.width(), height))
+            return {};
     }
-    const bool isJpeg = reader.format() == "jpeg";
     QImage image = reader.read();
     if (image.isNull() || !limits_.Allow(image.width(), image.height())) return {};
     if (isJpeg && messages.Count() > 0) return {};

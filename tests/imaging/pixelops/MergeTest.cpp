@@ -122,6 +122,25 @@ TEST(Merge, TakesOpacityFromTheMapForEachComponent) {
     EXPECT_EQ(MergedColour(7, 0xC8C8C8, {.mode = 3}), 7) << "no map";
 }
 
+TEST(Merge, ComesToTheSameWhetherOrNotPixelsAreLookedAt) {
+    Bitmap source = Bitmap::Random(37, 5, 1), map = Bitmap::Random(37, 5, 2);
+    for (int mode = 0; mode <= 3; ++mode) {
+        for (const int opacity : {-3, 0, 1, 100, 254, 255, 300}) {
+            for (Bitmap* used : {&map, static_cast<Bitmap*>(nullptr)}) {
+                SCOPED_TRACE(::testing::Message() << "mode " << mode << ", opacity " << opacity);
+                Bitmap plain = Bitmap::Random(37, 5, 3), keyed = plain;
+                MergeOnto(plain, source, 0, 0, {.mode = mode, .opacity = opacity, .map = used});
+                // A table whose one group keeps all that it matches.
+                MergeOnto(keyed, source, 0, 0,
+                          {
+                              .mode = mode, .opacity = opacity, .map = used, .table = {0, White, 0, 255}
+                });
+                EXPECT_EQ(plain, keyed);
+            }
+        }
+    }
+}
+
 TEST(MergeText, LaysTheTextColourDownThroughTheCoverage) {
     Bitmap dest(3, 1, 0), map(2, 1, 0);
     map.Set(1, 0, 0xFF8000);
