@@ -46,9 +46,10 @@ int MergeText(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* So
 /// three components, on black.
 ///
 /// The shape is the layer's coverage o, as above, the mean of its three components, with the source at column
-/// `X` and row `Y`; it is then softened over two pixels to each side. ShadowSize: 1 (almost hard) .. 4
-/// (softest); what lies outside counts as the nearer end. W and H are 4 more than the source's size and X and
-/// Y are 2 where nothing is to be cut off.
+/// `X` and row `Y`; it is then softened along rows and the rounded result along columns, with these weights
+/// of a pixel, its two neighbours and theirs, in sixteenths (sizes outside 1 .. 4 count as the nearer end):
+///   ShadowSize 1: 12 2 0    2: 8 4 0    3: 6 4 1    4: 4 3 3
+/// W and H are 4 more than the source's size and X and Y are 2 where nothing is to be cut off.
 int Shadow(uint8_t* ShadowPtr, int W, int H, const uint8_t* SourcePtr, int SourceWidth, int SourceHeight,
            int X, int Y, int OpacityMode, int KeyColour, int Opacity255, const uint8_t* OpacityMapPtr,
            int ShadowSize, int Reserved1, int Reserved2, const int* ColourTablePtr, int ColourCount,
@@ -66,14 +67,14 @@ int ColorProcess(uint8_t* Ptr, int Width, int Height, int Mode);
 /// ShearX and ShearY are -tan(angle / 2) and sin(angle) times 65536 (`RotationShears` of
 /// pixelops/Rotation.h): the rotation is the product of three shears, X, Y, X. Their product is carried out
 /// on positions and each pixel is sampled once, between its four neighbours, so that nothing is blurred three
-/// times. Quarter turns copy pixels exactly. `Angle`, whole degrees, decides for a half turn, whose shear has
-/// no finite value. What the source does not cover keeps the destination's present content, and its edges
-/// blend with that. The last argument is 0.
+/// times. Positions are rounded to 1/256 pixel for that. Quarter turns copy pixels exactly. `Angle`, whole
+/// degrees, decides for a half turn, whose shear has no finite value. What the source does not cover keeps
+/// the destination's present content, and its edges blend with that. The last argument is 0.
 int Rotate(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* SourcePtr, int SourceWidth,
            int SourceHeight, int Angle, int ShearX, int ShearY, int Reserved);
 
 /// Converts 16-bit pixels (5 bits each of red, green, blue from the top; rows padded to 4 bytes) to 24 bits,
-/// in place. The buffer must hold `Height` rows of the 24-bit result.
+/// in place: [v * 255 / 31]. The buffer must hold `Height` rows of the 24-bit result.
 int DIB1624(uint8_t* FramePtr, int Width, int Height);
 
 /// Out = clamp(128 + current - previous) for each component; differences smaller than `Threshold` count as
