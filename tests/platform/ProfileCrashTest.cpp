@@ -80,10 +80,13 @@ TEST(ProfileCrash, LeavesOneWholeVersionWheneverTheProcessIsKilled) {
         const Descriptor hear(ends[0]);
         Descriptor tell(ends[1]);
         const int first = round * 1000;
+        const auto headStart = static_cast<unsigned>(random() % 3'000'000);  // some milliseconds: not in step
+        const long life = 1 + static_cast<long>(random()) % longest;         // with that tick
         const pid_t child = ::fork();
         ASSERT_GE(child, 0);
         if (child == 0) {
-            DieAfter(1 + static_cast<long>(random()) % longest);
+            for (volatile unsigned spin = headStart; spin > 0;) spin = spin - 1;
+            DieAfter(life);
             SaveForEver(path, first, tell.Number());
         }
         tell.Close();
