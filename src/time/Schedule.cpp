@@ -13,6 +13,9 @@ constexpr std::string_view Module = "Schedule.cls";
 
 constexpr double MinutesPerDay = 1440;
 
+/// A moment is exact to about half of this only: without it 08:00:00 of many a day would lie before 08:00:00.
+constexpr double Microsecond = 1e-6 / modTime::SecondsPerDay;
+
 constexpr Range<int> Modes{Schedule::Always, Schedule::FromStartTo};
 constexpr Range<int> Ends{Schedule::Absolute, Schedule::Sunset};
 constexpr Range<double> TimesOfDay{0, Schedule::LatestTime};
@@ -54,8 +57,9 @@ bool Schedule::InWindow(double time) const {
     const double start = start_.TimeOfDay(day);
     const double stop = stop_.TimeOfDay(day);
     if (start == stop) return true;
-    if (start < stop) return start <= timeOfDay && timeOfDay <= stop;
-    return timeOfDay >= start || timeOfDay <= stop;
+    const bool started = timeOfDay >= start - Microsecond;
+    const bool notStopped = timeOfDay <= stop + Microsecond;
+    return start < stop ? started && notStopped : started || notStopped;
 }
 
 double Schedule::WindowEnd::TimeOfDay(double day) const {

@@ -29,8 +29,9 @@ public:
     /// told.
     void Reset();
 
-    /// Whether the activity may act at moment `time`. Both ends belong to the window; ends that coincide mean
-    /// always. When the answer differs from the one before and there is a canvas, it is told to redraw.
+    /// Whether the activity may act at moment `time`. Both ends, to a microsecond, belong to the window; ends
+    /// that coincide mean always. When the answer differs from the one before and there is a canvas, it is
+    /// told to redraw.
     bool EnableNow(double time);
 
     /// One line, for example "24-hours" or "08:00:00 to sunset-15.5 min".

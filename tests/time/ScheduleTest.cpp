@@ -38,23 +38,28 @@ TEST(Schedule, IsOnBetweenTwoTimesOfDay) {
         double start, stop, time;
         bool on;
     } const rows[] = {
-        {TimeOfDay(8,   0),           TimeOfDay(17,          0),TimeOfDay(7, 59, 59), false},
-        {TimeOfDay(8,           0),                    TimeOfDay(17,                                    0),TimeOfDay(12, 0), true},
-        {TimeOfDay(8, 0),TimeOfDay(17,0),TimeOfDay(17, 0, 1), false},
-        {TimeOfDay(22,         0),                     TimeOfDay(6,                                0),TimeOfDay(23, 30), true},
-        {TimeOfDay(22,           0),           TimeOfDay(6,                                                                  0),                                                                                   TimeOfDay(5, 0), true},
-        {TimeOfDay(22,             0),              TimeOfDay(6,                         0),TimeOfDay(12, 0), false},
-        {0, 0,          TimeOfDay(12,                           0),true},
-        {TimeOfDay(9, 0),TimeOfDay(9,0),TimeOfDay(3, 0), true},
- // Both ends belong to the window; a quarter and three quarters of a day are exact moments.
-        {0.25,         0.75,                     0.25,                               true},
-        {0.25,           0.75,           0.75,      true       },
-        {0.75,             0.25,                        0.25,                        true},
-        {0.75,             0.25,               0.75,                                  true},
+  // clang-format off
+        {TimeOfDay(8, 0),  TimeOfDay(17, 0), TimeOfDay(7, 59, 59), false},
+        {TimeOfDay(8, 0),  TimeOfDay(17, 0), TimeOfDay(8, 0),      true},
+        {TimeOfDay(8, 0),  TimeOfDay(17, 0), TimeOfDay(12, 0),     true},
+        {TimeOfDay(8, 0),  TimeOfDay(17, 0), TimeOfDay(17, 0),     true},
+        {TimeOfDay(8, 0),  TimeOfDay(17, 0), TimeOfDay(17, 0, 1),  false},
+        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(21, 59, 59), false},
+        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(22, 0),     true},
+        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(23, 30),    true},
+        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(5, 0),      true},
+        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(6, 0),      true},
+        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(6, 0, 1),   false},
+        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(12, 0),     false},
+        {0,                0,                TimeOfDay(12, 0),     true},
+        {TimeOfDay(9, 0),  TimeOfDay(9, 0),  TimeOfDay(3, 0),      true},
+  // clang-format on
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(::testing::Message() << row.start << " to " << row.stop << " at " << row.time);
-        EXPECT_EQ(Window(row.start, row.stop).EnableNow(Day + row.time), row.on);
+        // On half of the days the rounded moment lies before its own time of day, on the other half after it.
+        for (double day = Day; day < Day + 40; ++day)
+            EXPECT_EQ(Window(row.start, row.stop).EnableNow(day + row.time), row.on) << day;
     }
     EXPECT_TRUE(Schedule().EnableNow(Day));
 }
