@@ -23,7 +23,8 @@ public:
 
     bool Due(double now) const { return nextTime_ <= now; }
 
-    /// The same as `SetNextTime`, whatever the next time: for a clock that was set back.
+    /// Computes a next time that lies ahead anew: for a clock that was set back. What is due stays due, so
+    /// that an activity that was forced, or never ran yet, is not put off.
     void Restart(double now);
 
     /// Seconds between two runs; 0: never by itself.
@@ -44,6 +45,8 @@ public:
     void SetNextTimeTo(double moment) { nextTime_ = moment; }
 
 private:
+    void Compute(double now);
+
     Range<double> rates_;
     Range<double> baseTimes_;
     double rate_ = 0;

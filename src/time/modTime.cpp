@@ -67,10 +67,14 @@ double Clock() {
 
 double CalcNextUpdate(double rate, double baseTime, double now) {
     if (rate == 0) return now;
-    const double microsecond = 0.0001;  // in hundredths of a second, as the whole quotient is
-    const double hundredths = now * (SecondsPerDay * 100) - baseTime * 100 + microsecond;
-    const double runs = std::floor(hundredths / (rate * 100));
-    return ((runs + 1) * rate + baseTime) / SecondsPerDay;
+    return Trap({Module, "CalcNextUpdate"}, [&] {
+        const double microsecond = 0.0001;  // in hundredths of a second, as the whole quotient is
+        const double hundredths = now * (SecondsPerDay * 100) - baseTime * 100 + microsecond;
+        const double runs = std::floor(hundredths / (rate * 100));
+        const double next = ((runs + 1) * rate + baseTime) / SecondsPerDay;
+        if (!std::isfinite(next)) throw Error(ErrorNumber::Overflow);
+        return next;
+    });
 }
 
 std::string GetTimeZone() {

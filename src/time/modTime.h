@@ -34,7 +34,8 @@ double Clock();
 /// The first moment strictly after `now` on the grid of `baseTime` + k * `rate` seconds after day 0.
 ///
 /// rate: seconds, 0 gives back `now`; baseTime: seconds after midnight; now and result: moments. A `now` that
-/// lies less than a microsecond before a grid point counts as on it. Missed runs are not caught up.
+/// lies less than a microsecond before a grid point counts as on it. Missed runs are not caught up. A rate
+/// too small to count with is reported and yields 0, which is due at once.
 double CalcNextUpdate(double rate, double baseTime, double now);
 
 /// The name of the zone's time in force, "Not Available" when it has none, "Unknown" when that is not known.

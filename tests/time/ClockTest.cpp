@@ -70,26 +70,36 @@ TEST(CalcNextUpdate, GivesTheNextGridPoint) {
     struct {
         double rate, baseTime, now, expected;
     } const rows[] = {
-        {300,      0,      At(Day,   10,            2, 30), At(Day, 10, 5)},
-        {300,     0,     At(Day,           10,                      5), At(Day, 10, 10)},
-        {300,      60,       At(Day,     10,      2, 30), At(Day, 10, 6)},
-        {300,  3660,      At(Day,           10,                        2, 30), At(Day, 10, 6)},
-        {86400, 3600,At(Day,23,    30), At(Day + 1, 1, 0)},
-        {86400,  86400,      At(Day,            23,                         30), Day + 1},
-        {1.0 / 30,   0,At(Day,12,0, 0.01), At(Day, 12, 0, 1.0 / 30)},
-        {1.0 / 30,  0,      At(Day,            12,                         0, 0.99), At(Day, 12, 0, 1)},
-        {0.5,    0,          At(Day,                    12,                           0, 0.5), At(Day, 12, 0, 1)},
- // On the grid to within a microsecond.
-        {300,       0,           At(Day,                   10,                            4, 59.9999995), At(Day, 10, 10)},
-        {300,  0, At(Day,10,4, 59.99999), At(Day, 10, 5)},
- // Before day 0.
-        {300, 0,    -2.5 + 10 * Second,         -2.5 + 300 * Second                          },
+  // clang-format off
+        {300,      0,     At(Day, 10, 2, 30),         At(Day, 10, 5)},
+        {300,      0,     At(Day, 10, 5),             At(Day, 10, 10)},
+        {300,      60,    At(Day, 10, 2, 30),         At(Day, 10, 6)},
+        {300,      3660,  At(Day, 10, 2, 30),         At(Day, 10, 6)},
+        {86400,    3600,  At(Day, 23, 30),            At(Day + 1, 1, 0)},
+        {86400,    86400, At(Day, 23, 30),            Day + 1},
+        {1.0 / 30, 0,     At(Day, 12, 0, 0.01),       At(Day, 12, 0, 1.0 / 30)},
+        {1.0 / 30, 0,     At(Day, 12, 0, 0.99),       At(Day, 12, 0, 1)},
+        {0.5,      0,     At(Day, 12, 0, 0.5),        At(Day, 12, 0, 1)},
+        // On the grid to within a microsecond.
+        {300,      0,     At(Day, 10, 4, 59.9999995), At(Day, 10, 10)},
+        {300,      0,     At(Day, 10, 4, 59.99999),   At(Day, 10, 5)},
+        // Before day 0.
+        {300,      0,     -2.5 + 10 * Second,         -2.5 + 300 * Second},
+  // clang-format on
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.rate);
         EXPECT_NEAR(modTime::CalcNextUpdate(row.rate, row.baseTime, row.now), row.expected, Close);
     }
     EXPECT_EQ(modTime::CalcNextUpdate(0, 60, 46037.25), 46037.25);
+}
+
+TEST(CalcNextUpdate, IsDueAtOnceWhenTheRateIsTooSmallToCountWith) {
+    std::string procedure;
+    ErrorReporter before = SetErrorReporter([&](const ErrorReport& report) { procedure = report.procedure; });
+    EXPECT_EQ(modTime::CalcNextUpdate(1e-307, 0, FakeTime::FirstDay), 0);
+    SetErrorReporter(std::move(before));
+    EXPECT_EQ(procedure, "CalcNextUpdate");
 }
 
 TEST(CalcNextUpdate, LiesAfterNowOnTheGridWhateverTheRate) {

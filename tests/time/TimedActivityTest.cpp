@@ -110,6 +110,18 @@ TEST(ClockWatch, KeepsActivitiesRunningThroughTheHourThatComesTwice) {
     EXPECT_EQ(RunsWithin(activity, time, 3600), 11);  // from 02:05 to 02:55
 }
 
+TEST(TimedActivity, StaysDueWhenTheClockIsSetBack) {
+    FakeTime time;
+    TimedActivity fresh({0, 86400}, {0, 86400}), forced = FiveMinutes(time);
+    forced.SetNextTime(time.Now());
+    time.Advance(-3600);
+    forced.Force(time.Now());
+    for (TimedActivity* activity : {&fresh, &forced}) {
+        activity->Restart(time.Now());
+        EXPECT_TRUE(activity->Due(time.Now()));
+    }
+}
+
 TEST(ClockWatch, ToleratesASecond) {
     FakeTime time;
     ClockWatch watch;
