@@ -1,5 +1,7 @@
 #include "time/TimeZoneLookup.h"
 
+#include "platform/TextEncoding.h"
+
 #include <algorithm>
 
 namespace tessaloom {
@@ -12,16 +14,12 @@ std::string_view Trimmed(std::string_view text) {
     return text;
 }
 
-/// Zone names are English, so that ASCII letters are all there is to fold.
-char Folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c; }
-
-bool SameName(std::string_view a, std::string_view b) { return std::ranges::equal(a, b, {}, Folded, Folded); }
-
 }  // namespace
 
-void TimeZoneLookup::Load(std::string_view text) {
-    constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-    if (text.starts_with(ByteOrderMark)) text.remove_prefix(ByteOrderMark.size());
+void TimeZoneLookup::Load(std::string_view bytes) {
+    const std::string decoded = ToUtf8(bytes);
+    std::string_view text = decoded;
+    if (text.starts_with(Utf8Mark)) text.remove_prefix(Utf8Mark.size());
     pairs_.clear();
     while (!text.empty()) {
         const std::size_t end = std::min(text.find('\n'), text.size());
@@ -36,8 +34,9 @@ void TimeZoneLookup::Load(std::string_view text) {
 }
 
 const std::string* TimeZoneLookup::Find(std::string_view name) const {
+    const std::string folded = FoldCase(name);
     const auto pair = std::ranges::find_if(
-        pairs_, [name](const Pair& candidate) { return SameName(candidate.name, name); });
+        pairs_, [&](const Pair& candidate) { return FoldCase(candidate.name) == folded; });
     return pair == pairs_.end() ? nullptr : &pair->value;
 }
 

@@ -11,9 +11,9 @@ class TimeZoneLookup {
 public:
     static constexpr std::string_view FileName = "timezone.txt";
 
-    /// Replaces the table by the lines of `text`, "name, value" each, spaces around both dropped. A line
+    /// Replaces the table by the lines of a file, "name, value" each, spaces around both dropped. A line
     /// without a comma is skipped; the value begins after the first one.
-    void Load(std::string_view text);
+    void Load(std::string_view bytes);
 
     /// The value of the first pair with that name, whatever its case; null without one.
     const std::string* Find(std::string_view name) const;

@@ -61,6 +61,11 @@ TEST(TimeZoneLookup, FindsTheFirstPairOfAName) {
     EXPECT_EQ(lookup.Find("no comma here"), nullptr);
     EXPECT_EQ(lookup.Find("Eastern Standard"), nullptr);
 
+    lookup.Load("Heure d'\xC9t\xE9,\xC9t\xE9");  // Windows-1252
+    const std::string* summer = lookup.Find("heure d'\u00E9t\u00E9");
+    ASSERT_NE(summer, nullptr);
+    EXPECT_EQ(*summer, "\u00C9t\u00E9");
+
     lookup.Load("\xEF\xBB\xBFmarked,yes");
     EXPECT_NE(lookup.Find("marked"), nullptr);
     EXPECT_EQ(lookup.Find("last"), nullptr) << "of the file before";
