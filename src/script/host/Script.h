@@ -11,6 +11,7 @@
 #include "script/host/ScriptEngine.h"
 #include "time/PresentTime.h"
 #include "time/TimedActivity.h"
+#include "time/modTime.h"
 
 namespace tessaloom {
 
@@ -114,8 +115,9 @@ public:
     double NextTime() const { return interval_.NextTime(); }
     void SetNextTime() { interval_.SetNextTime(present_.Now()); }
 
-    /// Makes the interval event due at once.
-    void ForceUpdate() { interval_.Force(present_.Now()); }
+    /// Makes the interval event due at once. The clock is later than the tick's capture time, so that
+    /// `SetNextTime`, which follows an interval event, leaves alone what that event has forced.
+    void ForceUpdate() { interval_.Force(modTime::Clock()); }
 
     /// Recomputes the next time from the present, after the clock was set back.
     void RestartTime() { interval_.Restart(present_.Now()); }

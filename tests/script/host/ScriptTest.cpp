@@ -62,6 +62,13 @@ struct Host {
     Script script{owner, time, files, &engine};
 };
 
+/// The one moment of a tick, while the clock goes on.
+struct CaptureTime final : PresentTime {
+    explicit CaptureTime(double now) : moment(now) {}
+    double Now() const override { return moment; }
+    const double moment;
+};
+
 TEST(Script, ClampsItsPropertiesAndTellsChanges) {
     using S = Script;
     Host at;
@@ -227,6 +234,20 @@ TEST(Script, TimesItsInterval) {
     EXPECT_NEAR(at.script.NextTime(), at.time.Now() + 3 / 86400.0, 1e-9);
     at.script.ForceUpdate();
     EXPECT_EQ(at.script.NextTime(), at.time.Now());
+}
+
+TEST(Script, KeepsTheIntervalThatItsOwnHookForces) {
+    Host at;
+    const CaptureTime tick(at.time.Now());
+    Script script(at.owner, tick, at.files, &at.engine);
+    script.SetEnabled(true);
+    script.SetAllowInterval(true);
+    script.ResetScript();
+    at.time.Advance(0.003);
+    at.engine.during = [&] { script.ForceUpdate(); };
+    script.CallInterval();
+    script.SetNextTime();
+    EXPECT_NEAR(script.NextTime(), at.time.Now(), 1e-10) << "due in the next tick";
 }
 
 TEST(StrippedLines, DropsWhiteSpaceAndLineEnds) {
