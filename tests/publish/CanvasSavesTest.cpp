@@ -387,8 +387,10 @@ TEST(CanvasSaves, WritesPicturesThatCanBeReadFromDisk) {
     EXPECT_EQ(widthOf(folder / "live0001.jpg"), 8) << "stale: it could not be renamed";
     EXPECT_THAT(log, ElementsAre(HasSubstr("missing")));
     EXPECT_FALSE(disk.FolderExists(folder / "missing")) << "the folder is not made";
+    saves.SetCascadeCount(3);
     saves.SetSequentialPath(folder.Path());
     saves.DoSaves(at.picture);
+    EXPECT_TRUE(disk.FolderExists(folder / "live0002.jpg")) << "folders are not moved on";
     EXPECT_EQ(widthOf(folder / "060114120300.jpg"), 10);
 }
 

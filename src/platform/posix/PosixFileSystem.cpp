@@ -105,6 +105,8 @@ int Copy(const std::string& source, const std::string& target, bool overwrite) {
 }
 
 int Rename(const std::string& source, const std::string& target) {
+    struct stat status;
+    if (::lstat(source.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return EISDIR;
     if (::renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) return 0;
     if (errno == EXDEV) {
         const int error = Copy(source, target, false);
