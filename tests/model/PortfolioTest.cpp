@@ -177,6 +177,41 @@ TEST_F(PortfolioTest, ScriptTakesPartInLoadingTickingAndUnloading) {
     EXPECT_EQ(portfolio.CanvasesOpen(), 0);
 }
 
+TEST_F(PortfolioTest, NewWeatherDataReachesTheScriptOnce) {
+    engine.procedures = {
+        {"NewCSVData", 0}
+    };
+    portfolio.Script().SetEngine(&engine);
+    Write("script.txt", "'");
+    std::string record = "0,1,2026,1,15,12,0,0";
+    for (int field = 8; field < 39; ++field) record += "," + std::to_string(field);
+    Write("w.csv", record);
+    ASSERT_TRUE(
+        Load("[VWS]\r\nCSVEnabled=True\r\nCSVDelay=1\r\nCSVFile=w.csv\r\n"
+             "[Scripting]\r\nEnabled=True\r\nAllowNewCSVData=True\r\n"));
+    for (int i = 0; i < 3; ++i) Tick();
+    EXPECT_EQ(engine.calls, std::vector<std::string>{"NewCSVData()"});
+    EXPECT_EQ(portfolio.VWS().CSVData(14), 14);
+}
+
+TEST_F(PortfolioTest, FilesAreTheSameInEveryLocale) {
+    Write("a.can",
+          "[Capture]\r\nFixedRate=0.5\r\nFixedBaseTime=01:02:03\r\n[Text001]\r\nEnabled=True\r\nFontSize=10."
+          "5\r\n");
+    modNumbers::InitNumberFormat(GermanLocale());
+    ASSERT_TRUE(Load("[Canvas01]\r\nFileName=a.can\r\n[VWS]\r\nCSVBarometerOffset=-0.25\r\n"));
+    profile.Set("a.can", "General", "WindowState", "0");
+    const std::string expected = files["a.can"].bytes;
+    EXPECT_EQ(portfolio.Canvas(1).Saves().FixedRate(), 0.5);
+    EXPECT_EQ(portfolio.Canvas(1).Saves().FixedBaseTime(), 3723);
+    EXPECT_EQ(portfolio.Canvas(1).Text(1)->FontSize(), 10.5F);
+    portfolio.Canvas(1).SaveFile();
+    portfolio.SaveFile();
+    EXPECT_EQ(files["a.can"].bytes, expected);
+    EXPECT_EQ(Value("p.por", "VWS", "CSVBarometerOffset"), "-0.25");
+    EXPECT_EQ(Value("p.por", "VWS", "CSVBarometricTrendThreshold"), "0.05");
+}
+
 TEST_F(PortfolioTest, EndedProgramStopsTheTickBetweenCanvases) {
     for (int slot : {1, 2}) {
         Open(slot).Saves().SetFixedEnabled(true);
