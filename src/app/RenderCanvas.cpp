@@ -4,6 +4,7 @@
 #include "app/ReadOnlyFiles.h"
 #include "core/Log.h"
 #include "core/RunFlags.h"
+#include "core/main/modMain.h"
 #include "core/modNumbers.h"
 #include "imaging/JpegEncoder.h"
 #include "imaging/modPictureBox.h"
@@ -49,8 +50,8 @@ int RenderCanvas(Platform& platform, const std::string& canvasFile, const std::s
                          platform.timer};
     modNumbers::InitNumberFormat(platform.locale);
     modPictureBox::InitializePictureBox();
-    Flags() = {};
-    Flags().running = true;
+    modMain::PeekSettings(platform);
+    Flags() = {.running = true};
 
     Portfolio portfolio(readOnly);
     portfolio.SetFaultHandler([](const DocumentFault& fault) { Log(LogLevel::Warning, fault.Text()); });

@@ -1,6 +1,6 @@
 #include <unistd.h>
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -29,6 +29,13 @@ void WriteToStandardError(const std::string& line) {
 
 void LogReport(const ErrorReport& report) {
     Log(LogLevel::Error, std::string(ErrorReport::Title) + ": " + report.Text());
+}
+
+/// What the toolkit grumbles about, such as a damaged picture or a missing folder of the session, is told by
+/// ourselves where it matters.
+void LogToolkitMessage(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    const bool pressing = type == QtCriticalMsg || type == QtFatalMsg;
+    Log(pressing ? LogLevel::Error : LogLevel::Debug, text.toStdString());
 }
 
 /// A portfolio named on the command line that cannot work at all: missing, unreadable or not text.
@@ -108,12 +115,16 @@ int Main(int argc, char** argv) {
     LineLog log(line.logLevel, WriteToStandardError);
     SetLogSink([&log](LogLevel level, std::string_view text) { log.Write(level, text); });
     SetErrorReporter(LogReport);
-    QCoreApplication application(argc, argv);
+    qInstallMessageHandler(LogToolkitMessage);
+    // Vector pictures draw their texts with the toolkit's fonts, which a program without windows has only so.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QGuiApplication application(argc, argv);
     int status = ExitStatus::Failure;
-    {
+    Trap({"modMain.bas", "Main"}, [&] {
         Services services([] { QCoreApplication::quit(); });
         status = Act(application, services.All(), line);
-    }
+    });
+    qInstallMessageHandler(nullptr);
     SetErrorReporter({});
     SetLogSink({});
     return status;

@@ -19,6 +19,9 @@ std::string OneLine(std::string text) {
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r')) text.pop_back();
     for (std::size_t at = 0; (at = text.find_first_of("\r\n", at)) != std::string::npos; at += 3)
         text.replace(at, text.compare(at, 2, "\r\n") == 0 ? 2 : 1, " | ");
+    // Values of damaged files are quoted in the log; a terminal must not take them for commands.
+    for (char& c : text)
+        if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
     return text;
 }
 
@@ -45,8 +48,9 @@ std::string MaskSecrets(std::string_view text) {
     std::string masked(text);
     for (std::size_t at = 0; (at = masked.find("://", at)) != std::string::npos;) {
         at += 3;
-        // The last "@" before the path parts the secrets from the host: a password may hold one itself.
-        const std::size_t end = masked.find_first_of("/?# \t\r\n\"", at);
+        // The last "@" before the path parts the secrets from the host: a password may hold one itself, or a
+        // blank. Rather too much is hidden than too little.
+        const std::size_t end = masked.find_first_of("/?#\r\n\"", at);
         const std::size_t sign = masked.substr(at, end == std::string::npos ? end : end - at).rfind('@');
         if (sign != std::string::npos) masked.replace(at, sign, "***");
     }

@@ -5,8 +5,11 @@
 
 #include "core/ErrorReport.h"
 #include "core/INI.h"
+#include "core/Log.h"
 #include "core/Store.h"
 #include "core/modNumbers.h"
+#include "locale/Ascii.h"
+#include "locale/Error.h"
 
 namespace tessaloom {
 
@@ -14,6 +17,11 @@ namespace {
 
 constexpr std::string_view Module = "modMain.bas";
 constexpr std::string_view SectionName = "General";
+
+/// What is wrong with a value of the file.
+enum class SetupFault { None, NotABoolean, NotANumber, OutOfRange };
+
+constexpr std::string_view Reasons[] = {"", "neither True nor False", "not a number", "out of range"};
 
 /// A number of pixels, to be turned into twips on one of the two axes.
 struct Pixels {
@@ -24,27 +32,61 @@ struct SetupKey {
     std::string_view name;
     std::string_view fallback;
     Pixels fallbackPixels;  ///< In place of `fallback`, where not 0.
-    void (*read)(SetupValues&, std::string_view text);
+    SetupFault (*read)(SetupValues&, std::string_view text);
     std::string (*write)(const SetupValues&);
 };
+
+SetupFault ReadBoolean(std::string_view text, bool& value) {
+    value = modNumbers::Str2Bool(text);
+    double number = 0;
+    const bool known = value || ascii::SameText(text, "false") || ascii::SameText(text, "no") ||
+                       modNumbers::TryDblNI(text, number);
+    return known ? SetupFault::None : SetupFault::NotABoolean;
+}
+
+SetupFault ReadReal(std::string_view text, double& value) {
+    value = 0;
+    return modNumbers::TryDblNI(text, value) ? SetupFault::None : SetupFault::NotANumber;
+}
+
+SetupFault ReadWhole(std::string_view text, int& value, Range<int> allowed) {
+    value = 0;
+    double number = 0;
+    if (const SetupFault fault = ReadReal(text, number); fault != SetupFault::None) return fault;
+    // There is no reading for what is below; what is above reads as "no limit".
+    const bool readable = number >= INT32_MIN;
+    const int read = readable ? modNumbers::Str2LngNI(text) : 0;
+    value = Clamped(read, allowed);
+    return readable && value == read ? SetupFault::None : SetupFault::OutOfRange;
+}
+
+/// Tells of a value that could not be used as it stands, with what was taken in its place.
+void Tell(const INI& ini, const SetupKey& key, std::string_view text, SetupFault fault) {
+    const std::string told = ini.File() + " [" + std::string(SectionName) + "] " + std::string(key.name) +
+                             "=" + std::string(text) + ": " +
+                             std::string(Reasons[static_cast<std::size_t>(fault)]) + ", " +
+                             key.write(Setup()) + " taken";
+    if (fault == SetupFault::OutOfRange)
+        Log(LogLevel::Warning, told);
+    else
+        Report({std::string(Module), "LoadSetup", 0, static_cast<int>(ErrorNumber::TypeMismatch), told});
+}
 
 template <bool SetupValues::*Field>
 constexpr SetupKey Boolean(std::string_view name, std::string_view fallback) {
     return {name,
             fallback,
             {},
-            [](SetupValues& values, std::string_view text) { values.*Field = modNumbers::Str2Bool(text); },
+            [](SetupValues& values, std::string_view text) { return ReadBoolean(text, values.*Field); },
             [](const SetupValues& values) { return modNumbers::CStrNI(values.*Field); }};
 }
 
 template <int SetupValues::*Field, Range<int> Allowed = Range<int>{INT32_MIN, INT32_MAX}>
 constexpr SetupKey Whole(std::string_view name, std::string_view fallback, Pixels fallbackPixels = {}) {
-    return {name, fallback, fallbackPixels,
-            [](SetupValues& values, std::string_view text) {
-                values.*Field = modNumbers::Str2LngNI(text);
-                modNumbers::Limit(values.*Field, Allowed.low, Allowed.high);
-            },
-            [](const SetupValues& values) { return modNumbers::CStrNI(values.*Field); }};
+    return {
+        name, fallback, fallbackPixels,
+        [](SetupValues& values, std::string_view text) { return ReadWhole(text, values.*Field, Allowed); },
+        [](const SetupValues& values) { return modNumbers::CStrNI(values.*Field); }};
 }
 
 template <double SetupValues::*Field>
@@ -52,7 +94,7 @@ constexpr SetupKey Real(std::string_view name, std::string_view fallback) {
     return {name,
             fallback,
             {},
-            [](SetupValues& values, std::string_view text) { values.*Field = modNumbers::Str2DblNI(text); },
+            [](SetupValues& values, std::string_view text) { return ReadReal(text, values.*Field); },
             [](const SetupValues& values) { return modNumbers::CStrNI(values.*Field); }};
 }
 
@@ -60,7 +102,10 @@ constexpr SetupKey LastPortfolio(std::string_view name) {
     return {name,
             "",
             {},
-            [](SetupValues& values, std::string_view text) { values.lastPortfolio = text; },
+            [](SetupValues& values, std::string_view text) {
+                values.lastPortfolio = text;
+                return SetupFault::None;
+            },
             [](const SetupValues& values) { return values.autoLoad ? values.lastPortfolio : std::string(); }};
 }
 
@@ -95,7 +140,9 @@ void LoadSetup(INI& ini, int twipsX, int twipsY) {
         for (const SetupKey& key : Keys) {
             const int twips = key.fallbackPixels.x * twipsX + key.fallbackPixels.y * twipsY;
             const std::string fallback = twips != 0 ? modNumbers::CStrNI(twips) : std::string(key.fallback);
-            key.read(Setup(), ini.GetKey(SectionName, key.name, WriteDefault::Yes, fallback));
+            const std::string text = ini.GetKey(SectionName, key.name, WriteDefault::Yes, fallback);
+            if (const SetupFault fault = key.read(Setup(), text); fault != SetupFault::None)
+                Tell(ini, key, text, fault);
         }
         ini.Commit();
     });

@@ -93,6 +93,7 @@ public:
     double NextTime() const { return timing_.NextTime(); }
     bool Due() const { return enabled_ && timing_.Due(time_.Now()); }
     void SetNextTime() { timing_.SetNextTime(time_.Now()); }
+    void ForceUpdate() { timing_.Force(time_.Now()); }
     void RestartTiming() { timing_.Restart(time_.Now()); }
 
     /// The time stamp of the last record taken, a moment; 0: none yet.

@@ -11,6 +11,7 @@
 #include "model/Canvas.h"
 #include "platform/Dialogs.h"
 #include "platform/FileSystem.h"
+#include "platform/MainWindow.h"
 
 namespace tessaloom::modMain {
 
@@ -36,8 +37,9 @@ private:
 template <typename Body>
 auto Command(std::string_view name, Body&& body) -> std::invoke_result_t<Body, Program&> {
     return Trap({Module, name}, [&] {
-        if (Running()) return body(*Running());
-        return std::invoke_result_t<Body, Program&>();
+        if (!Running()) return std::invoke_result_t<Body, Program&>();
+        const Busy busy(*Running());
+        return body(*Running());
     });
 }
 
@@ -136,12 +138,14 @@ void NoFileSelected(Program& program) {
     program.platform.dialogs.MessageBox("No file was selected.  Aborting process.", "No file selected");
 }
 
+bool IsInUse(const tessaloom::Portfolio& portfolio, int slot) {
+    return slot >= 1 && slot <= tessaloom::Portfolio::MaxCanvas && portfolio.Canvas(slot).Enabled();
+}
+
 /// The active canvas; null when none is.
 tessaloom::Canvas* ActiveCanvas(tessaloom::Portfolio& portfolio) {
     const int slot = portfolio.ActiveCanvas();
-    if (slot < 1 || slot > tessaloom::Portfolio::MaxCanvas || !portfolio.Canvas(slot).Enabled())
-        return nullptr;
-    return &portfolio.Canvas(slot);
+    return IsInUse(portfolio, slot) ? &portfolio.Canvas(slot) : nullptr;
 }
 
 }  // namespace
@@ -151,6 +155,7 @@ void PortfolioNew() {
         if (!SaveOpenPortfolio(program)) return;
         ReleasePortfolio(program);
         MakePortfolio(program);
+        program.platform.mainWindow.EnablePortfolioCommands(true);
         program.platform.dialogs.MessageBox(
             "Your portfolio has been created.\n\n"
             "You may now add canvases using the Open Canvas or New Canvas selections from the File Menu.",
@@ -167,6 +172,7 @@ void PortfolioOpen() {
         portfolio.SetFileName(*file);
         portfolio.LoadFile();
         Setup().lastPortfolio = *file;
+        program.platform.mainWindow.EnablePortfolioCommands(true);
     });
 }
 
@@ -193,7 +199,8 @@ bool SaveAllProc(bool everything) {
                 portfolio.Canvas(slot).SetNeedSaving(true);
         const bool named = NameCanvases(portfolio);
         portfolio.SaveCanvases();
-        return portfolio.SaveFile() && named;
+        // A canvas that could not be written keeps its mark.
+        return portfolio.SaveFile() && named && !portfolio.NeedSaving();
     });
 }
 
@@ -202,7 +209,7 @@ void CanvasNew() {
         const int slot = FreeSlot(program, portfolio);
         if (slot == 0) return;
         const auto name = AskCanvasName(program);
-        if (!name) return;
+        if (!name || name->empty()) return;
         tessaloom::Canvas& canvas = portfolio.Canvas(slot);
         canvas.SetName(*name);
         ShowCanvas(portfolio, canvas);
@@ -252,6 +259,7 @@ bool CanvasSaveAs() {
 
 bool CanvasSaveAsProc(int slot) {
     return PortfolioCommand("CanvasSaveAsProc", [&](Program& program, tessaloom::Portfolio& portfolio) {
+        if (!IsInUse(portfolio, slot)) return false;
         Dialogs& dialogs = program.platform.dialogs;
         const auto file = dialogs.SaveFile({"Canvas Save As", CanvasFilter, ".can", "NewCanvas"});
         if (!file || file->empty()) {

@@ -15,12 +15,25 @@ struct Program {
     CanvasViewFactory views;
     INI settings;
     std::unique_ptr<tessaloom::Portfolio> portfolio;
+    int busy = 0;  ///< Commands and closings under way: a box that they show lets ticks run.
+};
+
+/// Keeps the program from being taken down while it lives.
+class Busy {
+public:
+    explicit Busy(Program& program) : program_(program) { ++program_.busy; }
+    ~Busy() { --program_.busy; }
+    Busy(const Busy&) = delete;
+    Busy& operator=(const Busy&) = delete;
+
+private:
+    Program& program_;
 };
 
 /// The running program; null before start-up and after shutdown.
 std::unique_ptr<Program>& Running();
 
-/// A new, empty portfolio in place of the one that was open; the commands that need one are enabled.
+/// A new, empty portfolio in place of the one that was open. The caller enables the commands that need one.
 tessaloom::Portfolio& MakePortfolio(Program& program);
 
 /// Closes the set-up windows of the open portfolio, if any, unloads and releases it.

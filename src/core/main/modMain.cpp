@@ -29,11 +29,14 @@ constexpr std::string_view Module = "modMain.bas";
 
 void LoadSomeVariables(const Platform& platform) { modTime::LoadTimeZoneLookup(platform.fileSystem); }
 
-void LoadSettings(Program& program) {
-    const MainWindow& window = program.platform.mainWindow;
-    LoadSetup(program.settings, window.TwipsPerPixelX(), window.TwipsPerPixelY());
+std::string SettingsPath(const Platform& platform) {
+    return platform.fileSystem.CurrentFolder() + "\\" + SettingsFileName;
+}
+
+void LoadSettings(const Platform& platform, INI& settings) {
+    LoadSetup(settings, platform.mainWindow.TwipsPerPixelX(), platform.mainWindow.TwipsPerPixelY());
     modTime::SetStation(Setup().stationLatitude, Setup().stationLongitude);
-    program.platform.fonts.SetClearType(
+    platform.fonts.SetClearType(
         {Setup().clearTypeContrast, static_cast<SubPixelOrder>(Setup().clearTypeOrientation)});
 }
 
@@ -41,7 +44,8 @@ void LoadSettings(Program& program) {
 enum StartupMode { StartMinimized = 0, StartAsLast = 1, StartMaximized = 2 };
 
 void PlaceMainWindow(MainWindow& window) {
-    SetupValues& setup = Setup();
+    // The window keeps the setup values current while it is placed: what was read is what counts.
+    const SetupValues setup = Setup();
     window.Load("Tessaloom");
     switch (setup.startupMode) {
         case StartMinimized:
@@ -59,9 +63,10 @@ void PlaceMainWindow(MainWindow& window) {
         default:
             break;
     }
-    if (setup.startupMode == StartMinimized || setup.startupMode == StartMaximized)
-        setup.startupLastNonMinimizedState = static_cast<int>(WindowState::Maximized);
     window.Show();
+    const bool asRead = setup.startupMode != StartMinimized && setup.startupMode != StartMaximized;
+    Setup().startupLastNonMinimizedState =
+        asRead ? setup.startupLastNonMinimizedState : static_cast<int>(WindowState::Maximized);
 }
 
 void LoadPortfolio(Program& program, const std::string& file) {
@@ -72,6 +77,7 @@ void LoadPortfolio(Program& program, const std::string& file) {
     dialogs.ShowStatus("Loading...");
     portfolio.LoadFile();
     dialogs.HideStatus();
+    program.platform.mainWindow.EnablePortfolioCommands(true);
 }
 
 /// The portfolio to open at start-up; "" for none.
@@ -103,6 +109,22 @@ bool CallShutdownHook(Program& program) {
     return !Flags().cancelShutdown;
 }
 
+/// Asks the script, then the person. A close that is called off leaves the running flag set, unless the
+/// system asked for the end while the person was thinking: the next tick then closes after all.
+bool MayClose(Program& program, CloseCause cause) {
+    const Busy busy(program);
+    // An unexpected error here is reported and must not keep the program from ending.
+    return !Trap({Module, "MDIForm_QueryUnload"}, [&] {
+        if (CallShutdownHook(program)) {
+            if (cause == CloseCause::Program || SaveBeforeClosing(program)) return false;
+            Flags().running = !Flags().withoutQuestions;
+        } else {
+            Flags() = {.running = true};
+        }
+        return true;
+    });
+}
+
 /// The steps of a tick that stop as soon as the running flag is found false.
 void UpdateEverything(tessaloom::Portfolio& portfolio) {
     constexpr std::array Steps{
@@ -130,7 +152,6 @@ std::unique_ptr<Program>& Running() {
 tessaloom::Portfolio& MakePortfolio(Program& program) {
     program.portfolio = std::make_unique<tessaloom::Portfolio>(program.platform);
     program.portfolio->SetViewFactory(program.views);
-    program.platform.mainWindow.EnablePortfolioCommands(true);
     return *program.portfolio;
 }
 
@@ -143,10 +164,23 @@ void ReleasePortfolio(Program& program) {
 
 tessaloom::Portfolio* OpenPortfolio() { return Running() ? Running()->portfolio.get() : nullptr; }
 
+void PeekSettings(const Platform& platform) {
+    INI settings(platform.profile, SettingsPath(platform));
+    settings.Begin();
+    LoadSettings(platform, settings);
+    settings.Rollback();
+    LoadSomeVariables(platform);
+}
+
 bool Main(Platform& platform, const StartOptions& options) {
     Flags() = {};
     Flags().running = Flags().startingUp = true;
     const std::string folder = platform.fileSystem.CurrentFolder();
+    if (folder.empty()) {
+        Log(LogLevel::Critical, "The current directory is gone");
+        Flags() = {};
+        return false;
+    }
     if (!platform.desktop.ClaimInstance(folder)) {
         platform.dialogs.MessageBox("There is already an instance of Tessaloom running.", "Already Running");
         Flags() = {};
@@ -159,9 +193,9 @@ bool Main(Platform& platform, const StartOptions& options) {
     LoadSomeVariables(platform);
     Flags().quitDuringStartup = false;
     Running() = std::make_unique<Program>(
-        Program{platform, options.views, INI(platform.profile, folder + "\\" + SettingsFileName), nullptr});
+        Program{platform, options.views, INI(platform.profile, SettingsPath(platform)), nullptr});
     Program& program = *Running();
-    LoadSettings(program);
+    LoadSettings(platform, program.settings);
     PlaceMainWindow(window);
     window.RedrawSplash();
 
@@ -175,8 +209,7 @@ bool Main(Platform& platform, const StartOptions& options) {
     window.UnloadSplash();
     platform.timer.Start(TickInterval, [] { TimerTick(); });
     Flags().startingUp = false;
-    if (Flags().quitDuringStartup) return !MDIForm_QueryUnload(CloseCause::Program);
-    return true;
+    return !Flags().quitDuringStartup || !MDIForm_QueryUnload(CloseCause::Program);
 }
 
 void TimerTick() {
@@ -198,15 +231,8 @@ bool MDIForm_QueryUnload(CloseCause cause) {
         return false;
     }
     Program& program = *Running();
-    // An unexpected error here is reported and must not keep the program from ending.
-    const bool calledOff = Trap({Module, "MDIForm_QueryUnload"}, [&] {
-        return !CallShutdownHook(program) || (cause == CloseCause::Person && !SaveBeforeClosing(program));
-    });
-    if (calledOff) {
-        Flags().running = true;
-        Flags().withoutQuestions = false;
-        return false;
-    }
+    if (program.busy > 0) return false;
+    if (!MayClose(program, cause)) return false;
     program.platform.mainWindow.RemoveTrayIcon();
     modMain_Shutdown();
     return true;
@@ -216,6 +242,7 @@ void modMain_Shutdown() {
     if (!Running()) return;
     Program& program = *Running();
     Platform& platform = program.platform;
+    ++program.busy;  // for good: nothing closes it a second time meanwhile
     platform.dialogs.ShowStatus("Shutting Down...");
     Flags().running = false;
     platform.timer.Stop();
@@ -233,7 +260,8 @@ void modMain_Shutdown() {
 void ReloadSources() {
     tessaloom::Portfolio* portfolio = OpenPortfolio();
     if (!portfolio) return;
-    Trap({Module, "ReloadSources"}, [&] { portfolio->Script().ResetScript(); });
+    // A script that is switched off must not run, and loading it runs its outermost statements.
+    if (portfolio->Script().Enabled()) portfolio->Script().ResetScript();
 }
 
 void ForceEverything() {

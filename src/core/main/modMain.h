@@ -31,6 +31,9 @@ struct StartOptions {
 /// starting.
 bool Main(Platform& platform, const StartOptions& options = {});
 
+/// Reads the settings without completing their file, for work that needs them and no running program.
+void PeekSettings(const Platform& platform);
+
 /// One tick of the main timer `tmrUpdateCanvas`: all due work of the open portfolio, and the orderly end once
 /// the running flag is found false.
 void TimerTick();

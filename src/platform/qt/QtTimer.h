@@ -19,8 +19,11 @@ public:
     void Post(std::function<void()> work) override;
 
 private:
+    void Tick();
+
     std::unique_ptr<QTimer> timer_;
     std::function<void()> tick_;
+    bool ticking_ = false;
 };
 
 }  // namespace tessaloom
