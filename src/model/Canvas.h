@@ -80,7 +80,8 @@ public:
     /// voided.
     void RestartTimes();
 
-    /// Releases layers, bitmaps, outputs and the window; the canvas is then as new, and not `Enabled`.
+    /// Releases the layers, the bitmaps and the window and leaves the slot free. Settings stay as they are until
+    /// `Portfolio::ResetCanvas` puts a new canvas there.
     void CanvasUnload();
 
     // Layers; slots 1 .. 100. An empty slot, and a number outside, gives null.
@@ -100,7 +101,7 @@ public:
 
     // Parts
 
-    /// The composed picture, `Width` x `Height`.
+    /// The composed picture, `Width` x `Height`; without pixels before the first composition.
     const DIB& Picture() const { return picture_; }
     CanvasSaves& Saves() { return *saves_; }
     const CanvasSaves& Saves() const { return *saves_; }
