@@ -70,10 +70,9 @@ double SunEvent(Sun event, double latitude, double longitude, double offset, dou
     }
 
     double time = (universal * DegreesPerRadian / 15 - offset) / 24;
-    if (!std::isfinite(time)) return 0;
     if (time < 0) time += 1;
     if (time >= 1) time -= 1;
-    return time;
+    return time >= 0 && time < 1 ? time : 0;
 }
 
 }  // namespace tessaloom::modTime

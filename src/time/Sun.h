@@ -13,7 +13,7 @@ inline constexpr double SunLatitudeLimit = 63;  // degrees
 /// day: whole days since 30 December 1899. Solves the hour angle of the sun at -0.833 degrees (refraction and
 /// half its disc included) by iteration, good to a minute or two. Where the sun stays below that altitude all
 /// day both events fall on solar noon, where it stays above it on midnight. 0 beyond the latitude limit and
-/// for positions that are no numbers.
+/// for positions that are no numbers or none on the globe.
 double SunEvent(Sun event, double latitude, double longitude, double offset, double day);
 
 }  // namespace tessaloom::modTime

@@ -51,7 +51,8 @@ TEST(SunEvent, IsNotComputedAtHighLatitudesOrForNoNumbers) {
         {-63.001, 20      },
         {none,    20      },
         {50,      none    },
-        {50,      infinite}
+        {50,      infinite},
+        {50,      1e300   }
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.latitude);
