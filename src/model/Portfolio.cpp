@@ -162,6 +162,7 @@ void Portfolio::ForceUpdate() {
     for (const auto& canvas : canvases_)
         if (canvas && canvas->Enabled()) canvas->ForceUpdate();
     script_->ForceUpdate();
+    vws_->ForceUpdate();
     for (const auto& feed : feeds_) feed->SetNextTime(Now());
     for (const auto& device : inputDevices_) device->SetNextTime(Now());
 }

@@ -1,0 +1,374 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <random>
+
+#include "app/ChildProgram.h"
+#include "support/TemporaryFolder.h"
+
+namespace tessaloom::testing {
+namespace {
+
+namespace fs = std::filesystem;
+using ::testing::ContainsRegex;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+using Listing = std::map<std::string, std::string>;  ///< Path in the folder; bytes, or "/" for a folder.
+
+constexpr const char* Canvas =
+    "[General]\r\nName=C\r\nWidth=64\r\nHeight=48\r\n[Capture]\r\nFixedEnabled=True\r\nFixedRate=86400\r\n"
+    "FixedFileName=live.jpg\r\n[Text001]\r\nEnabled=True\r\nText=<TIMESS>\r\nInterval=1\r\n";
+constexpr const char* Portfolio = "[Canvas01]\r\nFileName=c.can\r\n";
+
+std::string Bytes(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// "width x height" of a JPEG that is whole; else "".
+std::string JpegSize(const std::string& path) {
+    const std::string bytes = Bytes(path);
+    const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
+    if (!bytes.starts_with("\xFF\xD8") || !bytes.ends_with("\xFF\xD9")) return "";
+    for (std::size_t i = 2; i + 9 < bytes.size(); i += 2U + at(i + 2) * 256U + at(i + 3)) {
+        if (at(i) != 0xFF) return "";
+        if (at(i + 1) == 0xC0 || at(i + 1) == 0xC2)
+            return std::to_string(at(i + 7) * 256 + at(i + 8)) + " x " +
+                   std::to_string(at(i + 5) * 256 + at(i + 6));
+    }
+    return "";
+}
+
+class ProgramTest : public ::testing::Test {
+protected:
+    void Write(const std::string& name, std::string_view bytes) {
+        std::ofstream(home_ / name, std::ios::binary) << bytes;
+    }
+    void WriteDocuments() {
+        Write("p.por", Portfolio);
+        Write("c.can", Canvas);
+    }
+    std::string Read(const std::string& name) { return Bytes(home_ / name); }
+    bool Exists(const std::string& name) { return fs::exists(home_ / name); }
+
+    Listing List() {
+        Listing listing;
+        for (const auto& entry : fs::recursive_directory_iterator(home_.Path()))
+            listing[entry.path().string()] = entry.is_directory() ? "/" : Bytes(entry.path().string());
+        return listing;
+    }
+
+    /// Waits for the first picture of a program that runs the documents.
+    bool Publishes(const std::string& picture = "live.jpg") {
+        return Becomes([&] { return JpegSize(home_ / picture) == "64 x 48"; });
+    }
+
+    /// Asks for an orderly end and checks that it was one.
+    void EndInOrder(ChildProgram& program, int signal = SIGTERM) {
+        program.Send(signal);
+        EXPECT_EQ(program.Status(), 0) << program.Log();
+        EXPECT_THAT(program.Log(), HasSubstr("Shutting Down..."));
+    }
+
+    TemporaryFolder home_;
+};
+
+const std::vector<std::string> RunsDocuments{"--headless", "--portfolio", "p.por"};
+
+TEST_F(ProgramTest, AnswersQuestionsAboutItself) {
+    ChildProgram version(home_.Path(), {"--version"});
+    EXPECT_EQ(version.Status(), 0);
+    EXPECT_TRUE(version.Output().starts_with("Tessaloom ")) << version.Output();
+    ChildProgram help(home_.Path(), {"--help"});
+    EXPECT_EQ(help.Status(), 0);
+    EXPECT_THAT(help.Output(), HasSubstr("--list-devices"));
+    ChildProgram unknown(home_.Path(), {"--nonsense"});
+    EXPECT_EQ(unknown.Status(), 2);
+    EXPECT_THAT(unknown.Log(), HasSubstr("--nonsense"));
+    ChildProgram nowhere(home_ / "missing", {});
+    EXPECT_EQ(nowhere.Status(), 1);
+    EXPECT_TRUE(List().empty());
+}
+
+TEST_F(ProgramTest, RefusesAPortfolioThatCannotWork) {
+    Write("bytes.por", std::string_view("[Canvas01]\r\n\0", 13));
+    fs::create_directory(home_ / "folder.por");
+    ASSERT_EQ(mkfifo((home_ / "pipe.por").c_str(), 0600), 0);
+    for (const char* file : {"missing.por", "bytes.por", "folder.por", "pipe.por"}) {
+        ChildProgram program(home_.Path(), {"--headless", "--portfolio", file});
+        EXPECT_EQ(program.Status(), 78) << file;
+        EXPECT_THAT(program.Log(), HasSubstr(file));
+    }
+    EXPECT_FALSE(Exists("Tessaloom.INI"));
+    EXPECT_FALSE(Exists("missing.por"));
+}
+
+TEST_F(ProgramTest, PublishesUntilASignalEndsItInOrder) {
+    for (const int signal : {SIGTERM, SIGINT}) {
+        WriteDocuments();
+        fs::remove(home_ / "live.jpg");
+        ChildProgram program(home_.Path(), RunsDocuments);
+        ASSERT_TRUE(Publishes()) << program.Log();
+        EndInOrder(program, signal);
+        EXPECT_THAT(Read("Tessaloom.INI"), HasSubstr("LastPortfolio=" + home_.Path() + "\\p.por\r\n"));
+        EXPECT_THAT(Read("p.por"), HasSubstr("[WebServer]"));
+        EXPECT_EQ(List().size(), 4U);
+    }
+}
+
+TEST_F(ProgramTest, EndsAtOnceWhenASecondSignalComes) {
+    ChildProgram program(home_.Path(), {"--headless"});
+    ASSERT_TRUE(Becomes([&] { return Exists("Tessaloom.INI"); }));
+    for (const int signal : {SIGSTOP, SIGTERM, SIGINT, SIGCONT}) program.Send(signal);
+    const int status = program.Status();
+    EXPECT_TRUE(status == 128 + SIGINT || status == 128 + SIGTERM) << status;
+}
+
+TEST_F(ProgramTest, LeavesTheFirstInstanceOfAFolderAlone) {
+    WriteDocuments();
+    ChildProgram first(home_.Path(), RunsDocuments);
+    ASSERT_TRUE(Publishes());
+    const Listing before = List();
+    ChildProgram second(home_.Path(), RunsDocuments);
+    EXPECT_EQ(second.Status(), 1);
+    EXPECT_THAT(second.Log(),
+                HasSubstr("Already Running: There is already an instance of Tessaloom running."));
+    EXPECT_EQ(List(), before);
+    EXPECT_TRUE(first.Runs());
+
+    const TemporaryFolder other;
+    ChildProgram elsewhere(other.Path(), {"--headless"});
+    EXPECT_TRUE(Becomes([&] { return fs::exists(other / "Tessaloom.INI"); }));
+    EndInOrder(elsewhere);
+    EndInOrder(first);
+}
+
+TEST_F(ProgramTest, SavesWhenToldTo) {
+    WriteDocuments();
+    ChildProgram program(home_.Path(), RunsDocuments);
+    ASSERT_TRUE(Publishes());
+    fs::remove(home_ / "live.jpg");
+    program.Send(SIGHUP);
+    program.Send(SIGUSR1);
+    EXPECT_TRUE(Publishes());
+    EndInOrder(program);
+}
+
+TEST_F(ProgramTest, RendersACanvasAndWritesNothingElse) {
+    // The toolkit needs more than a plain process for the texts of vector pictures.
+    Write("a.svg",
+          "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"64\" height=\"48\">"
+          "<text x=\"5\" y=\"40\" font-size=\"20\">Hi</text></svg>");
+    Write("c.can", std::string(Canvas) +
+                       "[Graphic001]\r\nEnabled=True\r\nSourceType=1\r\nSourceFileName=a.svg\r\n"
+                       "[Graphic002]\r\nEnabled=True\r\nSourceType=1\r\nSourceFileName=missing.png\r\n");
+    Write("Tessaloom.INI", "[General]\r\nClearTypeContrast=2000\r\n");
+    Listing before = List();
+    ChildProgram program(home_.Path(), {"--render", "c.can", "--out", "o.jpg"});
+    EXPECT_EQ(program.Status(), 0) << program.Log();
+    EXPECT_EQ(JpegSize(home_ / "o.jpg"), "64 x 48");
+    fs::remove(home_ / "o.jpg");
+    EXPECT_EQ(List(), before);
+
+    for (const char* canvas : {"missing.can", "a.svg/c.can"}) {
+        ChildProgram fails(home_.Path(), {"--render", canvas, "--out", "o.jpg"});
+        EXPECT_EQ(fails.Status(), 1);
+    }
+    EXPECT_EQ(List(), before);
+}
+
+TEST_F(ProgramTest, ListsAllThatIsWrongWithADocument) {
+    Write("p.por",
+          "[Canvas01]\r\nFileName=c.can\r\n[Canvas02]\r\nFileName=gone.can\r\n[Nonsense]\r\nA=1\r\n");
+    Write("c.can",
+          "[General]\r\nWidth=999999\r\nBreadth=5\r\nHeight=tall\r\n"
+          "[Graphic001]\r\nEnabled=True\r\nSourceType=1\r\nSourceFileName=gone.png\r\n");
+    const Listing before = List();
+    ChildProgram program(home_.Path(), {"--check", "p.por"});
+    EXPECT_GT(program.Status(), 0);
+    for (const char* fault :
+         {"gone.can", "[Nonsense]", "Width=999999", "Breadth=5", "Height=tall", "gone.png"})
+        EXPECT_THAT(program.Output(), HasSubstr(fault));
+    EXPECT_EQ(List(), before);
+
+    WriteDocuments();
+    {
+        ChildProgram completes(home_.Path(), RunsDocuments);
+        ASSERT_TRUE(Publishes());
+        EndInOrder(completes);
+    }
+    ChildProgram whole(home_.Path(), {"--check", "p.por"});
+    EXPECT_EQ(whole.Status(), 0) << whole.Output();
+    EXPECT_EQ(whole.Output(), "");
+}
+
+TEST_F(ProgramTest, StartsAndEndsWithAnySettingsFile) {
+    std::mt19937 random(1);
+    std::string noise(20'000, '\0'), bytes(20'000, '\0');
+    for (char& c : bytes) c = static_cast<char>(random() % 256);
+    for (char& c : noise) c = static_cast<char>(random() % 255 + 1);
+    const std::string longLine = "[General]\r\nLastPortfolio=" + std::string(4'000'000, 'x') + "\r\n";
+    const std::string wrong =
+        "[General]\r\nAutoLoad=perhaps\r\nStartupMode=99\r\nStartupTop=-1e300\r\nStationLatitude=1e999\r\n"
+        "ClearTypeContrast=\x1B[31m\r\nStartupState=-5\r\nLastPortfolio=gone\\gone.por\r\n";
+    for (const std::string& settings : {bytes, noise, longLine, wrong, std::string("[")}) {
+        SCOPED_TRACE(settings.substr(0, 40));
+        WriteDocuments();
+        fs::remove(home_ / "live.jpg");
+        Write("Tessaloom.INI", settings);
+        ChildProgram program(home_.Path(), RunsDocuments);
+        ASSERT_TRUE(Publishes()) << program.Log();
+        EndInOrder(program);
+        if (settings == bytes) {
+            EXPECT_EQ(Read("Tessaloom.INI"), settings) << "not a text, so left alone";
+        }
+        EXPECT_EQ(program.Log().find('\x1B'), std::string::npos);
+    }
+
+    fs::remove(home_ / "Tessaloom.INI");
+    fs::create_directory(home_ / "Tessaloom.INI");
+    fs::remove(home_ / "live.jpg");
+    ChildProgram program(home_.Path(), RunsDocuments);
+    ASSERT_TRUE(Publishes()) << program.Log();
+    EndInOrder(program);
+    EXPECT_TRUE(fs::is_empty(home_ / "Tessaloom.INI"));
+}
+
+TEST_F(ProgramTest, NamesTheSettingsThatItCouldNotUse) {
+    Write("Tessaloom.INI", "[General]\r\nStartupTop=high\r\nClearTypeContrast=5000\r\nAutoLoad=perhaps\r\n");
+    ChildProgram program(home_.Path(), {"--headless"});
+    ASSERT_TRUE(Becomes([&] { return Read("Tessaloom.INI").find("Orientation") != std::string::npos; }));
+    EndInOrder(program);
+    for (const char* fault : {"[General] StartupTop=high: not a number, 0 taken",
+                              "[General] ClearTypeContrast=5000: out of range, 2200 taken",
+                              "[General] AutoLoad=perhaps: neither True nor False, False taken"})
+        EXPECT_THAT(program.Log(), HasSubstr(home_.Path() + "\\Tessaloom.INI " + fault));
+}
+
+TEST_F(ProgramTest, WorksInAFolderThatItMayNotWriteTo) {
+    Write("p.por", Portfolio);
+    std::string canvas = Canvas;
+    canvas.replace(canvas.find("live.jpg"), 8, "out\\live.jpg");
+    Write("c.can", canvas);
+    fs::create_directory(home_ / "out");
+    chmod((home_ / "out").c_str(), 0777);
+    chmod(home_.Path().c_str(), 0555);
+    const ChildProgram::Options options{.environment = {}, .unprivileged = true};
+    {
+        ChildProgram probe(home_.Path(), {"--version"}, options);
+        if (probe.Status() != 0) GTEST_SKIP() << "the program lies where only its owner may run it";
+    }
+    {
+        ChildProgram program(home_.Path(), RunsDocuments, options);
+        ASSERT_TRUE(Publishes("out/live.jpg")) << program.Log();
+        EndInOrder(program);
+        EXPECT_THAT(program.Log(), HasSubstr("c.can cannot be written"));
+        EXPECT_THAT(program.Log(), HasSubstr("Tessaloom.INI cannot be written"));
+    }
+    EXPECT_EQ(Read("p.por"), Portfolio);
+    EXPECT_EQ(Read("c.can"), canvas);
+    EXPECT_FALSE(Exists("Tessaloom.INI"));
+    chmod(home_.Path().c_str(), 0755);
+}
+
+/// Where the system has the sources of locales, the C library writes decimal commas, too.
+TEST_F(ProgramTest, KeepsItsFilesFreeOfTheUsersDecimalComma) {
+    const TemporaryFolder locales;
+    const std::string make =
+        "localedef -i de_DE -f UTF-8 '" + (locales / "de_DE.UTF-8") + "' >/dev/null 2>&1";
+    if (std::system(make.c_str()) != 0) GTEST_SKIP() << "no German locale can be made here";
+    WriteDocuments();
+    Write("c.can", std::string(Canvas) + "RotationAngle=12.5\r\nShadowOffsetX=1.25\r\n");
+    Write("Tessaloom.INI", "[General]\r\nStationLatitude=50.25\r\nStationLongitude=-7.5\r\n");
+    ChildProgram program(home_.Path(), RunsDocuments,
+                         {
+                             .environment = {"LC_ALL=de_DE.UTF-8", "LOCPATH=" + locales.Path()}
+    });
+    ASSERT_TRUE(Publishes()) << program.Log();
+    EndInOrder(program);
+    EXPECT_THAT(Read("Tessaloom.INI"), HasSubstr("StationLatitude=50.25\r\nStationLongitude=-7.5\r\n"));
+    EXPECT_THAT(Read("Tessaloom.INI"), HasSubstr("StartupWidth=12000\r\n"));
+    for (const auto& [path, bytes] : List())
+        if (!path.ends_with(".jpg")) {
+            EXPECT_THAT(bytes, Not(ContainsRegex("=-?[0-9]+,[0-9]"))) << path;
+        }
+}
+
+/// Starts the program on documents that it completes, and kills it while it does, at a random moment.
+TEST_F(ProgramTest, LosesNoDocumentWhenItIsKilledWhileSaving) {
+    constexpr int Rounds = 200;
+    constexpr int Canvases = 6;
+    const TemporaryFolder home(TemporaryFolder::InMemory());
+    std::map<std::string, std::string> older, newer;
+    for (int i = 1; i <= Canvases; ++i) {
+        const std::string number = std::to_string(i);
+        older["p.por"] += "[Canvas0" + number + "]\r\nFileName=c" + number + ".can\r\n";
+        std::string& canvas = older["c" + number + ".can"] = "; mine\r\n[General]\r\nName=" + number + "\r\n";
+        for (int text = 11; text <= 40; ++text)
+            canvas += "[Text0" + std::to_string(text) + "]\r\nEnabled=True\r\n";
+    }
+    const auto lay = [&] {
+        for (const auto& [name, bytes] : older) std::ofstream(home / name, std::ios::binary) << bytes;
+    };
+    const auto settled = [&] { return Bytes(home / "p.por") != older["p.por"]; };
+
+    lay();
+    {
+        ChildProgram program(home.Path(), RunsDocuments);
+        ASSERT_TRUE(Becomes(settled)) << program.Log();
+        EndInOrder(program);
+    }
+    for (const auto& [name, bytes] : older) {
+        newer[name] = Bytes(home / name);
+        ASSERT_NE(newer[name], bytes);
+    }
+
+    // The time to the first and to the last document is learned while it goes.
+    std::mt19937 random(7);
+    double longest = 20;
+    int asLaid = 0, completed = 0, between = 0;
+    for (int round = 0; round < Rounds; ++round) {
+        lay();
+        std::size_t fresh = 0;
+        {
+            ChildProgram program(home.Path(), RunsDocuments);
+            const double moment = longest * std::uniform_real_distribution(0.2, 1.0)(random);
+            ASSERT_FALSE(program.EndsWithin(moment)) << program.Log();
+            program.Send(SIGKILL);
+            ASSERT_EQ(program.Status(), -SIGKILL);
+        }
+        for (const auto& [name, bytes] : older) {
+            const std::string found = Bytes(home / name);
+            ASSERT_TRUE(found == bytes || found == newer[name]) << name << " in round " << round;
+            fresh += found == bytes ? 0U : 1U;
+        }
+        asLaid += fresh == 0 ? 1 : 0;
+        completed += fresh == older.size() ? 1 : 0;
+        between += fresh > 0 && fresh < older.size() ? 1 : 0;
+        longest *= fresh == older.size() ? 0.97 : 1.04;
+    }
+    RecordProperty("KilledBetweenDocuments", between);
+    EXPECT_GT(asLaid, 0);
+    EXPECT_GT(completed + between, 0);
+
+    lay();
+    ChildProgram program(home.Path(), RunsDocuments);
+    EXPECT_TRUE(Becomes(settled));
+    EndInOrder(program);
+    for (const auto& entry : fs::directory_iterator(home.Path())) {
+        const std::string name = entry.path().filename().string();
+        EXPECT_TRUE(older.contains(name) || name == "Tessaloom.INI") << name << " was left behind";
+    }
+}
+
+}  // namespace
+}  // namespace tessaloom::testing
