@@ -168,17 +168,16 @@ void Image::MergeImageTo(DIB& destination, int x, int y) {
     }
 }
 
+/// Black, the shadow's ground, need not be left out: of two densities the larger one stays.
 void Image::MergeShadowTo(DIB& shadow, int x, int y) {
     const DIB& source = GetShadowDIB();
     if (!shadowEnabled_ || !source.DIBPtr() || !shadow.DIBPtr()) return;
-    // Black, the shadow's ground, is not drawn.
-    static constexpr int Black[4] = {0, 0, 0, 0};
     const auto offset =
         AlignmentOffset(alignment_, source.Width() - 2 * ShadowMargin, source.Height() - 2 * ShadowMargin);
     const int left = Clamped(x, Positions) + offset.x - ShadowMargin;
     const int top = Clamped(y, Positions) + offset.y - ShadowMargin;
     Merge(shadow.DIBPtr(), shadow.Width(), shadow.Height(), source.DIBPtr(), source.Width(), source.Height(),
-          left, shadow.Height() - source.Height() - top, 0, 0, 255, nullptr, 0, 0, Black, 1, -1);
+          left, shadow.Height() - source.Height() - top, 0, NoKeyColour, 255, nullptr, 0, 0, nullptr, 0, 0);
 }
 
 // --- Properties ---

@@ -36,7 +36,9 @@ struct Coverage {
     }
 
     /// The opacity of one component. map: 255 without a map; kept: from `Kept`.
-    int Of(int map, int kept) const { return By255(By255(opacity * map) * kept); }
+    int Of(int map, int kept) const {
+        return By255(static_cast<std::uint16_t>(By255(static_cast<std::uint16_t>(opacity * map)) * kept));
+    }
 
 private:
     static bool Matches(int colour, const int* group) {

@@ -1,3 +1,5 @@
+#include <cstring>
+
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/Coverage.h"
 #include "imaging/pixelops/Tessaloom.h"
@@ -8,28 +10,44 @@ using namespace tessaloom::pixelops;
 
 enum Mode { KeepDenser = 0, Darken = 1, Uniform = 2, Mapped = 3 };
 
+/// [dest * (65025 - density) / 65025] for density 0 .. 65025. Vector instructions have no division: the
+/// quotient is estimated, the estimate may be too small by one.
+int Darkened(int dest, int density) {
+    constexpr std::uint32_t Whole = 65025;
+    const auto light = static_cast<std::uint16_t>(Whole - static_cast<std::uint32_t>(density));
+    const std::uint32_t value =
+        static_cast<std::uint32_t>(static_cast<std::uint16_t>(dest)) * light + Whole / 2;
+    const std::uint32_t estimate = (value + (value >> 7)) >> 16;
+    const std::uint32_t rest = value - ((estimate << 16) - (estimate << 9) + estimate);
+    return static_cast<int>(estimate + (rest >= Whole ? 1 : 0));
+}
+
 template <Mode mode>
 int Laid(int dest, int source, int opacity) {
-    if constexpr (mode == KeepDenser) return std::max(dest, By255(source * opacity));
-    if constexpr (mode == Darken) return (dest * (65025 - source * opacity) + 32512) / 65025;
+    if constexpr (mode == KeepDenser)
+        return std::max<int>(dest, By255(static_cast<std::uint16_t>(source * opacity)));
+    if constexpr (mode == Darken) return Darkened(dest, source * opacity);
     return Blend(dest, source, opacity);
 }
 
-/// One row of a merge. `paint` steps by `paintStep` bytes a pixel: 3 along a source, 0 for one colour.
-/// `source` is what key and table see, `map` the coverage; either may be null.
+/// A piece of a row: small enough to pass over where nothing is laid down, as in most of a text's box.
+constexpr int PieceBytes = 96;
+
+/// One row of a merge. `source` is what key and table see, `map` the coverage; either may be null. One colour
+/// is given as a piece of it.
 struct Row {
     std::uint8_t* dest;
     const std::uint8_t* paint;
-    int paintStep;
+    int paintStep;  ///< Bytes from one pixel's paint to the next: 3 along a source, 0 for one colour.
     const std::uint8_t* source;
     const std::uint8_t* map;
     int width;
 };
 
 template <Mode mode>
-void MergeRow(Row row, const Coverage& coverage) {
+void MergePixels(Row row, const Coverage& coverage) {
     for (int x = 0; x < row.width; ++x) {
-        const int kept = row.source ? coverage.Kept(row.source) : 255;
+        const int kept = coverage.Kept(row.source);
         if (kept > 0) {
             for (int c = 0; c < 3; ++c) {
                 const int opacity = coverage.Of(row.map ? row.map[c] : 255, kept);
@@ -37,33 +55,62 @@ void MergeRow(Row row, const Coverage& coverage) {
             }
         }
         row.dest += 3;
+        row.source += 3;
         row.paint += row.paintStep;
-        if (row.source) row.source += 3;
         if (row.map) row.map += 3;
     }
 }
 
-/// The same for a source of which all pixels are laid down: without looking at pixels as such, in a loop that
-/// compilers turn into vector instructions.
+bool AllZero(const std::uint8_t* bytes, int count) {
+    std::uint64_t found = 0;
+    int i = 0;
+    for (; i + 8 <= count; i += 8) {
+        std::uint64_t eight;
+        std::memcpy(&eight, bytes + i, sizeof eight);
+        found |= eight;
+    }
+    for (; i < count; ++i) found |= bytes[i];
+    return found == 0;
+}
+
+/// `bytes` components of which all are laid down. The loops are such that compilers turn them into vector
+/// instructions.
+template <Mode mode>
+TESSALOOM_VECTORS void MergeBytes(std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t* map,
+                                  int bytes, int opacity) {
+    if (map) {
+        for (int i = 0; i < bytes; ++i)
+            dest[i] = static_cast<std::uint8_t>(
+                Laid<mode>(dest[i], paint[i], By255(static_cast<std::uint16_t>(opacity * map[i]))));
+    } else {
+        for (int i = 0; i < bytes; ++i)
+            dest[i] = static_cast<std::uint8_t>(Laid<mode>(dest[i], paint[i], opacity));
+    }
+}
+
 template <Mode mode>
 void MergeWholeRow(const Row& row, int opacity) {
     const int bytes = row.width * 3;
-    if (row.map) {
-        for (int i = 0; i < bytes; ++i)
-            row.dest[i] =
-                static_cast<std::uint8_t>(Laid<mode>(row.dest[i], row.paint[i], By255(opacity * row.map[i])));
-    } else {
-        for (int i = 0; i < bytes; ++i)
-            row.dest[i] = static_cast<std::uint8_t>(Laid<mode>(row.dest[i], row.paint[i], opacity));
+    if (opacity == 0) return;
+    if (mode == Uniform && opacity == 255 && !row.map && row.paintStep == 3) {
+        std::memmove(row.dest, row.paint, static_cast<std::size_t>(bytes));
+        return;
+    }
+    for (int i = 0; i < bytes; i += PieceBytes) {
+        const int count = std::min(PieceBytes, bytes - i);
+        const std::uint8_t* const paint = row.paintStep == 0 ? row.paint : row.paint + i;
+        const std::uint8_t* const map = row.map ? row.map + i : nullptr;
+        const bool nothing = map ? AllZero(map, count) : mode != Uniform && AllZero(paint, count);
+        if (!nothing) MergeBytes<mode>(row.dest + i, paint, map, count, opacity);
     }
 }
 
 template <Mode mode>
 void MergeAnyRow(const Row& row, const Coverage& coverage) {
-    if (!row.source && row.paintStep == 3)
-        MergeWholeRow<mode>(row, coverage.opacity);
+    if (row.source)
+        MergePixels<mode>(row, coverage);
     else
-        MergeRow<mode>(row, coverage);
+        MergeWholeRow<mode>(row, coverage.opacity);
 }
 
 void MergeRow(int mode, const Row& row, const Coverage& coverage) {
@@ -77,7 +124,7 @@ void MergeRow(int mode, const Row& row, const Coverage& coverage) {
     }
 }
 
-/// What `Merge` and `MergeText` share; `colour` is the text's blue, green and red, or null.
+/// What `Merge` and `MergeText` share; `colour` is a piece of the text's colour, or null.
 struct Layer {
     const std::uint8_t* source;
     int width, height;
@@ -124,9 +171,12 @@ int MergeText(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* So
     const std::uint8_t* map = OpacityMapPtr ? OpacityMapPtr : SourcePtr;
     if (!map || (OpacityMode == Mapped && !OpacityMapPtr)) return 0;
     const Coverage coverage(KeyColour, Opacity255, ColourTablePtr, ColourCount, TransparentEnabled);
-    const std::uint8_t colour[3] = {static_cast<std::uint8_t>(Blue(TextColour)),
-                                    static_cast<std::uint8_t>(Green(TextColour)),
-                                    static_cast<std::uint8_t>(Red(TextColour))};
+    std::uint8_t colour[PieceBytes];
+    for (int i = 0; i < PieceBytes; i += 3) {
+        colour[i] = static_cast<std::uint8_t>(Blue(TextColour));
+        colour[i + 1] = static_cast<std::uint8_t>(Green(TextColour));
+        colour[i + 2] = static_cast<std::uint8_t>(Red(TextColour));
+    }
     MergeLayer(DestPtr, DestWidth, DestHeight, {SourcePtr, SourceWidth, SourceHeight, map, colour}, X, Y,
                OpacityMode, coverage);
     return 0;

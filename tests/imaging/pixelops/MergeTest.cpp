@@ -53,6 +53,32 @@ TEST(Merge, LaysDownEachModeByItsFormula) {
     }
 }
 
+TEST(Merge, FollowsItsFormulasForAllValues) {
+    Bitmap source(256, 256, 0), before(256, 256, 0);
+    for (int d = 0; d < 256; ++d) {
+        for (int s = 0; s < 256; ++s) {
+            source.Set(s, d, s * 0x010101);
+            before.Set(s, d, d * 0x010101);
+        }
+    }
+    for (const int o : {1, 77, 178, 254, 255}) {
+        Bitmap merged[] = {before, before, before};
+        for (int mode = 0; mode < 3; ++mode)
+            MergeOnto(merged[mode], source, 0, 0, {.mode = mode, .opacity = o});
+        for (int d = 0; d < 256; ++d) {
+            for (int s = 0; s < 256; ++s) {
+                const auto values = [&] { return ::testing::Message() << d << ", " << s << ", " << o; };
+                const int denser = std::max(d, (s * o + 127) / 255);
+                const int darker = (d * (65025 - s * o) + 32512) / 65025;
+                const int blended = (d * (255 - o) + s * o + 127) / 255;
+                ASSERT_EQ(merged[0].Colour(s, d), denser * 0x010101) << values();
+                ASSERT_EQ(merged[1].Colour(s, d), darker * 0x010101) << values();
+                ASSERT_EQ(merged[2].Colour(s, d), blended * 0x010101) << values();
+            }
+        }
+    }
+}
+
 TEST(Merge, KeepsEqualColoursWhateverTheOpacity) {
     for (int colour = 0; colour < 256; ++colour)
         for (int opacity = 0; opacity < 256; ++opacity)
@@ -123,12 +149,16 @@ TEST(Merge, TakesOpacityFromTheMapForEachComponent) {
 }
 
 TEST(Merge, ComesToTheSameWhetherOrNotPixelsAreLookedAt) {
-    Bitmap source = Bitmap::Random(37, 5, 1), map = Bitmap::Random(37, 5, 2);
+    Bitmap source = Bitmap::Random(137, 5, 1), map = Bitmap::Random(137, 5, 2);
+    for (int x = 0; x < 100; ++x) {  // stretches without any density or coverage
+        source.Set(x, 1, 0);
+        map.Set(x + 30, 2, 0);
+    }
     for (int mode = 0; mode <= 3; ++mode) {
         for (const int opacity : {-3, 0, 1, 100, 254, 255, 300}) {
             for (Bitmap* used : {&map, static_cast<Bitmap*>(nullptr)}) {
                 SCOPED_TRACE(::testing::Message() << "mode " << mode << ", opacity " << opacity);
-                Bitmap plain = Bitmap::Random(37, 5, 3), keyed = plain;
+                Bitmap plain = Bitmap::Random(137, 5, 3), keyed = plain;
                 MergeOnto(plain, source, 0, 0, {.mode = mode, .opacity = opacity, .map = used});
                 // A table whose one group keeps all that it matches.
                 MergeOnto(keyed, source, 0, 0,
