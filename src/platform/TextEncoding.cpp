@@ -142,7 +142,8 @@ void FoldCase(std::string_view text, std::string& folded) {
     folded = text;
     for (std::size_t i = 0; i < folded.size(); ++i) {
         if (folded[i] >= 'A' && folded[i] <= 'Z') folded[i] = static_cast<char>(folded[i] + 32);
-        if (Byte(folded[i]) < 0x80 || i + 1 == folded.size()) continue;
+        const bool leadsTwoBytes = (Byte(folded[i]) & 0xE0) == 0xC0;  // no longer character has a case here
+        if (!leadsTwoBytes || i + 1 == folded.size()) continue;
         if (IsLatin1Capital(folded[i], folded[i + 1])) {
             folded[i + 1] = static_cast<char>(folded[i + 1] + 0x20);
         } else {

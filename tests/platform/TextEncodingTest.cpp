@@ -33,7 +33,14 @@ TEST(TextEncoding, FoldsLettersOnly) {
                        "BER \xC3\x97 [Z]"),
               "\xC3\xBC"
               "ber \xC3\x97 [z]");
-    EXPECT_EQ(FoldCase("\xC5\xA0\xC5\xB8\xE2\x82\xAC"), "\xC5\xA1\xC3\xBF\xE2\x82\xAC");
+    EXPECT_EQ(FoldCase("\xC5\xA0\xC5\xB8\xE2\x82\xAC"
+                       "A"),
+              "\xC5\xA1\xC3\xBF\xE2\x82\xAC"
+              "a");
+    EXPECT_EQ(FoldCase("\xF0\x9F\x98\x80"
+                       "B\xC3"),
+              "\xF0\x9F\x98\x80"
+              "b\xC3");
 }
 
 }  // namespace
