@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <optional>
 #include <span>
+#include <utility>
 
 #include "locale/Ascii.h"
 #include "locale/Conversion.h"
@@ -85,7 +86,7 @@ public:
     std::optional<double> Read() {
         for (SkipBlanks(); !rest_.empty(); SkipBlanks())
             if (!ReadPart()) return std::nullopt;
-        if (separatorPending_ || (!hasTime_ && !HasDate())) return std::nullopt;
+        if (separatorPending_ || markPending_ != 0 || (!hasTime_ && !HasDate())) return std::nullopt;
         if (!HasDate()) return JoinMoment(0, seconds_);
         const auto day = FindDay();
         return day ? std::optional(JoinMoment(*day, seconds_)) : std::nullopt;
@@ -93,6 +94,7 @@ public:
 
 private:
     bool HasDate() const { return count_ > 0 || month_ != 0; }
+    bool DateIsWhole() const { return count_ + (month_ != 0 ? 1 : 0) == 3; }
 
     void SkipBlanks() {
         while (!rest_.empty() && ascii::IsBlank(rest_.front())) rest_.remove_prefix(1);
@@ -100,7 +102,7 @@ private:
 
     /// One number of a date, one month's name, or a whole time, with the separator that may follow.
     bool ReadPart() {
-        if (!ascii::IsDigit(rest_.front())) return ReadMonth();
+        if (!ascii::IsDigit(rest_.front())) return ReadLeadingMark() || ReadMonth();
         const auto number = ReadNumber();
         if (!number) return false;
         SkipBlanks();
@@ -108,8 +110,19 @@ private:
         if (const auto mark = TakeMark()) return !separatorPending_ && SetTime(*number, 0, 0, mark);
         if (count_ == static_cast<int>(numbers_.size()) || !BeginDatePart()) return false;
         numbers_[static_cast<std::size_t>(count_++)] = *number;
-        separatorPending_ = TakeDateSeparator();
+        // some end a date with the separator
+        separatorPending_ =
+            TakeDateSeparator() && !(DateIsWhole() && user_.shortDate.ends_with(user_.dateSeparator));
         return true;
+    }
+
+    /// Whether the user writes the half of the day before the hour.
+    bool MarkLeads() const { return user_.time.starts_with("tt"); }
+
+    bool ReadLeadingMark() {
+        if (hasTime_ || separatorPending_ || markPending_ != 0 || !MarkLeads()) return false;
+        markPending_ = TakeOwnMark();
+        return markPending_ != 0;
     }
 
     /// A date is not interrupted by a time.
@@ -163,19 +176,28 @@ private:
     bool AtTimeSeparator() const {
         if (rest_.empty()) return false;
         if (rest_.front() != '.') return rest_.front() == ':';
-        const bool dateIsWhole = count_ + (month_ != 0 ? 1 : 0) == 3;
-        return user_.dateSeparator != "." || (user_.timeSeparator == "." && dateIsWhole);
+        return user_.dateSeparator != "." || (user_.timeSeparator == "." && DateIsWhole());
+    }
+
+    /// The user's marks may hold dots and blanks.
+    char TakeOwnMark() {
+        for (const auto& [text, mark] : {std::pair(&user_.amMark, 'a'), std::pair(&user_.pmMark, 'p')}) {
+            if (text->empty() || !ascii::StartsWithText(rest_, *text)) continue;
+            const auto after = rest_.substr(text->size());
+            if (!after.empty() && ascii::IsLetter(after.front())) continue;
+            rest_ = after;
+            return mark;
+        }
+        return 0;
     }
 
     /// 'a' or 'p' when a mark of the half of the day follows, which is then consumed.
     char TakeMark() {
+        if (const char own = MarkLeads() ? '\0' : TakeOwnMark()) return own;
         const auto word = PeekWord();
-        if (word.empty()) return 0;
         char mark = 0;
-        if (ascii::SameText(word, "AM") || ascii::SameText(word, "A") || ascii::SameText(word, user_.amMark))
-            mark = 'a';
-        if (ascii::SameText(word, "PM") || ascii::SameText(word, "P") || ascii::SameText(word, user_.pmMark))
-            mark = 'p';
+        if (ascii::SameText(word, "AM") || ascii::SameText(word, "A")) mark = 'a';
+        if (ascii::SameText(word, "PM") || ascii::SameText(word, "P")) mark = 'p';
         if (mark != 0) rest_.remove_prefix(word.size());
         return mark;
     }
@@ -196,6 +218,7 @@ private:
 
     bool SetTime(int hour, int minute, int second, char mark) {
         if (hasTime_ || hour > 23 || minute > 59 || second > 59) return false;
+        if (mark == 0) mark = std::exchange(markPending_, '\0');
         if (mark == 'a' && hour == 12) hour = 0;
         if (mark == 'p' && hour < 12) hour += 12;
         hasTime_ = true;
@@ -252,6 +275,7 @@ private:
     int seconds_ = 0;
     bool hasTime_ = false;
     bool timeAfterDate_ = false;
+    char markPending_ = 0;           ///< 'a' or 'p': the half of the day of the time that must follow.
     bool separatorPending_ = false;  ///< A date separator was read, so that another part must follow.
 };
 

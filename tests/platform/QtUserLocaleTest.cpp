@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QLocale>
 #include <tuple>
 
 #include "core/modNumbers.h"
@@ -43,17 +44,34 @@ TEST(QtUserLocale, ReadsTheGermanRowsUnderTheRealLocale) {
 }
 
 TEST(QtUserLocale, EveryLocaleReadsBackTheFilesThatItWrites) {
-    for (const char* name : {"en_US", "de_DE", "fr_FR", "de_CH", "sv_SE", "fi_FI", "ja_JP", "ar_EG", "hi_IN"}) {
+    const auto locales =
+        QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyTerritory);
+    EXPECT_GT(locales.size(), 100);
+    for (const QLocale& locale : locales) {
+        const std::string name = locale.name().toStdString();
         SCOPED_TRACE(name);
-        const auto user = QtUserLocale(name);
-        modNumbers::InitNumberFormat(user);
+        modNumbers::InitNumberFormat(QtUserLocale(name));
         for (const double value : {0.75, -12.75, 1234567.5, 1e-20, 1e20})
             EXPECT_EQ(modNumbers::Str2DblNI(modNumbers::CStrNI(value)), value);
         EXPECT_EQ(modNumbers::CDateNI(modNumbers::FormatNI(0.75, "HH:MM:SS")), 0.75);
-        const auto shown = TextFromDate(38965.75, user);
-        EXPECT_EQ(DateFromText(shown.value, user, 2026).value, 38965.75) << shown.value;
     }
     modNumbers::InitNumberFormat(UserLocale());
+}
+
+TEST(QtUserLocale, ReadsBackTheDatesThatItShows) {
+    for (const char* name : {"en_US", "en_CA", "de_DE", "de_CH", "fr_FR", "fr_CA", "es_US", "hr_HR",
+                             "hu_HU", "sv_SE", "fi_FI", "da_DK", "el_GR", "ru_RU", "ja_JP", "ko_KR",
+                             "zh_CN", "zh_HK", "zh_TW", "ta_IN", "ar_EG", "hi_IN"}) {
+        SCOPED_TRACE(name);
+        const auto user = QtUserLocale(name);
+        for (const double moment : {38965.75, 38965.0, 38965.25}) {
+            const auto shown = TextFromDate(moment, user);
+            EXPECT_EQ(DateFromText(shown.value, user, 2026).value, moment) << shown.value;
+        }
+    }
+    EXPECT_EQ(QtUserLocale("fr_CA").time, "HH:mm:ss");
+    EXPECT_EQ(QtUserLocale("ko_KR").time, "tt h:mm:ss");
+    EXPECT_EQ(QtUserLocale("zh_TW").time, "H:mm:ss");
 }
 
 }  // namespace

@@ -42,22 +42,38 @@ QString DatePattern(const QLocale& locale, QLocale::FormatType type) {
     return out;
 }
 
+/// What stands right between hours and minutes, if times of the files can be read back with it; else a colon.
+QChar TimeSeparatorOf(const QString& pattern) {
+    QChar separator = u':';
+    bool afterHours = false;
+    ForEachField(pattern, [&](const QString& field, bool) {
+        if (afterHours && field == u'.') separator = u'.';
+        afterHours = field.front().toLower() == u'h';
+    });
+    return separator;
+}
+
 /// The short time with seconds, in the notation of `UserLocale`: the toolkit's own has "h" for 24 hours, too,
-/// where no "AP" follows.
+/// where no "AP" follows. Words between hours and minutes give way to the separator, so that every time that
+/// is shown can be read.
 QString TimePattern(const QLocale& locale, QChar separator) {
     const QString pattern = Plain(locale.timeFormat(QLocale::ShortFormat));
     const bool twelveHours = pattern.contains(QLatin1String("ap"), Qt::CaseInsensitive);
     QString out;
+    bool afterHours = false;
     ForEachField(pattern, [&](const QString& field, bool isField) {
         const QChar letter = isField ? field.front().toLower() : QChar();
-        if (letter == u'a')
+        if (letter == u'a') {
             out += QLatin1String("tt");
-        else if (letter == u'h')
+        } else if (letter == u'h') {
             out += QString(field.size(), twelveHours ? u'h' : u'H');
-        else if (letter == u'm')
-            out += field + separator + QLatin1String("ss");
-        else if (letter != u'p' && letter != u's')
+            afterHours = true;
+        } else if (letter == u'm') {
+            out += separator + field + separator + QLatin1String("ss");
+            afterHours = false;
+        } else if (letter.isNull() && !afterHours) {
             out += field;
+        }
     });
     return out;
 }
@@ -83,7 +99,8 @@ std::string CurrencyPattern(const QLocale& locale, int number) {
     return Utf8(text);
 }
 
-/// Files can be read back only with a point or a comma, so another sign gives way to the point (and its comma).
+/// Files can be read back only with a point or a comma, so another sign gives way to the point (and its
+/// comma).
 void SetSeparators(UserLocale& user, const QLocale& locale) {
     const QString decimal = locale.decimalPoint();
     if (decimal != u'.' && decimal != u',') return;
@@ -100,7 +117,7 @@ UserLocale FromQt(const QLocale& locale) {
     user.negativeCurrency = CurrencyPattern(locale, -1);
 
     const QString shortDate = DatePattern(locale, QLocale::ShortFormat);
-    const QChar timeSeparator = SeparatorOf(Plain(locale.timeFormat(QLocale::ShortFormat)), u':');
+    const QChar timeSeparator = TimeSeparatorOf(Plain(locale.timeFormat(QLocale::ShortFormat)));
     user.shortDate = Utf8(shortDate);
     user.longDate = Utf8(DatePattern(locale, QLocale::LongFormat));
     user.time = Utf8(TimePattern(locale, timeSeparator));
