@@ -122,7 +122,8 @@ KeyFault TimeOfDay::Parse(const std::string& text, int& value) {
 }
 
 std::string TimeOfDay::Write(double seconds) {
-    return modNumbers::FormatNI(FormatDate{seconds / 86400}, "HH:MM:SS");
+    static const UserLocale WithColons;  // also where the user writes dots
+    return Format(FormatDate{seconds / 86400}, "HH:MM:SS", WithColons).value;
 }
 
 KeyFault Trimmed::Parse(const std::string& text, std::string_view& value) {

@@ -5,10 +5,12 @@
 #include <set>
 
 #include "core/Log.h"
+#include "core/modNumbers.h"
 #include "model/CanvasKeys.h"
 #include "model/Documents.h"
 #include "model/LongText.h"
 #include "model/PortfolioKeys.h"
+#include "support/TestLocales.h"
 
 namespace tessaloom::testing {
 namespace {
@@ -100,21 +102,30 @@ std::string OtherValue(const std::string& section, const ProfileKey& key, int nu
     return isNumber ? std::to_string(11 + number % 9) : key.value + "x" + std::to_string(number);
 }
 
-/// Each value differs from its default, so that a key that reaches the wrong member, or none, shows.
+/// Each value differs from its default, so that a key that reaches the wrong member, or none, shows. The file
+/// is the same whatever the user's own style.
 TEST_F(CanvasFileTest, EveryKeyIsReadAndWrittenBack) {
-    Write("c.can", Expected("completed.can"));
-    int number = 0;
-    for (const ProfileSection& section : profile.Sections("c.can"))
-        for (const ProfileKey& key : profile.Keys("c.can", section.name))
-            profile.Set("c.can", section.name, key.name, OtherValue(section.name, key, number++));
-    for (const char* layer : {"Text001", "Graphic001"}) profile.Set("c.can", layer, "Enabled", "False");
-    const std::string changed = files["c.can"].bytes;
-    Canvas& canvas = portfolio.Canvas(3);
-    canvas.SetFileName("c.can");
-    ASSERT_TRUE(canvas.LoadFile());
-    EXPECT_EQ(TakeFaults(), Faults{});
-    ASSERT_TRUE(canvas.SaveFile());
-    EXPECT_EQ(files["c.can"].bytes, changed);
+    auto danish = GermanLocale();
+    danish.timeSeparator = ".";
+    danish.time = "HH.mm.ss";
+    for (const UserLocale& user : {EnglishLocale(), danish}) {
+        SCOPED_TRACE(user.time);
+        modNumbers::InitNumberFormat(user);
+        Write("c.can", Expected("completed.can"));
+        int number = 0;
+        for (const ProfileSection& section : profile.Sections("c.can"))
+            for (const ProfileKey& key : profile.Keys("c.can", section.name))
+                profile.Set("c.can", section.name, key.name, OtherValue(section.name, key, number++));
+        for (const char* layer : {"Text001", "Graphic001"}) profile.Set("c.can", layer, "Enabled", "False");
+        const std::string changed = files["c.can"].bytes;
+        Canvas& canvas = portfolio.Canvas(3);
+        canvas.SetFileName("c.can");
+        ASSERT_TRUE(canvas.LoadFile());
+        EXPECT_EQ(TakeFaults(), Faults{});
+        ASSERT_TRUE(canvas.SaveFile());
+        EXPECT_EQ(files["c.can"].bytes, changed);
+    }
+    modNumbers::InitNumberFormat(UserLocale());
 }
 
 TEST_F(CanvasFileTest, ValuesOutOfRangeAreClampedAndReportedOnce) {
