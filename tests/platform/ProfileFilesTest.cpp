@@ -29,7 +29,9 @@ protected:
 };
 
 TEST_F(ProfileFilesTest, ReadsAsThePlatformOfOriginDoes) {
-    for (const testing::TsvRow& row : testing::ReadTsv(TEST_DATA "/vectors/profile_read.tsv")) {
+    const auto rows = testing::ReadTsv(TEST_DATA "/vectors/profile_read.tsv");
+    ASSERT_EQ(rows.size(), 34u);
+    for (const testing::TsvRow& row : rows) {
         SCOPED_TRACE(row[0]);
         memory_.DeleteFile(Path);
         if (row[1] != "<missing>") Given(row[1]);
@@ -41,7 +43,9 @@ TEST_F(ProfileFilesTest, ReadsAsThePlatformOfOriginDoes) {
 }
 
 TEST_F(ProfileFilesTest, WritesAsThePlatformOfOriginDoesAtOnceAndInATransaction) {
-    for (const testing::TsvRow& row : testing::ReadTsv(TEST_DATA "/vectors/profile_write.tsv")) {
+    const auto rows = testing::ReadTsv(TEST_DATA "/vectors/profile_write.tsv");
+    ASSERT_EQ(rows.size(), 18u);
+    for (const testing::TsvRow& row : rows) {
         for (const bool together : {false, true}) {
             SCOPED_TRACE(row[0]);
             memory_.DeleteFile(Path);
@@ -209,7 +213,7 @@ TEST_F(ProfileFilesTest, LeavesAloneWhatIsNoText) {
         EXPECT_FALSE(Set("k", "2"));
         profile_.Begin(Path);
         EXPECT_FALSE(profile_.RemoveSection(Path, "s"));
-        profile_.Commit(Path);
+        EXPECT_FALSE(profile_.Commit(Path));
     }
     EXPECT_EQ(profile_.State(Path), ProfileState::NotText);
     EXPECT_EQ(Bytes(), bytes);
@@ -224,6 +228,17 @@ TEST_F(ProfileFilesTest, LeavesAloneWhatIsNoText) {
     EXPECT_EQ(Get("s", "k"), "");
     EXPECT_TRUE(profile_.Set("b.ini", "s", "k", std::string_view("1\0x", 3)));
     EXPECT_EQ(profile_.State("b.ini"), ProfileState::Readable);
+}
+
+TEST_F(ProfileFilesTest, ReadsUpToALimitOfLines) {
+    std::string lines;
+    for (std::size_t i = 1; i < ProfileFiles::LineLimit; ++i) lines += "\r\n";
+    Given(lines + "[s]\r\n");
+    EXPECT_EQ(profile_.State(Path), ProfileState::Readable);
+    Given(lines + "[s]\r\nk=1\n");
+    EXPECT_EQ(profile_.State(Path), ProfileState::Unreadable);
+    EXPECT_FALSE(Set("k", "2"));
+    EXPECT_EQ(reports_, std::vector<std::string>{"a.ini cannot be read: it has too many lines"});
 }
 
 TEST_F(ProfileFilesTest, GoesOnAfterAFailureAndReportsItOnce) {

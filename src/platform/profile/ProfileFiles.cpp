@@ -14,6 +14,17 @@ namespace {
 /// So many parsed files are kept: more than a portfolio has.
 constexpr std::size_t KeptFiles = 64;
 
+/// The lines that end in CR LF, LF or CR.
+std::size_t LineCount(std::string_view bytes) {
+    std::size_t count = 0;
+    char before = 0;
+    for (const char c : bytes) {
+        count += c == '\r' || (c == '\n' && before != '\r') ? 1 : 0;
+        before = c;
+    }
+    return count;
+}
+
 /// A text as it may be stored: UTF-8, and no NUL, which would make the file no text any more.
 std::string Storable(std::string_view text) { return ToUtf8(text.substr(0, text.find('\0'))); }
 
@@ -158,6 +169,9 @@ bool ProfileFiles::Load(File& file) {
     if (bytes->find('\0') != bytes->npos) {
         file.Become(ProfileState::NotText);
         Fail(file, "is not text: it is left alone");
+    } else if (LineCount(*bytes) > LineLimit) {
+        file.Become(ProfileState::Unreadable);
+        Fail(file, "cannot be read: it has too many lines");
     } else {
         file.Become(ProfileState::Readable, ProfileDocument(*bytes));
     }
@@ -167,12 +181,12 @@ bool ProfileFiles::Load(File& file) {
 
 bool ProfileFiles::Apply(std::string_view path, Change change) {
     File& file = Open(path);
-    if (!file.Writable()) return Fail(file, "was not written, since it could not be read as text");
-    const bool changed = file.Apply(change);
+    const bool writable = file.Writable();
+    const bool changed = !writable || file.Apply(change);
     if (file.depth == 0) return !changed || Write(file);
     file.changed |= changed;
     file.changes.push_back(std::move(change));
-    return true;
+    return writable;
 }
 
 bool ProfileFiles::Write(File& file) {

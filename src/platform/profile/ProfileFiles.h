@@ -20,8 +20,10 @@ namespace tessaloom {
 /// changing keys within a transaction does not grow with the file.
 class ProfileFiles : public PrivateProfile {
 public:
-    /// Larger files count as unreadable.
+    /// Larger files count as unreadable, and so do those of more lines: each takes some hundred bytes of
+    /// memory.
     static constexpr std::size_t FileLimit = std::size_t{64} << 20;
+    static constexpr std::size_t LineLimit = 1'000'000;
 
     /// Told, in one sentence, of a file that is not text or cannot be read or written: once per file, until
     /// it has been written.
