@@ -1,10 +1,12 @@
 #include "platform/posix/PosixFileSystem.h"
 
 #include <fcntl.h>
+#include <grp.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -90,6 +92,50 @@ TEST_F(PosixFileSystemTest, ReplacesAFileAndKeepsItsPermissions) {
     EXPECT_FALSE(files_.ReplaceFile(In("b.ini"), "x"));
     EXPECT_EQ(Content(In("a.ini")) + Content(In("b.ini")), "secretsecret");
     EXPECT_EQ(Entries(), 2);
+}
+
+/// Runs `action` in a process of another user, who belongs to `group`, too.
+template <typename Action>
+bool SucceedsAs(uid_t user, gid_t group, Action&& action) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+        const bool other = ::setgroups(1, &group) == 0 && ::setgid(user) == 0 && ::setuid(user) == 0;
+        ::_exit(other && action() ? 0 : 1);
+    }
+    int status = 1;
+    return ::waitpid(child, &status, 0) == child && status == 0;
+}
+
+TEST_F(PosixFileSystemTest, GivesNoOtherGroupTheRightsOfTheOldOne) {
+    if (::geteuid() != 0) GTEST_SKIP() << "only root can make files of other users";
+    constexpr uid_t Owner = 60001, Colleague = 60002;
+    constexpr gid_t Shared = 60003, Foreign = 60004;
+    ::chmod(folder_.Path().c_str(), 0777);
+    const struct {
+        gid_t group;
+        unsigned mode;
+        bool replaced;
+        gid_t newGroup;
+        unsigned newMode;
+    } rows[] = {
+        {Shared,  0660, true,  Shared,    0660},
+        {Foreign, 0666, true,  Colleague, 0606},
+        {Foreign, 0664, false, Foreign,   0664}, // not ours to write
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.mode);
+        const std::string path = In("a.ini");
+        ASSERT_TRUE(files_.WriteFile(path, "old"));
+        ASSERT_EQ(::chown(path.c_str(), Owner, row.group), 0);
+        ASSERT_EQ(::chmod(path.c_str(), row.mode), 0);
+        EXPECT_EQ(SucceedsAs(Colleague, Shared, [&] { return files_.ReplaceFile(path, "new"); }),
+                  row.replaced);
+        struct stat status;
+        ASSERT_EQ(::stat(path.c_str(), &status), 0);
+        EXPECT_EQ(status.st_gid, row.newGroup);
+        EXPECT_EQ(Mode(path), row.newMode);
+        EXPECT_EQ(Content(path), row.replaced ? "new" : "old");
+    }
 }
 
 TEST_F(PosixFileSystemTest, ReplacesTheTargetOfALink) {

@@ -58,7 +58,8 @@ ssize_t ReadUpTo(int descriptor, char* to, std::size_t count) {
 
 /// Reads an open file whole. The size it had when opened is a hint: it may grow, and some files tell none.
 int ReadWhole(int descriptor, std::size_t sizeHint, std::size_t limit, std::string& bytes) {
-    std::size_t want = std::min(sizeHint, limit) + 1;
+    if (sizeHint > limit) return EFBIG;
+    std::size_t want = sizeHint + 1;
     for (std::size_t have = 0;; want = std::min(ChunkBytes, limit - have + 1)) {
         bytes.resize(have + want);
         const ssize_t got = ReadUpTo(descriptor, bytes.data() + have, want);

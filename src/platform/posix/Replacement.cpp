@@ -96,7 +96,8 @@ int Replacement::Begin(const std::string& path, Access access) {
     if (!exists && errno != ENOENT) return errno;
     if (exists && S_ISDIR(old.st_mode)) return EISDIR;
     if (exists && !S_ISREG(old.st_mode)) return EINVAL;
-    if (exists && !(old.st_mode & WriteBits)) return EACCES;
+    if (exists && !(old.st_mode & WriteBits)) return EACCES;  // root may write everything
+    if (exists && ::faccessat(AT_FDCWD, target_.c_str(), W_OK, AT_EACCESS) != 0) return errno;
     const bool usual = !exists && access == Access::Keep;
     if (const int error = OpenBeside(usual ? NewFileMode : OwnerMode)) return error;
     return exists ? TakePermissions(old, access) : 0;
@@ -118,11 +119,15 @@ int Replacement::OpenBeside(mode_t mode) {
 int Replacement::TakePermissions(const struct stat& old, Access access) {
     struct stat fresh;
     if (::fstat(file_.Number(), &fresh) != 0) return errno;
-    // Only root may give a file away; for others it becomes theirs, as any file that an editor saves.
-    const bool foreign = fresh.st_uid != old.st_uid || fresh.st_gid != old.st_gid;
-    const bool given = foreign && ::fchown(file_.Number(), old.st_uid, old.st_gid) == 0;
+    // Only root may give a file away; for others it becomes theirs, as any file that an editor saves. Its
+    // group stays where they belong to it; another group gets none of the old one's rights.
+    constexpr uid_t SameUser = static_cast<uid_t>(-1);
+    const bool otherUser = fresh.st_uid != old.st_uid, otherGroup = fresh.st_gid != old.st_gid;
     mode_t mode = old.st_mode & PermissionBits;
-    if (foreign && !given) mode &= ~mode_t{S_ISUID | S_ISGID};
+    if ((otherUser || otherGroup) && ::fchown(file_.Number(), old.st_uid, old.st_gid) != 0) {
+        mode &= ~mode_t{S_ISUID | S_ISGID};
+        if (otherGroup && ::fchown(file_.Number(), SameUser, old.st_gid) != 0) mode &= ~mode_t{S_IRWXG};
+    }
     if (access == Access::OwnerOnly) mode &= ~OthersBits;
     return SetMode(mode);
 }
@@ -134,9 +139,9 @@ int Replacement::Write(std::string_view bytes) { return WriteAll(file_.Number(),
 int Replacement::Publish(bool durable) {
     if (durable && ::fsync(file_.Number()) != 0) return errno;
     if (::rename(beside_.c_str(), target_.c_str()) != 0) return errno;
-    const bool closed = file_.Close();
+    const int error = file_.Close() ? 0 : errno;
     RemoveLeftovers();
-    return closed ? 0 : errno;
+    return error;
 }
 
 void Replacement::RemoveLeftovers() {
