@@ -1,7 +1,7 @@
 #include "core/modNumbers.h"
 
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 
 #include "core/ErrorReport.h"
 #include "locale/Ascii.h"
@@ -28,8 +28,9 @@ State& Process() {
 
 int CurrentYear() {
     if (Process().currentYear != 0) return Process().currentYear;
-    const auto today = std::chrono::floor<std::chrono::days>(std::chrono::system_clock::now());
-    return static_cast<int>(std::chrono::year_month_day(today).year());
+    const std::time_t now = std::time(nullptr);
+    std::tm local = {};
+    return ::localtime_r(&now, &local) ? local.tm_year + 1900 : 1970;
 }
 
 void ReplaceFirst(std::string& text, char from, char to) {

@@ -30,7 +30,7 @@ int DecimalIsComma();
 /// dots.
 int TimeSeparatorIsDot();
 
-/// The year of dates without one; 0 (the initial value) takes that of the system's clock.
+/// The year of dates without one; 0 (the initial value) takes that of the system's local date.
 void SetCurrentYear(int year);
 
 /// True for "true", "yes" and any number but 0; everything else is false. Never reports.
