@@ -54,7 +54,7 @@ SetupFault ReadWhole(std::string_view text, int& value, Range<int> allowed) {
     double number = 0;
     if (const SetupFault fault = ReadReal(text, number); fault != SetupFault::None) return fault;
     // There is no reading for what is below; what is above reads as "no limit".
-    const bool readable = number >= INT32_MIN;
+    const bool readable = number >= INT32_MIN - 0.5;
     const int read = readable ? modNumbers::Str2LngNI(text) : 0;
     value = Clamped(read, allowed);
     return readable && value == read ? SetupFault::None : SetupFault::OutOfRange;

@@ -18,6 +18,7 @@ TEST(MaskSecrets, HidesUserAndPasswordOfEveryAddress) {
         {"two http://a:b@c/d and http://e:f@g/h", "two http://***@c/d and http://***@g/h"},
         {"http://token@host?x=1@2",               "http://***@host?x=1@2"                },
         {"broken ://",                            "broken ://"                           },
+        {"rtsp://joe:two words@cam/live",         "rtsp://***@cam/live"                  },
     };
     for (const auto& row : rows) EXPECT_EQ(MaskSecrets(row.text), row.masked);
 }
@@ -27,10 +28,10 @@ TEST(Log, WritesOneLineAnEvent) {
     const LogSink before = SetLogSink([&](LogLevel level, std::string_view line) {
         lines.push_back(std::string(NameOf(level)) + ": " + std::string(line));
     });
-    Log(LogLevel::Error, "first\r\nsecond\nthird\n");
+    Log(LogLevel::Error, "first\r\nsecond\nthird\x1B[31m\n");
     Log(LogLevel::Debug, "http://a:b@c");
     SetLogSink(before);
-    EXPECT_EQ(lines, (std::vector<std::string>{"err: first | second | third", "debug: http://***@c"}));
+    EXPECT_EQ(lines, (std::vector<std::string>{"err: first | second | third?[31m", "debug: http://***@c"}));
 }
 
 TEST(LogLevel, IsFoundByItsName) {

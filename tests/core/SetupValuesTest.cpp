@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <vector>
+
+#include "core/ErrorReport.h"
 #include "core/INI.h"
+#include "core/Log.h"
 #include "platform/profile/ProfileFiles.h"
 #include "support/MemoryFileSystem.h"
 
@@ -63,6 +67,39 @@ TEST_F(SetupValuesTest, ReadsWhatTheUserWroteAndWritesItInItsOwnForm) {
         "StartupHeight=-7\nStartupTop=300\nStartupLeft=200\nStartupState=0\nStationLongitude=-71.25\n"
         "StationLatitude=0.5\nClearTypeContrast=2200\nClearTypeOrientation=0\n"
         "StartupLastNonMinimizedState=2\r\n");
+}
+
+TEST_F(SetupValuesTest, TellsOnceOfEachValueThatItCannotUse) {
+    const struct {
+        const char *setting, *told;
+    } rows[] = {
+        {"StationLatitude=north",    "not a number, 0 taken"              },
+        {"StationLatitude=1e999",    "not a number, 0 taken"              },
+        {"StartupTop=3x",            "not a number, 0 taken"              },
+        {"StartupTop=-1e300",        "out of range, 0 taken"              },
+        {"StartupTop=-2147483649",   "out of range, 0 taken"              },
+        {"StartupTop=-2147483648.5", nullptr                              },
+        {"ClearTypeOrientation=7",   "out of range, 1 taken"              },
+        {"ClearTypeContrast=100",    "out of range, 1000 taken"           },
+        {"AutoLoad=perhaps",         "neither True nor False, False taken"},
+        {"AutoLoad=No",              nullptr                              },
+        {"StartupWidth=9000000000",  nullptr                              },
+    };
+    std::vector<std::string> told;
+    const ErrorReporter reporter =
+        SetErrorReporter([&](const ErrorReport& report) { told.push_back(report.description); });
+    const LogSink sink = SetLogSink([&](LogLevel, std::string_view line) { told.emplace_back(line); });
+    for (const auto& row : rows) {
+        files_["Tessaloom.INI"].bytes = std::string("[General]\n") + row.setting + "\n";
+        told.clear();
+        LoadSetup(ini_, 15, 15);
+        std::vector<std::string> expected;
+        if (row.told)
+            expected.push_back(std::string("Tessaloom.INI [General] ") + row.setting + ": " + row.told);
+        EXPECT_EQ(told, expected) << row.setting;
+    }
+    SetLogSink(sink);
+    SetErrorReporter(reporter);
 }
 
 TEST_F(SetupValuesTest, ForgetsTheLastPortfolioWithoutAutoLoad) {

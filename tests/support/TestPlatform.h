@@ -29,12 +29,14 @@ public:
     std::vector<std::string> shown;   ///< "title: text" of message boxes, the titles of other dialogs.
     std::vector<std::string> status;  ///< Status lines; "" for each time that it was hidden.
     bool person = true;
+    std::function<void()> whileShown;  ///< What goes on while the next box or dialog is open.
     std::deque<Answer> answers;
     std::deque<std::optional<std::string>> texts, openFiles, saveFiles;
 
     bool Interactive() const override { return person; }
     Answer MessageBox(std::string_view text, std::string_view title, Buttons buttons = Buttons::Ok) override {
         shown.push_back(std::string(title).append(": ").append(text));
+        if (const auto meanwhile = std::exchange(whileShown, {})) meanwhile();
         if (!answers.empty()) return Next(answers);
         switch (buttons) {
             case Buttons::Ok:

@@ -134,6 +134,19 @@ TEST_F(DocumentCommandsTest, SaveAllWritesEveryCanvasOrThoseThatChanged) {
     }
 }
 
+TEST_F(DocumentCommandsTest, KeepsThePortfolioOpenWhenACanvasCannotBeSaved) {
+    Portfolio& old = New();
+    NewCanvas();
+    it_.dialogs.saveFiles = {"p.por", "c.can"};
+    ASSERT_TRUE(SaveAllProc(true));
+    it_.files.WriteFile("c.can", std::string_view("\0", 1));  // never written to
+    old.Canvas(1).SetName("B");
+    it_.dialogs.answers = {Answer::Yes};
+    PortfolioNew();
+    EXPECT_EQ(OpenPortfolio(), &old);
+    EXPECT_EQ(old.Canvas(1).Name(), "B");
+}
+
 TEST_F(DocumentCommandsTest, RefusesATwentyFirstCanvas) {
     Portfolio& portfolio = New();
     for (int i = 0; i < 20; ++i) NewCanvas();
@@ -156,10 +169,13 @@ TEST_F(DocumentCommandsTest, RefusesATwentyFirstCanvas) {
 
 TEST_F(DocumentCommandsTest, MakesNoCanvasWithoutAName) {
     Portfolio& portfolio = New();
-    it_.dialogs.texts = {std::nullopt};
+    it_.dialogs.texts = {std::nullopt, ""};
     CanvasNew();
-    EXPECT_EQ(Shown(), Lines{"Canvas Name"});
+    CanvasNew();
+    EXPECT_EQ(Shown(), (Lines{"Canvas Name", "Canvas Name"}));
     EXPECT_EQ(portfolio.CanvasesOpen(), 0);
+    for (const int slot : {-1, 0, 1, 21}) EXPECT_FALSE(CanvasSaveAsProc(slot));
+    EXPECT_TRUE(Shown().empty());
 }
 
 TEST_F(DocumentCommandsTest, OpensACanvasOnce) {

@@ -4,6 +4,7 @@
 
 #include "core/RunFlags.h"
 #include "core/SetupValues.h"
+#include "core/main/DocumentCommands.h"
 #include "core/main/modMain.h"
 #include "model/Portfolio.h"
 #include "script/host/Script.h"
@@ -215,6 +216,54 @@ TEST_F(ClosingTest, AsksNothingWhenTheSystemEndsTheProgramOrNobodyIsThere) {
         EXPECT_EQ(modMain::OpenPortfolio(), nullptr);
         EXPECT_TRUE(it_.dialogs.shown.empty());
     }
+}
+
+TEST_F(ClosingTest, HappensOnceHoweverOftenItIsAskedFor) {
+    int asked = 0;
+    StartWithScript([&] {
+        ++asked;
+        EXPECT_FALSE(modMain::MDIForm_QueryUnload(modMain::CloseCause::Person));
+        it_.timer.Tick();
+    });
+    EXPECT_TRUE(modMain::MDIForm_QueryUnload(modMain::CloseCause::Person));
+    EXPECT_EQ(asked, 2);
+    EXPECT_EQ(std::count(it_.mainWindow.calls.begin(), it_.mainWindow.calls.end(), "Unload"), 1);
+}
+
+TEST_F(ClosingTest, WaitsForTheBoxOfACommand) {
+    Start();
+    it_.dialogs.whileShown = [&] {
+        Flags().running = false;
+        it_.timer.Tick();
+        EXPECT_NE(modMain::OpenPortfolio(), nullptr);
+    };
+    modMain::PortfolioNew();
+    it_.timer.Tick();
+    EXPECT_EQ(modMain::OpenPortfolio(), nullptr);
+    EXPECT_EQ(it_.mainWindow.calls.back(), "Unload");
+}
+
+TEST_F(ClosingTest, FollowsASignalEvenWhenThePersonThenSaysCancel) {
+    StartWithScript().SetNeedSaving(true);
+    it_.dialogs.answers = {Answer::Cancel};
+    it_.dialogs.whileShown = [] {
+        Flags().withoutQuestions = true;
+        Flags().running = false;
+    };
+    EXPECT_FALSE(modMain::MDIForm_QueryUnload(modMain::CloseCause::Person));
+    it_.timer.Tick();
+    EXPECT_EQ(modMain::OpenPortfolio(), nullptr);
+}
+
+TEST_F(ClosingTest, ReloadRunsNoScriptThatIsSwitchedOff) {
+    Portfolio& portfolio = StartWithScript();
+    portfolio.Script().SetEnabled(false);
+    engine_.calls.clear();
+    modMain::ReloadSources();
+    EXPECT_FALSE(portfolio.Script().Ready());
+    portfolio.Script().SetEnabled(true);
+    modMain::ReloadSources();
+    EXPECT_TRUE(portfolio.Script().Ready());
 }
 
 TEST_F(ClosingTest, EndsWithoutAPortfolioToo) {
