@@ -2,6 +2,8 @@
 
 #include "core/ErrorReport.h"
 #include "core/modNumbers.h"
+#include "locale/DateParts.h"
+#include "locale/Error.h"
 #include "platform/FileSystem.h"
 #include "text/WeatherRecord.h"
 #include "time/modTime.h"
@@ -16,6 +18,7 @@ namespace {
 constexpr std::string_view Module = "VWS.cls";
 constexpr std::string_view MissingText = "-1000";
 constexpr std::size_t LargestFile = 65536;
+constexpr double RoundingError = 1e-12;  ///< Of sums of sines, by their terms: opposite winds leave no more.
 constexpr double DegreesPerRadian = 180 / std::numbers::pi;
 
 /// What survives a restart, in the order of the file; the day to which it belongs comes first.
@@ -25,16 +28,26 @@ constexpr int DailyValues[] = {VWS::MaxTempToday,     VWS::MinTempToday,     VWS
 
 bool InRange(int k, int size) { return k >= 0 && k < size; }
 
-double NumberIn(std::string_view text) {
-    double number = 0;
-    return modNumbers::TryDblNI(text, number) ? number : 0;
+bool IsBlank(std::string_view text) { return text.find_first_not_of(" \t\r\n") == text.npos; }
+
+bool Names(std::string_view text, int number) {
+    double value = 0;
+    return modNumbers::TryDblNI(text, value) && value == number;
 }
 
-/// "2026-3-9 14:05:30": read alike in every locale.
-double MomentOf(const std::vector<std::string>& fields) {
-    return modNumbers::CDateNI(fields[2] + "-" + fields[3] + "-" + fields[4] + " " + fields[5] + ":" +
-                               fields[6] + ":" + fields[7]);
+/// "2026-3-9 14:05:30", which reads alike in every locale. Nothing when there is no such date.
+std::optional<double> MomentOf(const std::vector<std::string>& fields) {
+    const double moment = modNumbers::CDateNI(fields[2] + "-" + fields[3] + "-" + fields[4] + " " +
+                                              fields[5] + ":" + fields[6] + ":" + fields[7]);
+    const auto parts = PartsOfMoment(moment);
+    // What is no date in this order may still be one with day and month exchanged.
+    if (moment == 0 || !parts || !Names(fields[3], parts->month) || !Names(fields[4], parts->day))
+        return std::nullopt;
+    return moment;
 }
+
+/// True for a text that a station's program ends with its line: nothing of it can be missing.
+bool EndsItsLine(std::string_view text) { return text.ends_with('\n') || text.ends_with('\r'); }
 
 double TrendOf(double rate, double threshold) {
     if (rate >= threshold) return 1;
@@ -53,24 +66,42 @@ VWS::VWS(SettingsOwner& owner, const PresentTime& time, FileSystem& files)
 
 bool VWS::GetCSVData() {
     return Trap({Module, "GetCSVData"}, [&] {
+        if (!lastDataLoaded_) LoadLastData();
+        const auto before = files_.Stamp(file_);
         const auto text = files_.ReadFile(file_, LargestFile);
         dataValid_ = text.has_value();
-        if (!text) return false;
+        if (!text) return Failed("cannot be read: " + files_.LastFailure());
+        if (IsBeingWritten(before, *text)) return false;
         const auto fields = SplitWeatherRecord(*text);
-        if (!fields) return false;
-        const double moment = MomentOf(*fields);
-        if (moment == lastTime_) return false;  // the station has written nothing new
-        if (!lastDataLoaded_) LoadLastData();
-        Take(*fields, moment);
+        if (!fields) return Failed("holds no whole record of a known version");
+        const auto moment = MomentOf(*fields);
+        if (!moment) return Failed("holds a date that does not exist");
+        failures_ = 0;
+        if (*moment == lastTime_) return false;  // the station has written nothing new
+        Take(*fields, *moment);
         return true;
     });
 }
 
+bool VWS::Failed(const std::string& what) {
+    if (++failures_ == 2) throw Error(ErrorNumber::DeviceIO, "The weather file " + file_ + " " + what);
+    return false;
+}
+
+/// A last field that is cut short cannot be told from a whole one, so a file written this very moment is put
+/// off, but only once in a row: the station may keep the same time as we do.
+bool VWS::IsBeingWritten(const std::optional<FileStamp>& before, std::string_view text) {
+    if (files_.Stamp(file_) != before) return true;
+    const bool young = before && !before->settled && !EndsItsLine(text);
+    putOff_ = young && !putOff_;
+    return putOff_;
+}
+
 void VWS::Take(const std::vector<std::string>& fields, double moment) {
     for (std::size_t k = 1; k < texts_.size(); ++k) {
-        const bool present = k < fields.size();
-        texts_[k] = present ? fields[k] : std::string(MissingText);
-        data_[k] = present ? NumberIn(fields[k]) : Missing;
+        const bool present = k < fields.size() && !IsBlank(fields[k]);
+        texts_[k] = present ? std::string_view(fields[k]) : MissingText;
+        data_[k] = present ? modNumbers::Str2DblNI(fields[k]) : Missing;
     }
     const double day = std::floor(moment);
     const bool newDay = day != dailyDate_;
@@ -81,7 +112,8 @@ void VWS::Take(const std::vector<std::string>& fields, double moment) {
     if (databaseEnabled_) AddToDatabase(moment);
     lastTime_ = moment;
     const auto changed = [&](int k) { return before[static_cast<std::size_t>(k)] != CSVData(k); };
-    if (newDay || std::any_of(std::begin(DailyValues), std::end(DailyValues), changed)) SaveLastData();
+    unsaved_ = unsaved_ || newDay || std::any_of(std::begin(DailyValues), std::end(DailyValues), changed);
+    if (unsaved_) SaveLastData();
 }
 
 void VWS::ResetDailyData() {
@@ -116,36 +148,41 @@ double VWS::SeaLevelPressure() const {
     const double outdoors = CSVData(OutdoorTemperature);
     const double celsius = temperatureUnits_ == 1 ? (outdoors - 32) / 1.8 : outdoors;
     const double meanKelvin = celsius + 273.15 + 0.003255 * metres;
-    return CSVData(Barometer) * std::exp(9.81 * metres / 287 / meanKelvin);
+    if (metres == 0) return CSVData(Barometer);
+    const double pressure = CSVData(Barometer) * std::exp(9.81 * metres / 287 / meanKelvin);
+    return std::isfinite(pressure) ? pressure : Missing;  // a temperature below absolute zero
 }
 
 void VWS::AddToDatabase(double moment) {
-    if (database_.empty()) database_.resize(DatabaseRecords);
-    database_[static_cast<std::size_t>(head_)] = {moment, data_};
+    const auto head = static_cast<std::size_t>(head_);
+    if (head == database_.size()) database_.emplace_back();
+    database_[head] = {moment, data_};
     ProcessNewDatabaseData();
     head_ = (head_ + 1) % DatabaseRecords;
     if (head_ == tail_) tail_ = (tail_ + 1) % DatabaseRecords;
 }
 
-/// The mean wind as a vector, each record weighing as long as it was in force: opposite winds cancel.
+/// The mean wind as a vector, each record weighing as long as it was in force: opposite winds cancel. What
+/// lies before a step back in time (daylight saving ends) cannot be weighed against what follows.
 void VWS::ProcessNewDatabaseData() {
     const auto number = [](const Kept& kept, int k) { return kept.data[static_cast<std::size_t>(k)]; };
     const Kept& newest = database_[static_cast<std::size_t>(head_)];
     const double oldest = newest.moment - windStatisticsInterval_ / modTime::SecondsPerDay - 1e-9;
-    double east = 0, north = 0, weight = 0, gust = number(newest, Gust);
+    double east = 0, north = 0, path = 0, weight = 0, gust = number(newest, Gust);
     double following = newest.moment;
     for (int i = head_; i != tail_;) {
         i = (i + DatabaseRecords - 1) % DatabaseRecords;
         const Kept& kept = database_[static_cast<std::size_t>(i)];
-        if (kept.moment < oldest) break;
-        const double span = following - kept.moment;
+        if (kept.moment < oldest || kept.moment > following) break;
+        const double span = std::round((following - kept.moment) * modTime::SecondsPerDay);
         following = kept.moment;
         gust = std::max(gust, number(kept, Gust));
-        if (span <= 0 || number(kept, WindSpeed) == Missing || number(kept, WindDirection) == Missing)
-            continue;
+        if (number(kept, WindSpeed) == Missing || number(kept, WindDirection) == Missing) continue;
         const double angle = number(kept, WindDirection) / DegreesPerRadian;
-        east += std::sin(angle) * number(kept, WindSpeed) * span;
-        north += std::cos(angle) * number(kept, WindSpeed) * span;
+        const double distance = number(kept, WindSpeed) * span;
+        east += std::sin(angle) * distance;
+        north += std::cos(angle) * distance;
+        path += std::abs(distance);
         weight += span;
     }
     if (weight == 0) {
@@ -154,10 +191,11 @@ void VWS::ProcessNewDatabaseData() {
         At(StatGust) = At(Gust);
         return;
     }
-    const double speed = std::hypot(east, north) / weight;
-    At(StatWind) = speed;
+    const double length = std::hypot(east, north);
+    const bool calm = !(length > path * RoundingError);  // also where speeds are beyond all numbers
+    At(StatWind) = calm ? 0 : length / weight;
     At(StatGust) = gust;
-    if (east == 0 && north == 0) return;  // no direction: the one before stays
+    if (calm) return;  // no direction: the one before stays
     const double direction = std::atan2(east, north) * DegreesPerRadian;
     At(StatDirection) = direction < 0 ? direction + 360 : direction;
 }
@@ -167,7 +205,9 @@ void VWS::SaveLastData() {
         if (dailyDate_ == 0) return;
         std::string line = modNumbers::CStrNI(dailyDate_);
         for (const int k : DailyValues) line.append(1, ',').append(modNumbers::CStrNI(CSVData(k)));
-        files_.ReplaceFile(LastDataFile, line + "\r\n");
+        if (!files_.ReplaceFile(LastDataFile, line + "\r\n"))
+            throw Error(ErrorNumber::DeviceIO, std::string(LastDataFile) + ": " + files_.LastFailure());
+        unsaved_ = false;
     });
 }
 

@@ -7,7 +7,8 @@
 
 #include <array>
 #include <cstddef>
-#include <span>
+#include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -15,6 +16,7 @@
 namespace tessaloom {
 
 class FileSystem;
+struct FileStamp;
 
 /// The weather input: a one-record file that a weather station's program rewrites with its latest readings.
 ///
@@ -60,17 +62,19 @@ public:
 
     static constexpr std::string_view LastDataFile = "lastdata.csv";  ///< In the directory of the start.
 
-    /// Records that the history keeps: a little over four hours at the usual 15 s.
-    static constexpr int DatabaseRecords = 1000;
+    /// Records that the history holds, with the free place between its ends: 41 hours at the usual 15 s.
+    static constexpr int DatabaseRecords = 10000;
 
     /// All outlive the object. `time` is the capture time of the portfolio.
     VWS(SettingsOwner& owner, const PresentTime& time, FileSystem& files);
 
     /// Reads the file. True when it held a new record, which is then taken: readings, derived values,
-    /// history. A file that cannot be read, or holds no whole record, leaves the previous readings in place.
+    /// history. A file that cannot be read, is being written, or holds no whole record leaves the previous
+    /// readings in place; it is reported when that happens twice in a row.
     bool GetCSVData();
 
     /// Keeps the daily values in `LastDataFile`, or takes them from there, so that they survive a restart.
+    /// The first reading takes them, each record that changes them keeps them.
     void SaveLastData();
     void LoadLastData();
 
@@ -131,7 +135,7 @@ public:
     /// Reading or derived value k, 0 .. 119; `Missing` for any other k.
     double CSVData(int k) const;
 
-    /// Text of field k as read, 0 .. 99; "-1000" when missing and for any other k.
+    /// Text of field k as read, 0 .. 99; "-1000" when missing (as an empty field is) and for any other k.
     const std::string& CSVDataS(int k) const;
 
     /// For scripts; any other k is ignored.
@@ -161,6 +165,8 @@ private:
         if (Store(field, value, range)) owner_.SettingChanged();
     }
 
+    bool Failed(const std::string& what);
+    bool IsBeingWritten(const std::optional<FileStamp>& before, std::string_view text);
     void Take(const std::vector<std::string>& fields, double moment);
     void ResetDailyData();
     void ProcessNewData();
@@ -192,11 +198,14 @@ private:
     bool dataValid_ = false;
     double dailyDate_ = 0;  ///< The day to which the daily values belong; 0: none yet.
     bool lastDataLoaded_ = false;
+    bool unsaved_ = false;  ///< Daily values changed that `LastDataFile` does not hold yet.
+    bool putOff_ = false;   ///< The last reading left a file that had just been written for the next one.
+    int failures_ = 0;      ///< Readings in a row without a whole record.
     Record data_;
     std::array<std::string, Texts> texts_;
 
     bool databaseEnabled_ = true;
-    std::vector<Kept> database_;  ///< Allocated with the first record.
+    std::deque<Kept> database_;  ///< Grows up to `DatabaseRecords`.
     int head_ = 0, tail_ = 0;
 };
 

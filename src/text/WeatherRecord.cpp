@@ -1,6 +1,7 @@
 #include "text/WeatherRecord.h"
 
 #include "core/modNumbers.h"
+#include "platform/TextEncoding.h"
 
 namespace tessaloom {
 namespace {
@@ -28,14 +29,16 @@ bool IsKnown(std::string_view version, std::size_t lastField) {
 
 }  // namespace
 
-std::optional<std::vector<std::string>> SplitWeatherRecord(std::string_view text) {
-    if (text.size() > LongestText) return std::nullopt;
+std::optional<std::vector<std::string>> SplitWeatherRecord(std::string_view bytes) {
+    const std::string whole = ToUtf8(bytes);
+    std::string_view text = whole;
+    if (FirstCharacters(text, LongestText).size() < text.size()) return std::nullopt;
     while (!text.empty() && (text.back() == '\r' || text.back() == '\n')) text.remove_suffix(1);
     std::vector<std::string> fields;
     for (std::size_t comma; (comma = text.find(',')) != std::string_view::npos; text.remove_prefix(comma + 1))
         fields.emplace_back(text.substr(0, comma));
     fields.emplace_back(text);
-    fields.emplace_back();  // as if the file ended with a comma
+    fields.emplace_back();  // as if one more comma stood at the end
     if (!IsKnown(fields[VersionField], fields.size() - 1)) return std::nullopt;
     return fields;
 }
