@@ -3,7 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <QLocale>
+#include <array>
 #include <tuple>
+#include <utility>
+#include <vector>
 
 #include "core/modNumbers.h"
 #include "locale/Conversion.h"
@@ -72,6 +75,55 @@ TEST(QtUserLocale, ReadsBackTheDatesThatItShows) {
     EXPECT_EQ(QtUserLocale("fr_CA").time, "HH:mm:ss");
     EXPECT_EQ(QtUserLocale("ko_KR").time, "tt h:mm:ss");
     EXPECT_EQ(QtUserLocale("zh_TW").time, "H:mm:ss");
+}
+
+/// The session's environment with nothing said of locales; put back at the end.
+class CleanEnvironment {
+public:
+    CleanEnvironment() {
+        for (const char* name : Names) {
+            values_.push_back(qgetenv(name));
+            qunsetenv(name);
+        }
+    }
+    ~CleanEnvironment() {
+        for (std::size_t i = 0; i < values_.size(); ++i)
+            values_[i].isNull() ? qunsetenv(Names[i]) : qputenv(Names[i], values_[i]);
+    }
+
+private:
+    static constexpr std::array Names = {"LC_ALL", "LC_NUMERIC", "LC_MONETARY", "LC_TIME", "LANG"};
+    std::vector<QByteArray> values_;
+};
+
+TEST(QtUserLocale, FollowsTheCategoriesOfTheSession) {
+    using Variables = std::vector<std::pair<const char*, const char*>>;
+    const struct {
+        Variables variables;
+        const char *decimal, *shortDate, *time;
+    } rows[] = {
+        {{},                                                   ".", "M/d/yyyy",   "h:mm:ss tt"},
+        {{{"LANG", "de_DE.UTF-8"}},                            ",", "dd.MM.yyyy", "HH:mm:ss"  },
+        {{{"LANG", "C.UTF-8"}, {"LC_NUMERIC", "de_DE.UTF-8"}}, ",", "M/d/yyyy",   "h:mm:ss tt"},
+        {{{"LANG", "de_DE.UTF-8"}, {"LC_NUMERIC", "C"}},       ".", "dd.MM.yyyy", "HH:mm:ss"  },
+        {{{"LANG", "en_US.UTF-8"}, {"LC_TIME", "de_DE@euro"}}, ".", "dd.MM.yyyy", "HH:mm:ss"  },
+        {{{"LANG", "de_DE.UTF-8"}, {"LC_ALL", "en_US"}},       ".", "M/d/yyyy",   "h:mm:ss tt"},
+        {{{"LANG", "de_DE.UTF-8"}, {"LC_ALL", ""}},            ",", "dd.MM.yyyy", "HH:mm:ss"  },
+        {{{"LANG", "de_DE.UTF-8"}, {"LC_TIME", "POSIX"}},      ",", "M/d/yyyy",   "h:mm:ss tt"},
+    };
+    for (const auto& row : rows) {
+        const CleanEnvironment clean;
+        std::string trace;
+        for (const auto& [name, value] : row.variables) {
+            qputenv(name, value);
+            trace += std::string(name) + "=" + value + " ";
+        }
+        SCOPED_TRACE(trace);
+        const auto user = QtUserLocale();
+        EXPECT_EQ(user.decimal, row.decimal);
+        EXPECT_EQ(user.shortDate, row.shortDate);
+        EXPECT_EQ(user.time, row.time);
+    }
 }
 
 }  // namespace

@@ -54,28 +54,27 @@ QChar TimeSeparatorOf(const QString& pattern) {
 }
 
 /// The short time with seconds, in the notation of `UserLocale`: the toolkit's own has "h" for 24 hours, too,
-/// where no "AP" follows. Words between hours and minutes give way to the separator, so that every time that
-/// is shown can be read.
+/// where no "AP" follows. Whatever stands between hours, minutes and seconds gives way to the separator, so
+/// that every time that is shown can be read.
 QString TimePattern(const QLocale& locale, QChar separator) {
     const QString pattern = Plain(locale.timeFormat(QLocale::ShortFormat));
     const bool twelveHours = pattern.contains(QLatin1String("ap"), Qt::CaseInsensitive);
-    QString out;
-    bool afterHours = false;
+    QString out, between;  // since the last field
     ForEachField(pattern, [&](const QString& field, bool isField) {
-        const QChar letter = isField ? field.front().toLower() : QChar();
-        if (letter == u'a') {
-            out += QLatin1String("tt");
-        } else if (letter == u'h') {
-            out += QString(field.size(), twelveHours ? u'h' : u'H');
-            afterHours = true;
-        } else if (letter == u'm') {
-            out += separator + field + separator + QLatin1String("ss");
-            afterHours = false;
-        } else if (letter.isNull() && !afterHours) {
-            out += field;
+        if (!isField) {
+            between += field;
+            return;
         }
+        const QChar letter = field.front().toLower();
+        if (letter == u'a')
+            out += between + QLatin1String("tt");
+        else if (letter == u'h')
+            out += between + QString(field.size(), twelveHours ? u'h' : u'H');
+        else if (letter == u'm')
+            out += separator + field + separator + QLatin1String("ss");
+        if (letter != u'p') between.clear();
     });
-    return out;
+    return out + between;
 }
 
 DateOrder OrderOf(const QString& pattern) {
@@ -108,14 +107,13 @@ void SetSeparators(UserLocale& user, const QLocale& locale) {
     user.grouping = Utf8(locale.groupSeparator());
 }
 
-UserLocale FromQt(const QLocale& locale) {
-    UserLocale user;
-    if (locale.language() == QLocale::C) return user;
-    SetSeparators(user, locale);
+void SetAmounts(UserLocale& user, const QLocale& locale) {
     if (const auto sign = locale.currencySymbol(); !sign.isEmpty()) user.currency = Utf8(sign);
     user.positiveCurrency = CurrencyPattern(locale, 1);
     user.negativeCurrency = CurrencyPattern(locale, -1);
+}
 
+void SetDatesAndTimes(UserLocale& user, const QLocale& locale) {
     const QString shortDate = DatePattern(locale, QLocale::ShortFormat);
     const QChar timeSeparator = TimeSeparatorOf(Plain(locale.timeFormat(QLocale::ShortFormat)));
     user.shortDate = Utf8(shortDate);
@@ -124,8 +122,8 @@ UserLocale FromQt(const QLocale& locale) {
     user.dateOrder = OrderOf(shortDate);
     user.dateSeparator = Utf8(SeparatorOf(shortDate, u'/'));
     user.timeSeparator = Utf8(timeSeparator);
-    user.amMark = Utf8(locale.amText());
-    user.pmMark = Utf8(locale.pmText());
+    user.amMark = Utf8(Plain(locale.amText()));
+    user.pmMark = Utf8(Plain(locale.pmText()));
 
     user.firstWeekday = locale.firstDayOfWeek() % 7 + 1;  // the toolkit counts from Monday
     for (int i = 0; i < 7; ++i) {
@@ -139,14 +137,31 @@ UserLocale FromQt(const QLocale& locale) {
         user.months[at] = Utf8(locale.standaloneMonthName(i + 1, QLocale::LongFormat));
         user.shortMonths[at] = Utf8(locale.standaloneMonthName(i + 1, QLocale::ShortFormat));
     }
+}
+
+UserLocale Combined(const QLocale& numbers, const QLocale& amounts, const QLocale& times) {
+    UserLocale user;
+    if (numbers.language() != QLocale::C) SetSeparators(user, numbers);
+    if (amounts.language() != QLocale::C) SetAmounts(user, amounts);
+    if (times.language() != QLocale::C) SetDatesAndTimes(user, times);
     return user;
+}
+
+/// What the environment says of one category. The toolkit's own locale of the system is not asked: it knows
+/// no categories where the main language is "C", as on many servers.
+QLocale SessionLocale(const char* category) {
+    for (const char* variable : {"LC_ALL", category, "LANG"})
+        if (!qEnvironmentVariableIsEmpty(variable)) return QLocale(qEnvironmentVariable(variable));
+    return QLocale::c();
 }
 
 }  // namespace
 
 UserLocale QtUserLocale(std::string_view name) {
-    if (name.empty()) return FromQt(QLocale::system());
-    return FromQt(QLocale(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size()))));
+    if (name.empty())
+        return Combined(SessionLocale("LC_NUMERIC"), SessionLocale("LC_MONETARY"), SessionLocale("LC_TIME"));
+    const QLocale locale(QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())));
+    return Combined(locale, locale, locale);
 }
 
 }  // namespace tessaloom
