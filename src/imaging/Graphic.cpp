@@ -72,9 +72,9 @@ void Graphic::MergeImageTo(DIB& canvas) {
     Trap({Module, "MergeImageTo"}, [&] { image_.MergeImageTo(canvas, x_, y_); });
 }
 
-void Graphic::MergeShadowTo(DIB& shadow) {
-    Trap({Module, "MergeShadowTo"},
-         [&] { image_.MergeShadowTo(shadow, x_ + shadowOffsetX_, y_ + shadowOffsetY_); });
+RowRange Graphic::MergeShadowTo(DIB& shadow) {
+    return Trap({Module, "MergeShadowTo"},
+                [&] { return image_.MergeShadowTo(shadow, x_ + shadowOffsetX_, y_ + shadowOffsetY_); });
 }
 
 void Graphic::UnloadClass() {

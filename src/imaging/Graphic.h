@@ -5,6 +5,7 @@
 
 #include "imaging/Image.h"
 #include "imaging/LayerHost.h"
+#include "imaging/RowRange.h"
 #include "time/Schedule.h"
 #include "time/TimedActivity.h"
 
@@ -38,8 +39,9 @@ public:
     /// Lays the layer's picture onto `canvas`.
     void MergeImageTo(DIB& canvas);
 
-    /// Adds the layer's shadow to `shadow`, a bitmap of the canvas's size. Nothing without shadow.
-    void MergeShadowTo(DIB& shadow);
+    /// Adds the layer's shadow to `shadow`, a bitmap of the canvas's size, and returns the rows outside of
+    /// which nothing was changed. Nothing without shadow.
+    RowRange MergeShadowTo(DIB& shadow);
 
     /// The layer's pictures and what they were made of are released.
     void UnloadClass();

@@ -169,15 +169,18 @@ void Image::MergeImageTo(DIB& destination, int x, int y) {
 }
 
 /// Black, the shadow's ground, need not be left out: of two densities the larger one stays.
-void Image::MergeShadowTo(DIB& shadow, int x, int y) {
+RowRange Image::MergeShadowTo(DIB& shadow, int x, int y) {
     const DIB& source = GetShadowDIB();
-    if (!shadowEnabled_ || !source.DIBPtr() || !shadow.DIBPtr()) return;
+    if (!shadowEnabled_ || !source.DIBPtr() || !shadow.DIBPtr()) return {};
     const auto offset =
         AlignmentOffset(alignment_, source.Width() - 2 * ShadowMargin, source.Height() - 2 * ShadowMargin);
     const int left = Clamped(x, Positions) + offset.x - ShadowMargin;
     const int top = Clamped(y, Positions) + offset.y - ShadowMargin;
+    const int fromBottom = shadow.Height() - source.Height() - top;
     Merge(shadow.DIBPtr(), shadow.Width(), shadow.Height(), source.DIBPtr(), source.Width(), source.Height(),
-          left, shadow.Height() - source.Height() - top, 0, NoKeyColour, 255, nullptr, 0, 0, nullptr, 0, 0);
+          left, fromBottom, 0, NoKeyColour, 255, nullptr, 0, 0, nullptr, 0, 0);
+    const Range<int> rows{0, shadow.Height()};
+    return {Clamped(fromBottom, rows), Clamped(fromBottom + source.Height(), rows)};
 }
 
 // --- Properties ---

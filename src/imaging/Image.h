@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "imaging/DIB.h"
+#include "imaging/RowRange.h"
 #include "imaging/pixelops/Rotation.h"
 
 namespace tessaloom {
@@ -133,8 +134,9 @@ public:
     /// Lays the final picture onto `destination`.
     void MergeImageTo(DIB& destination, int x, int y);
 
-    /// Adds the shadow's density to `shadow`, a bitmap of the canvas's size. Nothing without shadow.
-    void MergeShadowTo(DIB& shadow, int x, int y);
+    /// Adds the shadow's density to `shadow`, a bitmap of the canvas's size. Nothing without shadow. Returns
+    /// the rows outside of which nothing was changed.
+    RowRange MergeShadowTo(DIB& shadow, int x, int y);
 
     // --- Properties ---
 

@@ -52,10 +52,6 @@ int FreeSlot(const Layers& layers) {
     return 0;
 }
 
-bool IsBlack(const std::uint8_t* row, std::size_t bytes) {
-    return bytes == 0 || (row[0] == 0 && std::memcmp(row, row + 1, bytes - 1) == 0);
-}
-
 }  // namespace
 
 Canvas::Canvas(Portfolio& portfolio, int slot) : portfolio_(portfolio), slot_(slot) { MakeParts(); }
@@ -279,26 +275,24 @@ void Canvas::ComposeShadow(int pass) {
     if (std::ranges::none_of(passGraphics_, casts) && std::ranges::none_of(passTexts_, casts)) return;
 
     ShadowBitmap& shadow = shadows_[Index(pass)];
-    if (shadow.dib.Width() != width_ || shadow.dib.Height() != height_) shadow.firstRow = shadow.endRow = 0;
+    if (shadow.dib.Width() != width_ || shadow.dib.Height() != height_) shadow.rows = {};
     shadow.dib.SetWidthHeight(width_, height_);
-    std::uint8_t* const rows = shadow.dib.DIBPtr();
-    if (!rows || !picture_.DIBPtr()) return;
+    if (!shadow.dib.DIBPtr() || !picture_.DIBPtr()) return;
     const auto stride = static_cast<std::size_t>(shadow.dib.Stride());
-    std::memset(rows + Index(shadow.firstRow) * stride, 0, Index(shadow.endRow - shadow.firstRow) * stride);
+    const auto bytesBelow = [stride](int rows) { return Index(rows) * stride; };
+    std::memset(shadow.dib.DIBPtr() + bytesBelow(shadow.rows.first), 0, bytesBelow(shadow.rows.Count()));
 
+    RowRange rows;
     for (tessaloom::Graphic* graphic : passGraphics_)
-        if (graphic->Shadow()) graphic->MergeShadowTo(shadow.dib);
+        if (graphic->Shadow()) rows.Include(graphic->MergeShadowTo(shadow.dib));
     for (tessaloom::Text* text : passTexts_)
-        if (text->Shadow()) text->MergeShadowTo(shadow.dib);
+        if (text->Shadow()) rows.Include(text->MergeShadowTo(shadow.dib));
+    shadow.rows = rows;
 
-    int& first = shadow.firstRow;
-    int& end = shadow.endRow;
-    for (first = 0; first < height_ && IsBlack(rows + Index(first) * stride, stride);) ++first;
-    for (end = height_; end > first && IsBlack(rows + Index(end - 1) * stride, stride);) --end;
     constexpr int Darkening = 1, NoKeyColour = 0x1000000;
-    const int opacity = To255(shadowIntensity_);
-    Merge(picture_.DIBPtr() + Index(first) * stride, width_, end - first, rows + Index(first) * stride,
-          width_, end - first, 0, 0, Darkening, NoKeyColour, opacity, nullptr, 0, 0, nullptr, 0, 0);
+    const std::size_t below = bytesBelow(rows.first);
+    Merge(picture_.DIBPtr() + below, width_, rows.Count(), shadow.dib.DIBPtr() + below, width_, rows.Count(),
+          0, 0, Darkening, NoKeyColour, To255(shadowIntensity_), nullptr, 0, 0, nullptr, 0, 0);
 }
 
 void Canvas::CopyTofrmMain() {
@@ -335,7 +329,7 @@ void Canvas::CanvasUnload() {
         picture_.UnloadClass();
         for (ShadowBitmap& shadow : shadows_) {
             shadow.dib.UnloadClass();
-            shadow.firstRow = shadow.endRow = 0;
+            shadow.rows = {};
         }
         visible_ = false;
         enabled_ = false;

@@ -8,6 +8,7 @@
 
 #include "imaging/DIB.h"
 #include "imaging/LayerHost.h"
+#include "imaging/RowRange.h"
 #include "model/CanvasView.h"
 #include "model/DocumentFault.h"
 #include "time/LayerTimingTable.h"
@@ -80,8 +81,8 @@ public:
     /// voided.
     void RestartTimes();
 
-    /// Releases the layers, the bitmaps and the window and leaves the slot free. Settings stay as they are until
-    /// `Portfolio::ResetCanvas` puts a new canvas there.
+    /// Releases the layers, the bitmaps and the window and leaves the slot free. Settings stay as they are
+    /// until `Portfolio::ResetCanvas` puts a new canvas there.
     void CanvasUnload();
 
     // Layers; slots 1 .. 100. An empty slot, and a number outside, gives null.
@@ -177,10 +178,10 @@ public:
     void ScheduleStateChanged() override { ForceRedraw(); }
 
 private:
-    /// The collected shadows of one pass: density on black. Only rows of the band hold any.
+    /// The collected shadows of one pass: density on black. Only `rows` hold any.
     struct ShadowBitmap {
         DIB dib;
-        int firstRow = 0, endRow = 0;  ///< In memory order, the end excluded.
+        RowRange rows;
     };
 
     /// A layer with a daily window, to be asked on every tick.

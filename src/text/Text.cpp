@@ -122,9 +122,10 @@ void Text::MergeImageTo(DIB& canvas) {
     });
 }
 
-void Text::MergeShadowTo(DIB& shadow) {
-    Trap({Module, "MergeShadowTo"}, [&] {
-        if (!blank_) image_.MergeShadowTo(shadow, x_ + shadowOffsetX_, y_ + shadowOffsetY_);
+RowRange Text::MergeShadowTo(DIB& shadow) {
+    return Trap({Module, "MergeShadowTo"}, [&] {
+        if (blank_) return RowRange();
+        return image_.MergeShadowTo(shadow, x_ + shadowOffsetX_, y_ + shadowOffsetY_);
     });
 }
 
