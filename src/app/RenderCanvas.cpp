@@ -67,8 +67,12 @@ int RenderCanvas(Platform& platform, const std::string& canvasFile, const std::s
     JpegEncoder encoder(platform.jpegCodec);
     encoder.BeginPass(canvas.Picture());
     const std::string bytes = Bytes(encoder.Bytes(canvas.Saves().FixedQuality()));
-    if (bytes.empty() || !platform.fileSystem.ReplaceFile(out, bytes)) {
-        Log(LogLevel::Error, "Cannot write " + out);
+    if (bytes.empty()) {
+        Log(LogLevel::Error, "Cannot encode the picture of " + canvasFile);
+        return ExitStatus::Failure;
+    }
+    if (!platform.fileSystem.ReplaceFile(out, bytes)) {
+        Log(LogLevel::Error, "Cannot write " + out + ": " + platform.fileSystem.LastFailure());
         return ExitStatus::Failure;
     }
     return ExitStatus::Success;
