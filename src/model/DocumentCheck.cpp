@@ -99,8 +99,20 @@ void Checker::CheckPortfolio(std::string path) {
 
     std::vector<std::pair<std::string, int>> canvases;
     for (int slot = 1; slot <= Portfolio::MaxCanvas; ++slot) {
-        std::string canvas = reader.Peek(PortfolioFile::CanvasSection(slot), "FileName");
-        if (!canvas.empty()) canvases.emplace_back(std::move(canvas), slot);
+        const std::string section = PortfolioFile::CanvasSection(slot);
+        std::string canvas = reader.Peek(section, "FileName");
+        if (canvas.empty()) continue;
+        const auto sameFile = [&](std::string_view other) {
+            return platform_.fileSystem.SameFile(canvas, other);
+        };
+        const auto earlier = std::ranges::find_if(canvases, sameFile, &std::pair<std::string, int>::first);
+        if (sameFile(path_))
+            Add(section, "FileName", canvas, "the file of the portfolio itself, the slot is left out");
+        else if (earlier != canvases.end())
+            Add(section, "FileName", canvas,
+                "the file of " + PortfolioFile::CanvasSection(earlier->second) + ", the slot is left out");
+        else
+            canvases.emplace_back(std::move(canvas), slot);
     }
     End(reader);
     for (auto& [canvas, slot] : canvases) CheckCanvas(std::move(canvas), slot);

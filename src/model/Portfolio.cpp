@@ -8,6 +8,7 @@
 #include "model/Canvas.h"
 #include "model/DocumentReader.h"
 #include "model/PortfolioFile.h"
+#include "platform/FileSystem.h"
 #include "platform/Platform.h"
 #include "platform/PrivateProfile.h"
 #include "publish/VideoStreaming.h"
@@ -183,6 +184,14 @@ int Portfolio::FreeCanvasSlot() const {
     for (int slot = 1; slot <= MaxCanvas; ++slot)
         if (!Canvas(slot).Enabled() && unloadedNames_[Index(slot)].empty()) return slot;
     return kept;
+}
+
+int Portfolio::SlotOfFile(std::string_view path) const {
+    if (path.empty()) return 0;
+    for (int slot = 1; slot <= MaxCanvas; ++slot)
+        if (Canvas(slot).Enabled() && platform_.fileSystem.SameFile(Canvas(slot).FileName(), path))
+            return slot;
+    return 0;
 }
 
 int Portfolio::CanvasesOpen() const {

@@ -46,8 +46,8 @@ public:
 
     /// Reads `FileName` and the canvases it names, then calls the script's start-up hook when it is enabled.
     /// False when the file cannot be read as text; whatever could be loaded is there. A missing file is made.
-    /// A canvas that cannot be loaded leaves its slot out with a fault; its name is kept in the portfolio's
-    /// file.
+    /// A canvas that cannot be loaded, or whose file is in use already, leaves its slot out with a fault; its
+    /// name is kept in the portfolio's file.
     bool LoadFile(Reading reading = Reading::Completing);
 
     /// Writes `FileName` as one transaction and clears `NeedSaving`. The canvas files are not written.
@@ -95,6 +95,9 @@ public:
 
     /// The lowest canvas slot that is not in use; 0 when all are.
     int FreeCanvasSlot() const;
+
+    /// The slot in use whose canvas has the file at `path`, however that is written; 0 when none has.
+    int SlotOfFile(std::string_view path) const;
 
     /// The number of slots in use.
     int CanvasesOpen() const;
@@ -171,7 +174,7 @@ private:
     CanvasViewFactory viewFactory_;
 
     std::array<std::unique_ptr<tessaloom::Canvas>, MaxCanvas + 1> canvases_;  ///< Slot 0 is null.
-    std::array<std::string, MaxCanvas + 1> unloadedNames_;  ///< Files of slots that could not be loaded.
+    std::array<std::string, MaxCanvas + 1> unloadedNames_;  ///< Files of slots that were left out.
     std::array<std::unique_ptr<tessaloom::VideoFeed>, MaxFeed> feeds_;
     std::vector<std::unique_ptr<InputDevice>> inputDevices_;
     std::unique_ptr<tessaloom::WebServer> webServer_;

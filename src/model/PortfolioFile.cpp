@@ -5,6 +5,8 @@
 #include "model/DocumentReader.h"
 #include "model/Portfolio.h"
 #include "model/PortfolioKeys.h"
+#include "platform/FileSystem.h"
+#include "platform/Platform.h"
 
 namespace tessaloom {
 
@@ -40,20 +42,36 @@ void PortfolioFile::LoadCanvases(DocumentReader& reader) {
         keptName.clear();
         if (reader.ReadingMode() == DocumentReader::Mode::Checking) continue;
         if (portfolio_.Canvas(slot).Enabled()) portfolio_.ResetCanvas(slot);
-        if (path.empty()) continue;
-        Canvas& canvas = portfolio_.Canvas(slot);
-        canvas.SetFileName(path);
-        const bool completing = reader.ReadingMode() == DocumentReader::Mode::Completing;
-        if (!canvas.LoadFile(completing ? Reading::Completing : Reading::Passive)) {
-            canvas.SetFileName("");
-            canvas.SetNeedSaving(false);
-            keptName = path;
-            continue;
-        }
-        canvas.SetEnabled(true);
-        canvas.SetVisible(true);
-        canvas.ActivitateFormTimer();
+        if (!path.empty() && !OpenCanvas(reader, slot, path)) keptName = path;
     }
+}
+
+/// Two slots with one file would undo each other's changes, and a canvas would fill the portfolio's own file
+/// with its settings.
+bool PortfolioFile::OpenCanvas(const DocumentReader& reader, int slot, const std::string& path) {
+    if (const std::string use = UseOf(path); !use.empty()) {
+        reader.Fault(CanvasSection(slot), "FileName", path, use + ", the slot is left out");
+        return false;
+    }
+    Canvas& canvas = portfolio_.Canvas(slot);
+    canvas.SetFileName(path);
+    const bool completing = reader.ReadingMode() == DocumentReader::Mode::Completing;
+    if (!canvas.LoadFile(completing ? Reading::Completing : Reading::Passive)) {
+        canvas.SetFileName("");
+        canvas.SetNeedSaving(false);
+        return false;
+    }
+    canvas.SetEnabled(true);
+    canvas.SetVisible(true);
+    canvas.ActivitateFormTimer();
+    return true;
+}
+
+std::string PortfolioFile::UseOf(const std::string& path) const {
+    if (portfolio_.PlatformServices().fileSystem.SameFile(path, portfolio_.FileName()))
+        return "the file of the portfolio itself";
+    const int slot = portfolio_.SlotOfFile(path);
+    return slot == 0 ? std::string() : "the file of " + CanvasSection(slot);
 }
 
 void PortfolioFile::LoadFeeds(DocumentReader& reader) {

@@ -29,6 +29,8 @@ public:
 private:
     void LoadCanvases(DocumentReader& reader);
     void LoadFeeds(DocumentReader& reader);
+    bool OpenCanvas(const DocumentReader& reader, int slot, const std::string& path);
+    std::string UseOf(const std::string& path) const;
     std::string CanvasName(int slot) const;
 
     Portfolio& portfolio_;

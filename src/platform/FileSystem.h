@@ -49,6 +49,10 @@ public:
     /// Nothing when there is no such file.
     virtual std::optional<FileStamp> Stamp(std::string_view path) const = 0;
 
+    /// Whether both paths lead to one file, also through links or other ways to write them. Paths at which
+    /// nothing lies yet are compared as texts.
+    bool SameFile(std::string_view one, std::string_view other) const;
+
     /// The whole file; nothing when it cannot be read or holds more than `limit` bytes.
     virtual std::optional<std::string> ReadFile(std::string_view path, std::size_t limit = DefaultLimit) = 0;
 

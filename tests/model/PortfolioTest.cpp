@@ -110,6 +110,28 @@ TEST_F(PortfolioTest, CanvasThatCannotBeLoadedKeepsItsNameInTheFile) {
     EXPECT_EQ(Value("p.por", "Canvas01", "FileName"), "new.can");
 }
 
+TEST_F(PortfolioTest, FileThatIsInUseAlreadyIsNotOpenedASecondTime) {
+    const std::string names =
+        "[Canvas01]\r\nFileName=f/"
+        "a.can\r\n[Canvas02]\r\nFileName=f\\a.can\r\n[Canvas03]\r\nFileName=p.por\r\n";
+    Write("f/a.can", "[General]\r\nName=A\r\n");
+    const std::vector<std::string> expected = {
+        "p.por [Canvas02] FileName=f\\a.can: the file of Canvas01, the slot is left out",
+        "p.por [Canvas03] FileName=p.por: the file of the portfolio itself, the slot is left out",
+    };
+    ASSERT_TRUE(Load(names));
+    EXPECT_EQ(portfolio.CanvasesOpen(), 1);
+    ASSERT_EQ(faults.size(), expected.size());
+    for (std::size_t i = 0; i < expected.size(); ++i) EXPECT_EQ(faults[i].Text(), expected[i]);
+    EXPECT_TRUE(profile.Keys("p.por", "General").empty()) << "no canvas was put into the portfolio";
+    ASSERT_TRUE(portfolio.SaveFile());
+    EXPECT_EQ(Value("p.por", "Canvas02", "FileName"), "f\\a.can");
+    EXPECT_EQ(Value("p.por", "Canvas03", "FileName"), "p.por");
+    const auto checked = CheckDocument(platform, "p.por");
+    ASSERT_EQ(checked.size(), 2U);
+    EXPECT_EQ(checked[0].Text(), "p.por(4) [Canvas02]" + expected[0].substr(expected[0].find("] ") + 1));
+}
+
 TEST_F(PortfolioTest, SaveCanvasesWritesThoseThatChanged) {
     for (int slot : {1, 2, 3}) Open(slot).SetFileName("c" + std::to_string(slot) + ".can");
     portfolio.Canvas(2).SetNeedSaving(false);

@@ -1,6 +1,5 @@
 #include "core/main/DocumentCommands.h"
 
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
@@ -76,6 +75,10 @@ bool ChoosePortfolioFile(Program& program, tessaloom::Portfolio& portfolio) {
         dialogs.MessageBox("No file was selected.", "No file selected");
         return false;
     }
+    if (portfolio.SlotOfFile(*file) != 0) {
+        dialogs.MessageBox("This is the file of an open canvas.", "Portfolio Save As");
+        return false;
+    }
     portfolio.SetFileName(*file);
     Setup().lastPortfolio = *file;
     return true;
@@ -121,17 +124,16 @@ void ShowCanvas(tessaloom::Portfolio& portfolio, tessaloom::Canvas& canvas) {
     portfolio.SettingChanged();
 }
 
-std::string Comparable(std::string path) {
-    std::replace(path.begin(), path.end(), '/', '\\');
-    return path;
-}
-
-bool IsOpen(const tessaloom::Portfolio& portfolio, const std::string& file) {
-    for (int slot = 1; slot <= tessaloom::Portfolio::MaxCanvas; ++slot) {
-        const tessaloom::Canvas& canvas = portfolio.Canvas(slot);
-        if (canvas.Enabled() && Comparable(canvas.FileName()) == Comparable(file)) return true;
-    }
-    return false;
+/// Refuses, with a message, a file for the canvas of `slot` that the portfolio or another canvas writes: they
+/// would undo each other's changes.
+bool IsTaken(Program& program, const tessaloom::Portfolio& portfolio, int slot, const std::string& file,
+             std::string_view title) {
+    const int holder = portfolio.SlotOfFile(file);
+    const bool own = program.platform.fileSystem.SameFile(file, portfolio.FileName());
+    if (!own && (holder == 0 || holder == slot)) return false;
+    program.platform.dialogs.MessageBox(
+        own ? "This is the file of the open portfolio." : "This canvas is already open.", title);
+    return true;
 }
 
 void NoFileSelected(Program& program) {
@@ -224,19 +226,20 @@ void CanvasOpen() {
         if (slot == 0) return;
         const auto file = dialogs.OpenFile({"Canvas Open", CanvasFilter, ".can", ""});
         if (!file || file->empty()) return NoFileSelected(program);
-        if (IsOpen(portfolio, *file)) {
-            // Two slots that write the same file would undo each other's changes.
-            dialogs.MessageBox("This canvas is already open.", "Canvas Open");
-            return;
-        }
+        if (IsTaken(program, portfolio, slot, *file, "Canvas Open")) return;
         tessaloom::Canvas& canvas = portfolio.Canvas(slot);
+        const bool needSaving = portfolio.NeedSaving();
         canvas.SetFileName(*file);
         bool loaded = false;
         {
             const Status status(dialogs, "Loading...");
             loaded = canvas.LoadFile();
         }
-        if (!loaded) return portfolio.ResetCanvas(slot);
+        if (!loaded) {
+            portfolio.ResetCanvas(slot);
+            portfolio.SetNeedSaving(needSaving);
+            return;
+        }
         if (canvas.Name().empty())
             if (const auto name = AskCanvasName(program)) canvas.SetName(*name);
         ShowCanvas(portfolio, canvas);
@@ -272,6 +275,7 @@ bool CanvasSaveAsProc(int slot) {
                 "Canvas Save As");
             return false;
         }
+        if (IsTaken(program, portfolio, slot, *file, "Canvas Save As")) return false;
         tessaloom::Canvas& canvas = portfolio.Canvas(slot);
         canvas.SetFileName(*file);
         portfolio.SettingChanged();

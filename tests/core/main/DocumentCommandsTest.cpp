@@ -192,8 +192,33 @@ TEST_F(DocumentCommandsTest, OpensACanvasOnce) {
     Forget();
     CanvasOpen();
     EXPECT_EQ(Shown(), (Lines{"Canvas Open", "Canvas Open: This canvas is already open."}));
+    portfolio.SetNeedSaving(false);
     CanvasOpen();
     EXPECT_EQ(portfolio.CanvasesOpen(), 1);
+    EXPECT_FALSE(portfolio.NeedSaving());
+}
+
+TEST_F(DocumentCommandsTest, NeverGivesOneFileToTwoDocuments) {
+    Portfolio& portfolio = New();
+    it_.dialogs.saveFiles = {"p.por"};
+    ASSERT_TRUE(PortfolioSaveAs());
+    it_.files.WriteFile("c.can", "[General]\r\nName=C\r\n");
+    it_.dialogs.openFiles = {"p.por", "c.can"};
+    CanvasOpen();
+    EXPECT_EQ(portfolio.CanvasesOpen(), 0);
+    CanvasOpen();
+    it_.dialogs.texts = {"second"};
+    CanvasNew();
+    it_.files.DeleteFile("c.can");
+    it_.dialogs.saveFiles = {"c.can", "c.can"};
+    Forget();
+    EXPECT_FALSE(CanvasSaveAsProc(2)) << "it is the file of the first, even while it is gone";
+    EXPECT_FALSE(PortfolioSaveAs());
+    EXPECT_EQ(Shown(),
+              (Lines{"Canvas Save As", "Canvas Save As: This canvas is already open.", "Portfolio Save As",
+                     "Portfolio Save As: This is the file of an open canvas."}));
+    EXPECT_EQ(portfolio.FileName(), "p.por");
+    EXPECT_EQ(portfolio.Canvas(2).FileName(), "");
 }
 
 TEST_F(DocumentCommandsTest, NeverOverwritesACanvasFileBySaveAs) {
