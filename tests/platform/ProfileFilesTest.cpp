@@ -150,6 +150,24 @@ TEST_F(ProfileFilesTest, RemovesSectionsAndListsTheRest) {
     EXPECT_EQ(memory_.Changes(), before);
 }
 
+TEST_F(ProfileFilesTest, AddsWhereSectionsWereRemoved) {
+    Given("[a]\n1=x\n[b]\n2=y\n[a]\n[c]\n3=z\n[A]\n4=w");
+    profile_.Begin(Path);
+    EXPECT_TRUE(profile_.RemoveSection(Path, "A"));
+    EXPECT_TRUE(profile_.RemoveSection(Path, "c"));
+    EXPECT_EQ(profile_.Get(Path, "a", "1") + profile_.Get(Path, "c", "3"), "");
+    EXPECT_TRUE(profile_.Set(Path, "a", "5", "v"));
+    EXPECT_TRUE(profile_.Set(Path, "b", "6", "u"));
+    EXPECT_TRUE(profile_.RemoveSection(Path, "b"));
+    EXPECT_TRUE(profile_.Set(Path, "b", "7", "t"));
+    const auto sections = profile_.Sections(Path);
+    ASSERT_EQ(sections.size(), 2u);
+    EXPECT_EQ(sections[1].line, 3);
+    EXPECT_EQ(profile_.Keys(Path, "b").at(0).line, 4);
+    EXPECT_TRUE(profile_.Commit(Path));
+    EXPECT_EQ(Bytes(), "[a]\r\n5=v\r\n[b]\r\n7=t\r\n");
+}
+
 TEST_F(ProfileFilesTest, SeesWhatOthersChange) {
     Set("k", "1");
     EXPECT_EQ(Get("s", "k"), "1");

@@ -141,12 +141,11 @@ bool ProfileDocument::Set(std::string_view section, std::string_view key, std::s
 }
 
 bool ProfileDocument::RemoveSection(std::string_view section) {
-    const std::string name(Folded(section));
-    if (!index_.contains(name)) return false;
-    const auto removed = std::remove_if(sections_.begin() + 1, sections_.end(),
-                                        [&](const Section& each) { return Folded(each.name) == name; });
-    sections_.erase(removed, sections_.end());
-    IndexSections();
+    const auto found = index_.find(Folded(section));
+    if (found == index_.end()) return false;
+    for (std::size_t at = found->second; at != 0;) at = std::exchange(sections_[at], Section()).sameName;
+    index_.erase(found);
+    while (sections_.size() > 1 && sections_.back().lines.empty()) sections_.pop_back();
     return true;
 }
 
@@ -154,7 +153,7 @@ std::vector<ProfileSection> ProfileDocument::Sections() const {
     std::vector<ProfileSection> found;
     std::size_t line = sections_[0].lines.size();
     for (std::size_t i = 1; i < sections_.size(); ++i) {
-        found.push_back({sections_[i].name, static_cast<int>(line + 1)});
+        if (!sections_[i].lines.empty()) found.push_back({sections_[i].name, static_cast<int>(line + 1)});
         line += sections_[i].lines.size();
     }
     return found;
@@ -204,7 +203,12 @@ void ProfileDocument::AddLine(std::string_view line) {
 
 void ProfileDocument::IndexSections() {
     index_.clear();
-    for (std::size_t i = 1; i < sections_.size(); ++i) index_.emplace(Folded(sections_[i].name), i);
+    for (std::size_t i = 1; i < sections_.size(); ++i) IndexSection(i);
+}
+
+void ProfileDocument::IndexSection(std::size_t at) {
+    const auto [first, isFirst] = index_.emplace(Folded(sections_[at].name), at);
+    if (!isFirst) sections_[at].sameName = std::exchange(sections_[first->second].sameName, at);
 }
 
 /// Gives the last line of the document an end, so that another can follow.
@@ -223,7 +227,7 @@ void ProfileDocument::AddSection(std::string_view name, const std::string& line)
     const std::string text = std::string("[").append(name).append("]\r\n").append(line).append("\r\n");
     const std::size_t added = sections_.size();
     for (const std::string& each : SplitLines(text)) AddLine(each);
-    for (std::size_t i = added; i < sections_.size(); ++i) index_.emplace(Folded(sections_[i].name), i);
+    for (std::size_t i = added; i < sections_.size(); ++i) IndexSection(i);
 }
 
 /// Puts `line`, which may turn out to be several, in the place of the key line `at`.

@@ -52,16 +52,18 @@ private:
     using Index = std::unordered_map<std::string, std::size_t, NameHash, std::equal_to<>>;
 
     struct Section {
-        std::string name;  ///< As the file spells it.
-        std::vector<std::string>
-            lines;   ///< With their ends. The first is the section line, but of `sections_[0]`.
-        Index keys;  ///< Folded key to the first line that holds it.
+        std::string name;                ///< As the file spells it.
+        std::vector<std::string> lines;  ///< With their ends. The first is the section line, but of
+                                         ///< `sections_[0]`; none in a section that was removed.
+        Index keys;                      ///< Folded key to the first line that holds it.
+        std::size_t sameName = 0;        ///< Another section of that name; 0: no more.
     };
 
     std::string_view Folded(std::string_view name) const;
     void Parse(std::string_view text);
     void AddLine(std::string_view line);
     void IndexSections();
+    void IndexSection(std::size_t at);
     void EndLastLine();
     const Section* FindSection(std::string_view name) const;
     void AddSection(std::string_view name, const std::string& line);
