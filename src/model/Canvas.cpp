@@ -14,6 +14,7 @@
 #include "model/CanvasFile.h"
 #include "model/DocumentReader.h"
 #include "model/Portfolio.h"
+#include "model/PortfolioFile.h"
 #include "platform/Platform.h"
 #include "platform/PrivateProfile.h"
 #include "publish/CanvasSaves.h"
@@ -54,7 +55,10 @@ int FreeSlot(const Layers& layers) {
 
 }  // namespace
 
-Canvas::Canvas(Portfolio& portfolio, int slot) : portfolio_(portfolio), slot_(slot) { MakeParts(); }
+Canvas::Canvas(Portfolio& portfolio, int slot) : portfolio_(portfolio), slot_(slot) {
+    MakeParts();
+    needSaving_ = false;
+}
 
 Canvas::~Canvas() = default;
 
@@ -63,14 +67,17 @@ void Canvas::MakeParts() {
     saves_ = std::make_unique<CanvasSaves>(
         *this, *this, CanvasSaves::Tools{platform.fileSystem, platform.jpegCodec, platform.desktop});
     saves_->OnSequentialNumber([this](int number) {
-        if (!fileName_.empty())
-            INI(portfolio_.PlatformServices().profile, fileName_)
-                .SetKey("Capture", "SequentialNumber", std::to_string(number));
+        // A file that is gone is not made anew: one with this key alone would pass as the canvas.
+        PrivateProfile& profile = portfolio_.PlatformServices().profile;
+        if (profile.State(fileName_) == ProfileState::Readable)
+            INI(profile, fileName_).SetKey("Capture", "SequentialNumber", std::to_string(number));
     });
     saves_->OnFailure([this](const std::string& message) { Log(LogLevel::Warning, name_ + ": " + message); });
 
     videoStreaming_ = std::make_unique<tessaloom::VideoStreaming>(*this, *this);
-    videoStreaming_->CanvasWebServer().SetCanvasIndex(slot_);
+    CanvasWebServer& page = videoStreaming_->CanvasWebServer();
+    page.SetCanvasIndex(slot_);
+    page.SetFileName(PortfolioFile::CanvasSection(slot_) + ".jpg");  // as in a file without this key
     for (Schedule* schedule :
          {&saves_->FixedSchedule(), &saves_->SequentialSchedule(), &saves_->BackgroundSchedule(),
           &videoStreaming_->FTPPush().Schedule(), &videoStreaming_->CanvasWebServer().Schedule()}) {

@@ -43,7 +43,7 @@ Portfolio::Portfolio(Platform& platform)
         feeds_[Index(feed)]->MotionDetect().SetFeedNumber(feed);
     }
     for (int slot = 1; slot <= MaxCanvas; ++slot)
-        canvases_[Index(slot)] = std::make_unique<tessaloom::Canvas>(*this, slot);
+        canvases_[Index(slot - 1)] = std::make_unique<tessaloom::Canvas>(*this, slot);
     needSaving_ = false;
 }
 
@@ -108,7 +108,7 @@ void Portfolio::ResetCanvas(int slot) {
     Trap({Module, "ResetCanvas"}, [&] {
         if (slot < 1 || slot > MaxCanvas) return;
         Canvas(slot).CanvasUnload();
-        canvases_[Index(slot)] = std::make_unique<tessaloom::Canvas>(*this, slot);
+        canvases_[Index(slot - 1)] = std::make_unique<tessaloom::Canvas>(*this, slot);
         unloadedNames_[Index(slot)].clear();
         if (activeCanvas_ == slot) activeCanvas_ = 0;
         SettingChanged();
@@ -161,7 +161,7 @@ void Portfolio::UpdateOtherPost() {
 
 void Portfolio::ForceUpdate() {
     for (const auto& canvas : canvases_)
-        if (canvas && canvas->Enabled()) canvas->ForceUpdate();
+        if (canvas->Enabled()) canvas->ForceUpdate();
     script_->ForceUpdate();
     vws_->ForceUpdate();
     for (const auto& feed : feeds_) feed->SetNextTime(Now());

@@ -78,11 +78,13 @@ public:
 
     // Parts
 
-    /// slot: 1 .. 20.
-    tessaloom::Canvas& Canvas(int slot) { return *canvases_.at(static_cast<std::size_t>(slot)); }
-    const tessaloom::Canvas& Canvas(int slot) const { return *canvases_.at(static_cast<std::size_t>(slot)); }
+    /// slot: 1 .. 20; any other throws.
+    tessaloom::Canvas& Canvas(int slot) { return *canvases_.at(static_cast<std::size_t>(slot - 1)); }
+    const tessaloom::Canvas& Canvas(int slot) const {
+        return *canvases_.at(static_cast<std::size_t>(slot - 1));
+    }
 
-    /// feed: 0 .. 9.
+    /// feed: 0 .. 9; any other throws.
     tessaloom::VideoFeed& VideoFeed(int feed) { return *feeds_.at(static_cast<std::size_t>(feed)); }
     const tessaloom::VideoFeed& VideoFeed(int feed) const {
         return *feeds_.at(static_cast<std::size_t>(feed));
@@ -173,7 +175,7 @@ private:
     DocumentFaultHandler faultHandler_;
     CanvasViewFactory viewFactory_;
 
-    std::array<std::unique_ptr<tessaloom::Canvas>, MaxCanvas + 1> canvases_;  ///< Slot 0 is null.
+    std::array<std::unique_ptr<tessaloom::Canvas>, MaxCanvas> canvases_;  ///< Of slots 1, 2 ..
     std::array<std::string, MaxCanvas + 1> unloadedNames_;  ///< Files of slots that were left out.
     std::array<std::unique_ptr<tessaloom::VideoFeed>, MaxFeed> feeds_;
     std::vector<std::unique_ptr<InputDevice>> inputDevices_;

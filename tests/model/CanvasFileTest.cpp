@@ -62,6 +62,20 @@ TEST_F(CanvasFileTest, LoadingCompletesAFileWithItsDefaults) {
     EXPECT_EQ(TakeFaults(), Faults{});
 }
 
+TEST_F(CanvasFileTest, NewCanvasHasTheDefaultsOfAFileButForThreeKeys) {
+    Canvas& canvas = portfolio.Canvas(3);
+    EXPECT_FALSE(canvas.NeedSaving());
+    canvas.SetFileName("c.can");
+    ASSERT_TRUE(canvas.SaveFile());
+    Write("expected", Expected("completed.can"));
+    Faults differences;
+    for (const ProfileSection& section : profile.Sections("c.can"))
+        for (const ProfileKey& key : profile.Keys("c.can", section.name))
+            if (Value("expected", section.name, key.name) != key.value)
+                differences.push_back(key.name + "=" + key.value);
+    EXPECT_EQ(differences, (Faults{"WindowState=0", "FilePath=push.jpg", "ServerName="}));
+}
+
 TEST_F(CanvasFileTest, LoadSaveLoadChangesNothing) {
     Canvas& canvas = Load(Expected("completed.can"), 3);
     EXPECT_FALSE(canvas.NeedSaving());
@@ -305,6 +319,10 @@ TEST_F(CanvasFileTest, RunningNumberReachesTheFileByItself) {
     EXPECT_EQ(Value("c.can", "Capture", "SequentialNumber"), "42");
     EXPECT_TRUE(files.FileExists("sequential\\00000041.jpg"));
     EXPECT_FALSE(canvas.NeedSaving());
+    files.DeleteFile("c.can");
+    Tick(60);
+    EXPECT_TRUE(files.FileExists("sequential\\00000042.jpg"));
+    EXPECT_FALSE(files.FileExists("c.can")) << "a file of one key would pass as the canvas";
 }
 
 template <typename Owner, std::size_t Size>

@@ -14,6 +14,10 @@ struct Coverage {
     const int* table = nullptr;
     int groups = 0;  ///< Of the table; 0: the key colour decides.
 
+    // Neighbours often have one colour, and tables may be long.
+    mutable int lastColour = -1;
+    mutable int lastKept = 0;
+
     Coverage(int key, int opacity255, const int* colourTable, int colourCount, int enabled)
         : keyColour(key),
           opacity(std::clamp(opacity255, 0, 255)),
@@ -27,12 +31,11 @@ struct Coverage {
     int Kept(const std::uint8_t* pixel) const {
         const int colour = pixel[2] | pixel[1] << 8 | pixel[0] << 16;
         if (groups == 0) return colour == keyColour ? 0 : 255;
-        int kept = 255;
-        for (int i = 0; i < groups; ++i) {
-            const int* group = table + std::ptrdiff_t{i} * 4;
-            if (Matches(colour, group)) kept = std::min(kept, std::clamp(group[3], 0, 255));
+        if (colour != lastColour) {
+            lastColour = colour;
+            lastKept = KeptByTable(colour);
         }
-        return kept;
+        return lastKept;
     }
 
     /// The opacity of one component. map: 255 without a map; kept: from `Kept`.
@@ -41,6 +44,15 @@ struct Coverage {
     }
 
 private:
+    int KeptByTable(int colour) const {
+        int kept = 255;
+        for (int i = 0; i < groups && kept > 0; ++i) {
+            const int* group = table + std::ptrdiff_t{i} * 4;
+            if (Matches(colour, group)) kept = std::min(kept, std::clamp(group[3], 0, 255));
+        }
+        return kept;
+    }
+
     static bool Matches(int colour, const int* group) {
         const int tolerance = std::clamp(group[2], 0, 255);
         auto within = [&](int value, int one, int other) {
