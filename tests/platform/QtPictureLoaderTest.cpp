@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <QGuiApplication>
+#include <string>
+
 #include "support/PictureData.h"
 
 namespace tessaloom::testing {
@@ -86,6 +89,45 @@ TEST(QtPictureLoader, RefusesWhatIsBeyondTheLimits) {
     loader.SetLimits({.work = 33 * 24 * 5});
     EXPECT_FALSE(loader.Load(PictureData("progressive.jpg"))) << "ten passes";
     EXPECT_TRUE(loader.Load(PictureData("cmyk.jpg"))) << "one pass";
+}
+
+Bytes FromText(std::string_view text) { return {text.begin(), text.end()}; }
+
+TEST(QtPictureLoader, DrawsVectorPicturesThatStandByThemselves) {
+    constexpr std::string_view Open =
+        "<svg xmlns='http://www.w3.org/2000/svg' xmlns:x='http://www.w3.org/1999/xlink' width='4' "
+        "height='4'>";
+    const auto picture = [&](std::string_view content) {
+        return FromText(
+            std::string(Open).append(content).append("<rect width='4' height='4' fill='red'/></svg>"));
+    };
+    QtPictureLoader loader;
+    EXPECT_FALSE(loader.Load(picture("<text>a</text>"))) << "nothing to draw texts with";
+
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    int count = 0;
+    const QGuiApplication application(count, nullptr);
+    const LoadedPicture text = loader.Load(picture("<text>a</text>"));
+    ASSERT_EQ(text.width, 4) << "is the plug-in installed?";
+    EXPECT_EQ(Colour(text, 1, 1), Quarters[0]);
+    for (const char* content : {"<image x:href='/dev/stdin' width='4' height='4'/>",
+                                "<g xmlns:s='http://www.w3.org/2000/svg'><s:image x:href='a.png'/></g>",
+                                "<image x:href='data:image/png;base64,AAAA'/>", "<g>"})
+        EXPECT_FALSE(loader.Load(picture(content))) << content;
+    Bytes styled = FromText("<?xml version='1.0'?><?xml-stylesheet type=\"text/css\" href=\"/dev/stdin\"?>");
+    const Bytes plain = picture("");
+    styled.insert(styled.end(), plain.begin(), plain.end());
+    EXPECT_FALSE(loader.Load(styled));
+    EXPECT_FALSE(loader.Load(Bytes{0x1F, 0x8B, 8, 0})) << "packed";
+}
+
+TEST(QtPictureLoader, TakesATextBitmapWholeOnly) {
+    constexpr std::string_view File =
+        "#define a_width 8\n#define a_height 2\nstatic char a_bits[] = {\n 0xff, 0x01};\n";
+    QtPictureLoader loader;
+    EXPECT_EQ(loader.Load(FromText(File)).height, 2);
+    for (std::size_t length = 0; length < File.find('}'); ++length)
+        EXPECT_FALSE(loader.Load(FromText(File.substr(0, length)))) << length;
 }
 
 TEST(QtPictureLoader, SurvivesDamagedFiles) {

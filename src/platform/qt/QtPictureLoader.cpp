@@ -8,6 +8,7 @@
 #include <limits>
 #include <utility>
 
+#include "platform/qt/VectorPicture.h"
 #include "platform/qt/WholePicture.h"
 
 namespace tessaloom {
@@ -53,6 +54,18 @@ void LimitAllocation(const PictureLimits& limits) {
         std::min<std::int64_t>(limits.pixels * 4 / (1 << 20) + 1, std::numeric_limits<int>::max())));
 }
 
+/// A vector picture that is packed (SVGZ): how much memory it unpacks to is known only when it has.
+bool IsPacked(std::span<const std::uint8_t> file) {
+    return file.size() > 1 && file[0] == 0x1F && file[1] == 0x8B;
+}
+
+/// What remains to be asked once the format is known.
+bool MayBeRead(const QByteArray& format, const QByteArray& file) {
+    if (format == "svg") return IsDrawableVectorPicture(file);
+    if (format == "xbm") return file.contains('}');  // cut short, it would be filled up with zeros
+    return true;
+}
+
 LoadedPicture Convert(const QImage& image) {
     LoadedPicture picture;
     picture.width = image.width();
@@ -86,7 +99,8 @@ LoadedPicture Convert(const QImage& image) {
 }  // namespace
 
 LoadedPicture QtPictureLoader::Load(std::span<const std::uint8_t> file) {
-    if (file.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()) || !IsWholePicture(file))
+    if (file.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()) || IsPacked(file) ||
+        !IsWholePicture(file))
         return {};
     LimitAllocation(limits_);
     const MessageTrap messages;
@@ -98,6 +112,7 @@ LoadedPicture QtPictureLoader::Load(std::span<const std::uint8_t> file) {
 
     QImageReader reader(&device);
     reader.setDecideFormatFromContent(true);
+    if (!MayBeRead(reader.format(), bytes)) return {};
     const bool isJpeg = file.size() > 1 && file[0] == 0xFF && file[1] == 0xD8;
     const QSize size = reader.size();
     // A bitmap whose top row comes first reports a negative height.

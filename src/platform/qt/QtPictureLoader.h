@@ -4,8 +4,8 @@
 
 namespace tessaloom {
 
-/// The loader on QImageReader: BMP, GIF, ICO, PNG, PNM, XPM and what plug-ins add. Needs no application
-/// object.
+/// The loader on QImageReader: BMP, GIF, ICO, PNG, PNM, XBM, XPM and what plug-ins add. Only vector pictures
+/// need an application object, a QGuiApplication; they must not be packed nor name other files.
 class QtPictureLoader final : public PictureLoader {
 public:
     void SetLimits(const PictureLimits& limits) override { limits_ = limits; }
