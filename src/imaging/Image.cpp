@@ -82,6 +82,7 @@ void Image::ClearDIB() {
     for (DIB* bitmap : {&picture_, &supplied_, &cropped_, &stretched_, &rotated_, &opacityPicture_, &opacity_,
                         &rotatedOpacity_, &shadow_, &work_})
         bitmap->SetWidthHeight(0, 0);
+    mapFrom_ = {};
     PictureReplaced(Held::Nothing);
     if (opacityType_ == FromOpacityFile) MarkDirty(Bits(Stage::OpacityFile));
 }

@@ -8,6 +8,7 @@
 #include <exception>
 #include <string>
 
+#include "core/ErrorReport.h"
 #include "core/Store.h"
 #include "imaging/ErrorsFile.h"
 #include "imaging/OpacityMap.h"
@@ -15,6 +16,8 @@
 #include "imaging/PictureFile.h"
 #include "imaging/pixelops/Rotation.h"
 #include "imaging/pixelops/Tessaloom.h"
+#include "locale/Error.h"
+#include "platform/PictureLimits.h"
 
 namespace tessaloom {
 
@@ -50,6 +53,17 @@ void Turn(const DIB& source, DIB& target, double degrees) {
     const Shears shears = RotationShears(degrees);
     Rotate(target.DIBPtr(), target.Width(), target.Height(), source.DIBPtr(), source.Width(), source.Height(),
            shears.angle, shears.shearX, shears.shearY, 0);
+}
+
+/// Turned far, a long narrow picture needs a square of its length: up to as many pixels as a picture file may
+/// have are granted.
+bool CanBeRotatedTo(PixelSize size) {
+    if (std::int64_t{size.width} * size.height <= PictureLimits().pixels) return true;
+    Report({.module = "Image.cls",
+            .procedure = "LoadRotatedDIB",
+            .number = static_cast<int>(ErrorNumber::OutOfMemory),
+            .description = "A picture is too large to be rotated; stretch or crop it"});
+    return false;
 }
 
 /// The part of a side that two margins leave: where it starts and its length, within `largest`.
@@ -156,9 +170,9 @@ void Image::LoadStretchedDIB() {
 
 void Image::LoadRotatedDIB() {
     const DIB& source = Stretched();
-    rotationActive_ = rotationAngle_ != 0 && source.DIBPtr();
+    const PixelSize size = RotatedSize(source.Width(), source.Height(), rotationAngle_);
+    rotationActive_ = rotationAngle_ != 0 && source.DIBPtr() && CanBeRotatedTo(size);
     if (rotationActive_) {
-        const PixelSize size = RotatedSize(source.Width(), source.Height(), rotationAngle_);
         rotated_.SetWidthHeight(size.width, size.height);
         // The coverage of a text ends in nothing by itself.
         rotated_.Clear(IsText() ? 0 : backgroundColor_);

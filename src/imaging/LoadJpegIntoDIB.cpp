@@ -53,7 +53,10 @@ int LoadJpegIntoDIB(FileSystem& files, JpegCodec& codec, PictureLoader& loader, 
     const bool loaded = Trap({"Image.cls", "LoadJpegIntoDIB"}, [&] {
         DIB own;
         const auto bytes = ReadPictureFile(files, name);
-        return bytes && DecodeJpeg(codec, loader, AsBytes(*bytes), target, buffers ? buffers->spare : own);
+        DIB& spare = buffers ? buffers->spare : own;
+        if (bytes && DecodeJpeg(codec, loader, AsBytes(*bytes), target, spare)) return true;
+        spare.SetWidthHeight(0, 0);  // a broken file may have asked for hundreds of megabytes
+        return false;
     });
     return loaded ? Loaded : Unreadable;
 }

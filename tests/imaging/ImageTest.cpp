@@ -312,6 +312,21 @@ TEST_F(ImageTest, FadesTowardsFeatheredEdges) {
     EXPECT_EQ(image.FinalOpacityDIB(), nullptr);
 }
 
+TEST_F(ImageTest, StaysUprightWhereTurningWouldTakeTooMuchMemory) {
+    Supply(20'000, 2, Red);
+    image.SetRotationAngle(45);
+    image.SetShadowEnabled(true);
+    EXPECT_EQ(image.FinalWidth(), 20'000);
+    EXPECT_EQ(image.FinalOpacityDIB(), nullptr);
+    EXPECT_EQ(reports.size(), 1U);
+    image.SetRotationAngle(90);
+    EXPECT_EQ(image.FinalHeight(), 20'000);
+    image.SetRotationAngle(45);
+    image.SetCrop(0, 19'990, 0, 0);
+    EXPECT_EQ(image.GetFinalizedDIB().Width(), 9);
+    EXPECT_NE(image.FinalOpacityDIB(), nullptr);
+}
+
 TEST_F(ImageTest, TakesItsOpacityFromAFile) {
     struct Row {
         std::string name, file;
@@ -455,6 +470,10 @@ TEST_F(ImageTest, ShowsTheSameAsAFreshOneAfterAnyChanges) {
     for (int step = 0; step < 2000; ++step) {
         const auto setting = random() % Walk::Count;
         walk.values[setting] = static_cast<int>(random() % 4);
+        if (step % 8 == 7) {
+            image.ClearDIB();
+            image.GetFinalizedDIB();
+        }
         walk.Apply(image);
         Image fresh(access);
         walk.Apply(fresh);

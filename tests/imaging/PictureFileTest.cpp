@@ -101,6 +101,12 @@ TEST_F(PictureFiles, AreTriedAgainWhenTheyChangeWhileRead) {
     EXPECT_EQ(Load("a.jpg"), Loaded);
 }
 
+TEST_F(PictureFiles, LeaveNoMemoryBehindWhenTheyAreBroken) {
+    Put("cut.jpg", "quarters.jpg", 2);
+    EXPECT_EQ(Load("cut.jpg"), Unreadable);
+    EXPECT_EQ(buffers.spare.SizeInBytes(), 0U);
+}
+
 TEST_F(PictureFiles, ReuseTheSameTwoBitmaps) {
     Put("a.jpg", "quarters.jpg");
     std::set<const std::uint8_t*> seen;
