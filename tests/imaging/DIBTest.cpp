@@ -83,13 +83,16 @@ TEST(DIB, SwapsPixelsAndKeepsSurfaces) {
 TEST(IJL, PadsRows) {
     EXPECT_EQ(IJL_DIB_PAD_BYTES(641, 3), 1);
     EXPECT_EQ(IJL_DIB_PAD_BYTES(640, 3), 0);
+    EXPECT_EQ(IJL_DIB_PAD_BYTES(INT_MAX, 3), 3);
     const struct {
         int width, height, bytes, expected;
     } cases[] = {
-        {100,   10, 3, 3000  },
-        {101,   10, 3, 3040  },
-        {21846, 1,  3, 4     },
-        {21848, 2,  3, 131088}
+        {100,     10,      3, 3000  },
+        {101,     10,      3, 3040  },
+        {21846,   1,       3, 4     },
+        {21848,   2,       3, 131088},
+        {INT_MAX, 1,       3, 0     },
+        {40000,   INT_MAX, 3, 0     }
     };
     for (const auto& c : cases) EXPECT_EQ(PaddedSize(c.width, c.height, c.bytes), c.expected) << c.width;
 }
