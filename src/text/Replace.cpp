@@ -1,6 +1,7 @@
 #include "text/Replace.h"
 
 #include "core/modNumbers.h"
+#include "locale/Ascii.h"
 
 #include <algorithm>
 
@@ -10,20 +11,17 @@ namespace {
 constexpr std::string_view NotAvailable = "N/A";
 constexpr double Missing = -1000;
 
-char Upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
-
-bool SameLetters(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return Upper(x) == Upper(y); });
-}
-
 }  // namespace
 
 std::size_t FindTag(std::string_view text, std::string_view tag, std::size_t from) {
+    const char last = ascii::Lower(tag.back());
     for (std::size_t at = text.find(tag.front(), from); at != std::string_view::npos;
          at = text.find(tag.front(), at + 1)) {
         if (text.size() - at < tag.size()) break;
-        if (SameLetters(text.substr(at, tag.size()), tag)) return at;
+        // Tags begin alike, so the last character tells most of them apart.
+        if (ascii::Lower(text[at + tag.size() - 1]) == last &&
+            ascii::SameText(text.substr(at, tag.size()), tag))
+            return at;
     }
     return std::string_view::npos;
 }

@@ -2,6 +2,7 @@
 
 #include "core/modNumbers.h"
 #include "text/Replace.h"
+#include "text/TagFilter.h"
 #include "text/TagSource.h"
 #include "text/VWS.h"
 #include "time/modTime.h"
@@ -31,8 +32,7 @@ std::string_view At(const std::array<std::string_view, N>& names, int number) {
 
 void ReplaceGroup(std::string& text, const TagGroup& group, const TagContext& context) {
     if (FindTag(text, group.gate) == std::string_view::npos) return;
-    for (const Tag& tag : group.tags)
-        if (FindTag(text, tag.name) != std::string_view::npos) Replace(text, tag.name, tag.value(context));
+    ReplaceTags(text, group.tags, [&](const Tag& tag) { return tag.value(context); });
 }
 
 void ReplaceMotionTag(std::string& text, std::string_view name, int feed, double moment, const char* format) {

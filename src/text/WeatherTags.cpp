@@ -2,9 +2,11 @@
 
 #include "core/modNumbers.h"
 #include "text/Replace.h"
+#include "text/TagFilter.h"
 #include "text/VWS.h"
 #include "time/modTime.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -28,10 +30,10 @@ struct WeatherTag {
 
 bool IsMissing(const VWS& weather, int field) { return weather.CSVData(field) == VWS::Missing; }
 
-/// A reading as a whole number; 0 for one that is no number of a sensible size.
+/// A reading as a whole number, cut to a sensible size.
 int Whole(const VWS& weather, int field) {
     const double value = weather.CSVData(field);
-    return std::abs(value) < 1e9 ? static_cast<int>(std::lround(value)) : 0;
+    return std::isnan(value) ? 0 : static_cast<int>(std::lround(std::clamp(value, -1e9, 1e9)));
 }
 
 std::string Reading(const VWS& weather, const WeatherTag& tag) {
@@ -225,14 +227,11 @@ std::string_view WeatherWord(int code) {
 }
 
 void ReplaceWeatherTags(std::string& text, const VWS& weather) {
-    for (const SunTag& tag : SunTags)
-        if (FindTag(text, tag.name) != std::string_view::npos)
-            Replace(text, tag.name, tag.shown(tag.timeOfDay()));
+    ReplaceTags(text, SunTags, [](const SunTag& tag) { return tag.shown(tag.timeOfDay()); });
     ReplaceHalves(text, weather);
-    for (const WeatherTag& tag : FieldTags)
-        if (FindTag(text, tag.name) != std::string_view::npos)
-            Replace(text, tag.name,
-                    IsMissing(weather, tag.field) ? std::string(NotAvailable) : tag.value(weather, tag));
+    ReplaceTags(text, FieldTags, [&](const WeatherTag& tag) {
+        return IsMissing(weather, tag.field) ? std::string(NotAvailable) : tag.value(weather, tag);
+    });
 }
 
 }  // namespace tessaloom

@@ -1,6 +1,7 @@
 #include "text/Tags.h"
 
 #include "core/modNumbers.h"
+#include "locale/Ascii.h"
 #include "locale/DateParts.h"
 #include "support/FakeTime.h"
 #include "support/MemoryFileSystem.h"
@@ -13,8 +14,10 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tessaloom {
 namespace {
@@ -119,6 +122,95 @@ TEST_F(TagsTest, DateAndTimeAtTheEdges) {
     }
 }
 
+TEST_F(TagsTest, AtTheTurnsOfTheCalendar) {
+    constexpr std::string_view All =
+        "<DATE> <DATEYYYY>-<DATE0M>-<DATE0D> <DATESHORTMONTH> <DATEFORMALDAY> <TIME> <TIME12H> <TIME1012H>";
+    // clang-format off
+    struct {
+        const char* what;
+        int year, month, day, hour, minute;
+        double second;
+        std::string_view expected;
+    } const rows[] = {
+        {"midnight",          2026, 3, 1,  0, 0, 0,      "3/1/2026 2026-03-01 Mar 1st 00:00:00 12:00:00 AM 12:00:00.0 AM"},
+        {"a tick later",      2026, 3, 1,  0, 0, 0.01,   "3/1/2026 2026-03-01 Mar 1st 00:00:00 12:00:00 AM 12:00:00.0 AM"},
+        {"a tick before",     2026, 2, 28, 23, 59, 59.99, "2/28/2026 2026-02-28 Feb 28th 23:59:59 11:59:59 PM 11:59:59.9 PM"},
+        {"before noon",       2026, 2, 28, 11, 59, 59.99, "2/28/2026 2026-02-28 Feb 28th 11:59:59 11:59:59 AM 11:59:59.9 AM"},
+        {"noon",              2026, 2, 28, 12, 0, 0,      "2/28/2026 2026-02-28 Feb 28th 12:00:00 12:00:00 PM 12:00:00.0 PM"},
+        {"one in the night",  2026, 2, 28, 0, 59, 60,     "2/28/2026 2026-02-28 Feb 28th 01:00:00 01:00:00 AM 01:00:00.0 AM"},
+        {"half a second",     2026, 2, 28, 13, 5, 59.5,   "2/28/2026 2026-02-28 Feb 28th 13:05:59 01:05:59 PM 01:05:59.5 PM"},
+        {"end of the year",   2026, 12, 31, 23, 59, 59.99, "12/31/2026 2026-12-31 Dec 31st 23:59:59 11:59:59 PM 11:59:59.9 PM"},
+        {"New Year",          2027, 1, 1,  0, 0, 0,       "1/1/2027 2027-01-01 Jan 1st 00:00:00 12:00:00 AM 12:00:00.0 AM"},
+        {"leap day",          2028, 2, 29, 6, 7, 8.9,     "2/29/2028 2028-02-29 Feb 29th 06:07:08 06:07:08 AM 06:07:08.9 AM"},
+        {"after it",          2028, 3, 1,  0, 0, 0,       "3/1/2028 2028-03-01 Mar 1st 00:00:00 12:00:00 AM 12:00:00.0 AM"},
+    };
+    // clang-format on
+    for (const auto& row : rows) {
+        time.Set(DayNumber(row.year, row.month, row.day), row.hour, row.minute, row.second);
+        EXPECT_EQ(Expand(std::string(All)), row.expected) << row.what;
+    }
+}
+
+TEST_F(TagsTest, TheHourThatIsRepeatedShowsItsZone) {
+    ZoneRecord& zone = time.ZoneInForce();
+    zone = ZoneRecord{ZoneRecord::State::Daylight, 300, 0, -60, "Eastern Standard Time",
+                      "Eastern Daylight Time"};
+    time.Set(DayNumber(2026, 11, 1), 1, 59, 59.99);
+    EXPECT_EQ(Expand("<TIME> <TIMEZONEABBREV>"), "01:59:59 EDT");
+    zone.state = ZoneRecord::State::Standard;
+    time.Set(DayNumber(2026, 11, 1), 1, 0, 0);
+    EXPECT_EQ(Expand("<TIME> <TIMEZONEABBREV>"), "01:00:00 EST");
+}
+
+/// The rule as it is stated, without any short cut.
+std::string ExpandedPlainly(std::string text, const TagContext& context) {
+    const auto upper = [](std::string s) {
+        for (char& c : s) c = ascii::Upper(c);
+        return s;
+    };
+    const auto find = [&](std::string_view tag) { return upper(text).find(upper(std::string(tag))); };
+    for (const TagGroup& group : TimeTagGroups()) {
+        if (find(group.gate) == std::string::npos) continue;
+        for (const Tag& tag : group.tags)
+            while (find(tag.name) != std::string::npos)
+                text.replace(find(tag.name), tag.name.size(), tag.value(context));
+    }
+    return text;
+}
+
+TEST_F(TagsTest, AnyTextIsExpandedByTheRule) {
+    UseWeather();
+    std::mt19937 random(5);
+    const std::vector<std::string> pieces = {"<",         ">",
+                                             "<TIME",     "<date",
+                                             "H12H>",     "<Time>",
+                                             "<DATED>",   "D>",
+                                             "<SUN",      "RISE>",
+                                             "<CSV",      "wind>",
+                                             "<csvampm>", "<MotionDetectTime",
+                                             "3>",        "\xFF",
+                                             "\xC3",      std::string(1, '\0'),
+                                             "\u00B0",    " ",
+                                             "x",         "<TIME100>",
+                                             "10"};
+    for (int i = 0; i < 5000; ++i) {
+        std::string text;
+        while (text.size() < random() % 250) text += pieces[random() % pieces.size()];
+        std::string timeTagsAlone = text;
+        for (const char* other : {"<CSV", "<MotionDetect"})
+            for (auto at = FindTag(timeTagsAlone, other); at != std::string::npos;
+                 at = FindTag(timeTagsAlone, other))
+                timeTagsAlone[at] = '(';
+        const TagContext context{time.Now(), time.Now() - modTime::HalfSecondBias, source};
+        ASSERT_EQ(Expand(timeTagsAlone), ExpandedPlainly(timeTagsAlone, context)) << text;
+
+        const std::string expanded = Expand(text);
+        ASSERT_LE(expanded.size(), text.size() * 3) << text;
+        ASSERT_EQ(FindTag(expanded, "<TIME>"), std::string::npos) << text;
+        source.weather = i % 2 == 0 ? nullptr : &weather;
+    }
+}
+
 TEST_F(TagsTest, EveryHundredthIsShownAsItIs) {
     for (int i = 0; i < 6000; ++i) {
         time.Set(DayNumber(2026, 9, 3), 13, 5, i / 100.0);
@@ -218,6 +310,104 @@ TEST_F(TagsTest, WeatherReadings) {
     for (const Row& row : rows) EXPECT_EQ(Expand(std::string(row.text)), row.expected) << row.text;
     weather.SetCSVData(5, 13);
     EXPECT_EQ(Expand("<csv12h> <csv24h> <csvAMPM>"), " 1 13 PM");
+}
+
+TEST_F(TagsTest, EachReadingHasTheDecimalsOfItsField) {
+    UseWeather();
+    struct Tag {
+        const char* name;
+        int field, decimalsOf;
+    };
+    constexpr Tag tags[] = {
+        {"wind",             8,   8 },
+        {"gust",             9,   9 },
+        {"dir",              10,  10},
+        {"inhum",            11,  11},
+        {"outhum",           12,  12},
+        {"intemp",           13,  13},
+        {"outtemp",          14,  14},
+        {"barom",            15,  15},
+        {"totalrain",        16,  16},
+        {"dailyrain",        17,  17},
+        {"hourlyrain",       18,  18},
+        {"ch1temp",          20,  20},
+        {"ch1hum",           21,  21},
+        {"ch2temp",          22,  22},
+        {"ch2hum",           23,  23},
+        {"ch3temp",          24,  24},
+        {"ch3hum",           25,  25},
+        {"evap",             26,  26},
+        {"uvindex",          27,  27},
+        {"solarrad",         28,  28},
+        {"chill",            29,  29},
+        {"inheat",           30,  30},
+        {"outheat",          31,  31},
+        {"dew",              32,  32},
+        {"rainrate",         33,  33},
+        {"outtemprate",      34,  34},
+        {"intemprate",       35,  35},
+        {"baromrate",        36,  36},
+        {"ch1temprate",      37,  37},
+        {"ch2temprate",      38,  38},
+        {"ch3temprate",      39,  39},
+        {"monthlyrain",      40,  40},
+        {"yearlyrain",       41,  41},
+        {"maxtemptoday",     100, 14},
+        {"mintemptoday",     101, 14},
+        {"maxtempyesterday", 102, 14},
+        {"mintempyesterday", 103, 14},
+        {"maxgusttoday",     110, 9 },
+        {"maxgustyesterday", 109, 9 },
+        {"rainyesterday",    112, 16},
+        {"slbarom",          115, 15},
+        {"statwind",         106, 8 },
+        {"statdir",          107, 10},
+        {"statgust",         108, 9 },
+    };
+    const auto digits = [](int number, int decimals) {
+        std::string text = std::to_string(number);
+        if (decimals > 0) text += "." + std::string(static_cast<std::size_t>(decimals), '0');
+        return text;
+    };
+    for (const bool missing : {false, true})
+        for (const Tag& tag : tags) {
+            for (int k = 1; k < VWS::Values; ++k)
+                weather.SetCSVData(k, missing && k == tag.field ? -1000 : 2000 + k);
+            for (int f = 1; f < VWS::Texts; ++f)
+                weather.SetCSVDataS(f, digits(7, f == tag.decimalsOf ? 2 : 1));
+            const std::string expected = missing ? "N/A" : digits(2000 + tag.field, 2);
+            EXPECT_EQ(Expand("<csv" + std::string(tag.name) + ">"), expected) << tag.name;
+        }
+}
+
+TEST_F(TagsTest, MissingReadingsAndOddOnes) {
+    UseWeather();
+    constexpr Row missing[] = {
+        {"<csvyyyy><csvyy><csvm><csvmonth><csvd>",    "N/AN/AN/AN/AN/A"},
+        {"<csv12h><csv24h><csvAMPM><csvmin><csvsec>", "N/AN/AN/AN/AN/A"},
+        {"<csvcomp> <csvstatcomp> <csvweather>",      "N/A N/A N/A"    },
+        {"<csvbaromtrend> <csvtemptrendarrow>",       "N/A N/A"        },
+    };
+    for (const Row& row : missing) EXPECT_EQ(Expand(std::string(row.text)), row.expected);
+    struct {
+        int field;
+        double value;
+        Row row;
+    } const rows[] = {
+        {2,   2007,  {"<csvyy>", "07"}                                             },
+        {3,   13,    {"<csvmonth>|", "|"}                                          },
+        {5,   12,    {"<csv12h><csvampm>", "12pm"}                                 },
+        {5,   23,    {"<csv12h> <csv24h>", "11 23"}                                },
+        {5,   1,     {"<csv12h> <csv24h>", " 1 01"}                                },
+        {19,  22,    {"<csvweather>|", "|"}                                        },
+        {19,  1e300, {"<csvweather>|", "|"}                                        },
+        {10,  720,   {"<csvcomp>", "N"}                                            },
+        {104, 0,     {"<CSVBAROMTRENDARROW><csvbaromtrend>", "<trendsteady>Steady"}},
+    };
+    for (const auto& row : rows) {
+        weather.SetCSVData(row.field, row.value);
+        EXPECT_EQ(Expand(std::string(row.row.text)), row.row.expected);
+    }
 }
 
 TEST(CompassPoint, IncludesTheLowerBoundOfItsSector) {
