@@ -24,14 +24,9 @@ struct PictureLimits {
         return Allow(width, height) && width * height * JpegScans(file) <= work;
     }
 
-    /// How many passes over the picture a JPEG file may ask for. The marker cannot occur within picture data,
-    /// where a byte 0xFF is always followed by 0; those of an embedded small picture are counted, too, which
-    /// does no harm.
-    static std::int64_t JpegScans(std::span<const std::uint8_t> file) {
-        std::int64_t scans = 0;
-        for (std::size_t i = 1; i < file.size(); ++i) scans += file[i - 1] == 0xFF && file[i] == 0xDA;
-        return scans;
-    }
+    /// How many passes over the picture a JPEG file asks for. Small pictures embedded in its headers and what
+    /// follows its end (a film, in some cameras' files) are not counted.
+    static std::int64_t JpegScans(std::span<const std::uint8_t> file);
 };
 
 }  // namespace tessaloom

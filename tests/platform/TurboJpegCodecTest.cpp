@@ -132,8 +132,17 @@ TEST(TurboJpegCodec, RefusesAProgressiveFileOfTooManyScans) {
     const std::uint8_t scan[] = {0xFF, 0xDA};
     const auto last = std::find_end(file.begin(), file.end(), std::begin(scan), std::end(scan));
     const Bytes repeated(last, file.end() - 2);
+    const Bytes once = file;
     for (int i = 0; i < 100; ++i) file.insert(file.end() - 2, repeated.begin(), repeated.end());
     EXPECT_EQ(codec.ReadHeader(file, header), JpegResult::TooLarge);
+
+    file = once;
+    Bytes segment = {0xFF, 0xE1, 0x01, 0x92};
+    for (int i = 0; i < 200; ++i) segment.insert(segment.end(), std::begin(scan), std::end(scan));
+    file.insert(file.begin() + 2, segment.begin(), segment.end());
+    file.insert(file.end(), segment.begin() + 4, segment.end());
+    EXPECT_EQ(codec.ReadHeader(file, header), JpegResult::Ok) << "in a comment and behind the end";
+    EXPECT_EQ(PictureLimits::JpegScans(file), 10);
 }
 
 TEST(TurboJpegCodec, SurvivesDamagedFiles) {
