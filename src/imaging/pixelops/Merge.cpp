@@ -26,7 +26,9 @@ int Darkened(int dest, int density) {
     const auto rest = static_cast<std::int16_t>(
         static_cast<std::uint16_t>(static_cast<std::uint16_t>(static_cast<std::uint32_t>(value) * light) +
                                    static_cast<std::uint16_t>(quotient * 511)));
-    return quotient + (rest > Half ? 1 : 0) - (rest < -Half ? 1 : 0);
+    const auto missing = static_cast<std::int16_t>(rest > Half ? 1 : 0);
+    const auto excess = static_cast<std::int16_t>(rest < -Half ? 1 : 0);
+    return static_cast<std::uint8_t>(quotient + static_cast<std::int16_t>(missing - excess));
 }
 
 template <Mode mode>
@@ -103,12 +105,16 @@ void MergeWholeRow(const Row& row, int opacity) {
         std::memmove(row.dest, row.paint, static_cast<std::size_t>(bytes));
         return;
     }
-    for (int i = 0; i < bytes; i += PieceBytes) {
-        const int count = std::min(PieceBytes, bytes - i);
-        const std::uint8_t* const paint = row.paintStep == 0 ? row.paint : row.paint + i;
-        const std::uint8_t* const map = row.map ? row.map + i : nullptr;
-        const bool nothing = map ? AllZero(map, count) : mode != Uniform && AllZero(paint, count);
-        if (!nothing) MergeBytes<mode>(row.dest + i, paint, map, count, opacity);
+    // Without a map, only where there is no density is nothing laid down.
+    const std::uint8_t* const ink = row.map ? row.map : mode != Uniform ? row.paint : nullptr;
+    const auto nothing = [&](int i) { return ink && AllZero(ink + i, std::min(PieceBytes, bytes - i)); };
+    const int longest = row.paintStep == 0 ? PieceBytes : bytes;
+    for (int i = 0, end = 0; i < bytes; i = end) {
+        end = i + PieceBytes;
+        if (nothing(i)) continue;
+        while (end < bytes && end - i < longest && !nothing(end)) end += PieceBytes;
+        MergeBytes<mode>(row.dest + i, row.paintStep == 0 ? row.paint : row.paint + i,
+                         row.map ? row.map + i : nullptr, std::min(end, bytes) - i, opacity);
     }
 }
 
