@@ -35,7 +35,7 @@ Text::Text(LayerHost& host, LayerTiming& timing, Fonts& fonts, const TagSource* 
 
 void Text::UnloadClass() {
     image_.ClearDIB();
-    coverage_.UnloadClass();
+    coverage_.SetWidthHeight(0, 0);
     haveDrawn_ = false;
     blank_ = true;
 }

@@ -10,7 +10,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstring>
+#include <memory>
+#include <numbers>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace tessaloom {
@@ -255,7 +261,7 @@ TEST_F(TextTest, StandsInLinesAlignedLikeTheBox) {
         {0, 0 },
         {1, 20},
         {2, 40},
-        {3, 0}
+        {3, 0 }
     };
     for (const auto& row : rows) {
         layer.SetAlignment(row.alignment);
@@ -367,15 +373,33 @@ TEST_F(TextTest, ReleasesWhatItHolds) {
     EXPECT_EQ(layer.Width(), 0);
 }
 
-TEST(TextWithRealFonts, SmoothsThroughThePipeline) {
+class TextWithRealFonts : public ::testing::Test {
+protected:
+    /// The layer on a canvas of its own, drawn anew.
+    std::unique_ptr<DIB> Draw(int paper = 0xFFFFFF, int width = 200, int height = 40) {
+        layer.ProcessText();
+        layer.UpdateImage();
+        auto canvas = std::make_unique<DIB>();
+        canvas->SetWidthHeight(width, height);
+        canvas->Clear(paper);
+        layer.MergeImageTo(*canvas);
+        return canvas;
+    }
+
+    static bool Same(const DIB& a, const DIB& b) {
+        return std::memcmp(a.DIBPtr(), b.DIBPtr(), static_cast<std::size_t>(a.Stride() * a.Height())) == 0;
+    }
+
     testing::FakeTime time{46037.5};
     testing::FakeLayerHost host;
-    FreeTypeFonts fonts(TEST_DATA "/fonts.conf");
+    FreeTypeFonts fonts{TEST_DATA "/fonts.conf"};
     NoSource source;
     LayerTiming entry;
-    Text layer(host, entry, fonts, &source);
+    Text layer{host, entry, fonts, &source};
+};
+
+TEST_F(TextWithRealFonts, SmoothesInThreeWaysOnLightAndDarkGround) {
     layer.SetValue("Wave 27\u00B0 \u2191");
-    layer.SetColor(0);
     struct {
         int smoothing;
         bool onlyTwo, componentsDiffer;
@@ -384,25 +408,112 @@ TEST(TextWithRealFonts, SmoothsThroughThePipeline) {
         {1, false, false},
         {2, false, true }
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.smoothing);
-        layer.SetFontSmoothing(row.smoothing);
-        layer.ProcessText();
-        layer.UpdateImage();
-        DIB canvas;
-        canvas.SetWidthHeight(200, 40);
-        canvas.Clear(0xFFFFFF);
-        layer.MergeImageTo(canvas);
-        bool onlyTwo = true, componentsDiffer = false;
-        for (int y = 0; y < 40; ++y)
-            for (int x = 0; x < 200; ++x) {
-                const int pixel = canvas.Pixel(x, y);
-                onlyTwo = onlyTwo && (pixel == 0 || pixel == 0xFFFFFF);
-                componentsDiffer = componentsDiffer || pixel != (pixel & 0xFF) * 0x10101;
-            }
-        EXPECT_EQ(onlyTwo, row.onlyTwo);
-        EXPECT_EQ(componentsDiffer, row.componentsDiffer);
-        EXPECT_GT(Ink(canvas).right, 60);
+    for (const int paper : {0xFFFFFF, 0})
+        for (const auto& row : rows) {
+            SCOPED_TRACE(row.smoothing);
+            layer.SetFontSmoothing(row.smoothing);
+            layer.SetColor(0xFFFFFF - paper);
+            const auto drawn = Draw(paper);
+            const DIB& canvas = *drawn;
+            bool onlyTwo = true, componentsDiffer = false;
+            for (int y = 0; y < canvas.Height(); ++y)
+                for (int x = 0; x < canvas.Width(); ++x) {
+                    const int pixel = canvas.Pixel(x, y);
+                    onlyTwo = onlyTwo && (pixel == 0 || pixel == 0xFFFFFF);
+                    componentsDiffer = componentsDiffer || pixel != (pixel & 0xFF) * 0x10101;
+                }
+            EXPECT_EQ(onlyTwo, row.onlyTwo);
+            EXPECT_EQ(componentsDiffer, row.componentsDiffer);
+            EXPECT_GT(Ink(canvas, paper).right, 60);
+        }
+}
+
+TEST_F(TextWithRealFonts, FollowsTheSubPixelSettings) {
+    layer.SetValue("Will");
+    layer.SetFontSmoothing(2);
+    layer.SetColor(0);
+    const auto draw = [&](int contrast, SubPixelOrder order) {
+        fonts.SetClearType({contrast, order});
+        return Draw();
+    };
+    const auto rgb = draw(1000, SubPixelOrder::RGB), bgr = draw(1000, SubPixelOrder::BGR);
+    const auto strong = draw(2200, SubPixelOrder::RGB);
+    EXPECT_FALSE(Same(*rgb, *bgr));
+    long light = 0, strongLight = 0;
+    for (int y = 0; y < rgb->Height(); ++y)
+        for (int x = 0; x < rgb->Width(); ++x) {
+            const int pixel = rgb->Pixel(x, y), other = bgr->Pixel(x, y);
+            EXPECT_EQ(pixel & 0xFF, other >> 16);
+            EXPECT_EQ(pixel >> 16, other & 0xFF);
+            EXPECT_EQ(pixel & 0xFF00, other & 0xFF00);
+            light += pixel & 0xFF;
+            strongLight += strong->Pixel(x, y) & 0xFF;
+        }
+    EXPECT_LT(strongLight, light);
+}
+
+TEST_F(TextWithRealFonts, BothEndsOfTheSizes) {
+    layer.SetFontSmoothing(1);
+    layer.SetColor(0);
+    for (const auto& [points, lines] : {
+             std::pair(2.0F, "tiny"), {288.0F, "W\ng"}
+    }) {
+        layer.SetFontSize(points);
+        layer.SetValue(lines);
+        EXPECT_NEAR(Ink(*Draw(0xFFFFFF, 1000, 1000)).bottom, points == 2 ? 3 : 880, points == 2 ? 1 : 40);
+    }
+}
+
+TEST_F(TextWithRealFonts, TurnsALineOfThreeThousandPixels) {
+    layer.SetValue(std::string(1000, 'W'));
+    layer.SetFontSize(20);
+    layer.SetFontSmoothing(2);
+    layer.SetShadow(true);
+    layer.SetAlignment(4);
+    layer.Setx(100);
+    layer.SetY(100);
+    for (const float angle : {0.0F, 30.0F, 45.0F, 90.0F, 180.0F, 359.9F}) {
+        SCOPED_TRACE(angle);
+        layer.SetRotationAngle(angle);
+        EXPECT_GE(Ink(*Draw(0xFFFFFF, 200, 200)).left, 0);  // the line runs through its centre
+        const double radians = angle / 180 * std::numbers::pi;
+        EXPECT_NEAR(layer.Width(), 3000 * std::abs(std::cos(radians)) + 31 * std::abs(std::sin(radians)), 3);
+        EXPECT_NEAR(layer.Height(), 3000 * std::abs(std::sin(radians)) + 31 * std::abs(std::cos(radians)), 3);
+    }
+}
+
+TEST_F(TextWithRealFonts, AnyTextAndSettingsAreDrawnAlikeTwice) {
+    std::mt19937 random(9);
+    const auto below = [&](int end) { return static_cast<int>(random() % static_cast<unsigned>(end)); };
+    const std::vector<std::string> pieces = {
+        "<trendup>", "<TREND",  "STEADY>",      "<TIME100>",    "\n",     "\r\n",       "\xFF",
+        "\xE2\x82",  "e\u0301", "\u05E9\u05DC", "\u0645\u0631", "\u65E5", "\U0001F600", std::string(1, '\0'),
+        "\t",        "Wag ",    "\u202E",       "\u200D"};
+    const char* faces[] = {"Arial", "Courier New", "Symbol", "No Such Face", "", "\xFF\x80", "DejaVu Sans"};
+    for (int i = 0; i < 300; ++i) {
+        std::string text;
+        for (int n = below(25); n > 0; --n) text += pieces[random() % pieces.size()];
+        layer.SetValue(text);
+        layer.SetFontName(faces[random() % std::size(faces)]);
+        layer.SetFontSize(static_cast<float>(below(10) == 0 ? below(300) : below(30)));
+        layer.SetFontBold(below(2) == 0);
+        layer.SetFontItalic(below(2) == 0);
+        layer.SetFontSmoothing(below(3));
+        layer.SetRotationAngle(static_cast<float>(below(3) == 0 ? below(3600) / 10.0 : 0));
+        layer.SetShadow(below(2) == 0);
+        layer.SetShadowSize(1 + below(4));
+        layer.SetAlignment(below(9));
+        layer.SetOpacity(below(101));
+        layer.SetColor(below(0x1000000));
+        layer.Setx(below(260) - 30);
+        layer.SetY(below(100) - 30);
+        const auto first = Draw();
+        DIB shadow;
+        shadow.SetWidthHeight(200, 40);
+        layer.MergeShadowTo(shadow);
+        layer.UnloadClass();
+        layer.ForceUpdate();
+        ASSERT_TRUE(Same(*first, *Draw())) << text;
     }
 }
 
