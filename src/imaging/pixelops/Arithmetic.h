@@ -4,28 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 
-/// Before a function with loops over components: it is compiled once more for processors with 32-byte
-/// vectors, and the version to run is chosen when the program starts. Both come to the same.
-#if defined(__x86_64__) && !defined(__SANITIZE_ADDRESS__)
-#define TESSALOOM_VECTORS __attribute__((target_clones("avx2", "default")))
-#else
-#define TESSALOOM_VECTORS
-#endif
-
 /// The rounding that all pixel operations share, and the layout of their bitmaps.
 namespace tessaloom::pixelops {
 
-/// [value / 255] for 0 .. 65025: the nearest whole number; an odd divisor knows no ties. It takes no more
-/// than 16 bits on the way, so that vector instructions handle many values at a time.
-constexpr std::uint16_t By255(std::uint16_t value) {
-    const auto sum = static_cast<std::uint16_t>(value + 128);
-    return static_cast<std::uint16_t>(static_cast<std::uint16_t>(sum + (sum >> 8)) >> 8);
-}
-
-/// `source` over `dest` with the opacity 0 .. 255. Equal colours stay as they are whatever the opacity.
-constexpr int Blend(int dest, int source, int opacity) {
-    return By255(static_cast<std::uint16_t>(dest * (255 - opacity) + source * opacity));
-}
+/// [value / 255] for 0 .. 65025: the nearest whole number; an odd divisor knows no ties.
+constexpr int By255(int value) { return (value + 128 + ((value + 128) >> 8)) >> 8; }
 
 constexpr int ClampToByte(int value) { return std::clamp(value, 0, 255); }
 

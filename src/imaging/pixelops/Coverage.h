@@ -2,66 +2,81 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 #include "imaging/pixelops/Arithmetic.h"
+#include "imaging/pixelops/MergeRows.h"
 
 namespace tessaloom::pixelops {
 
-/// What decides how much of a source pixel is laid down, as Tessaloom.h defines it.
-struct Coverage {
-    int keyColour = 0;
-    int opacity = 255;
-    const int* table = nullptr;
-    int groups = 0;  ///< Of the table; 0: the key colour decides.
-
-    // Neighbours often have one colour, and tables may be long.
-    mutable int lastColour = -1;
-    mutable int lastKept = 0;
+/// What decides how much of a source pixel is laid down, as Tessaloom.h defines it. It refers to the caller's
+/// table.
+class Coverage {
+public:
+    const int opacity;
 
     Coverage(int key, int opacity255, const int* colourTable, int colourCount, int enabled)
-        : keyColour(key),
-          opacity(std::clamp(opacity255, 0, 255)),
-          table(colourTable),
-          groups(enabled != 0 && colourTable != nullptr ? std::max(colourCount, 0) : 0) {}
-
-    /// Whether the source pixels must be looked at.
-    bool Selective() const { return groups > 0 || (keyColour >= 0 && keyColour <= 0xFFFFFF); }
-
-    /// How much is kept of a pixel, 0 .. 255.
-    int Kept(const std::uint8_t* pixel) const {
-        const int colour = pixel[2] | pixel[1] << 8 | pixel[0] << 16;
-        if (groups == 0) return colour == keyColour ? 0 : 255;
-        if (colour != lastColour) {
-            lastColour = colour;
-            lastKept = KeptByTable(colour);
+        : opacity(std::clamp(opacity255, 0, 255)) {
+        if (enabled != 0 && colourTable && colourCount > 0) {
+            table_ = colourTable;
+            groups_ = colourCount;
+            for (int i = 0; i < std::min(groups_, MaximumRanges); ++i) ranges_[i] = RangeOf(Group(i));
+        } else if (key >= 0 && key <= 0xFFFFFF) {
+            groups_ = 1;
+            const int group[] = {key, key, 0, 0};
+            ranges_[0] = RangeOf(group);
         }
-        return lastKept;
     }
 
-    /// The opacity of one component. map: 255 without a map; kept: from `Kept`.
-    int Of(int map, int kept) const {
-        return By255(static_cast<std::uint16_t>(By255(static_cast<std::uint16_t>(opacity * map)) * kept));
+    /// Whether the source pixels must be looked at.
+    bool Selective() const { return groups_ > 0; }
+
+    /// How much is kept of each component, 0 .. 255, by the colours of the pixels.
+    void KeepRow(std::uint8_t* kept, const std::uint8_t* source, std::size_t pixels) const {
+        std::memset(kept, 255, pixels * 3);
+        if (groups_ <= MaximumRanges) {
+            for (int i = 0; i < groups_; ++i) pixelops::KeepRow(kept, source, ranges_[i], pixels);
+            return;
+        }
+        // Of a long table each colour is looked up once where neighbours are alike, as they often are.
+        int lastColour = -1, lastKept = 255;
+        for (std::size_t i = 0; i < pixels * 3; i += 3) {
+            const int colour = source[i] << 16 | source[i + 1] << 8 | source[i + 2];
+            if (colour != lastColour) lastKept = KeptByTable(source + i);
+            lastColour = colour;
+            std::memset(kept + i, lastKept, 3);
+        }
     }
 
 private:
-    int KeptByTable(int colour) const {
-        int kept = 255;
-        for (int i = 0; i < groups && kept > 0; ++i) {
-            const int* group = table + std::ptrdiff_t{i} * 4;
-            if (Matches(colour, group)) kept = std::min(kept, std::clamp(group[3], 0, 255));
+    /// Of a table as long as this a whole row is compared with each group in turn.
+    static constexpr int MaximumRanges = 16;
+
+    const int* Group(int i) const { return table_ + std::ptrdiff_t{i} * 4; }
+
+    static ColourRange RangeOf(const int* group) {
+        const int tolerance = std::clamp(group[2], 0, 255);
+        ColourRange range{};
+        int (*const components[])(int) = {Blue, Green, Red};
+        for (int c = 0; c < 3; ++c) {
+            const int one = components[c](group[0]), other = components[c](group[1]);
+            range.low[c] = static_cast<std::uint8_t>(ClampToByte(std::min(one, other) - tolerance));
+            range.high[c] = static_cast<std::uint8_t>(ClampToByte(std::max(one, other) + tolerance));
         }
-        return kept;
+        range.kept = static_cast<std::uint8_t>(ClampToByte(group[3]));
+        return range;
     }
 
-    static bool Matches(int colour, const int* group) {
-        const int tolerance = std::clamp(group[2], 0, 255);
-        auto within = [&](int value, int one, int other) {
-            return value >= std::min(one, other) - tolerance && value <= std::max(one, other) + tolerance;
-        };
-        return within(Red(colour), Red(group[0]), Red(group[1])) &&
-               within(Green(colour), Green(group[0]), Green(group[1])) &&
-               within(Blue(colour), Blue(group[0]), Blue(group[1]));
+    int KeptByTable(const std::uint8_t* pixel) const {
+        std::uint8_t kept[3] = {255, 255, 255};
+        for (int i = 0; i < groups_ && kept[0] > 0; ++i)
+            reference::KeepRow(kept, pixel, RangeOf(Group(i)), 1);
+        return kept[0];
     }
+
+    const int* table_ = nullptr;
+    int groups_ = 0;
+    ColourRange ranges_[MaximumRanges];
 };
 
 }  // namespace tessaloom::pixelops

@@ -2,16 +2,14 @@
 
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/Coverage.h"
+#include "imaging/pixelops/ShadowRows.h"
 #include "imaging/pixelops/Tessaloom.h"
 
 namespace {
 
 using namespace tessaloom::pixelops;
 
-/// The weights of a pixel, its neighbours and theirs, in sixteenths, for the sizes 1 .. 4.
-struct Softness {
-    int centre, next, outer;
-};
+/// For the sizes 1 .. 4.
 constexpr Softness Sizes[] = {
     {12, 2, 0},
     {8,  4, 0},
@@ -19,23 +17,10 @@ constexpr Softness Sizes[] = {
     {4,  3, 3}
 };
 
-/// Bytes of a row that are softened at a time, in buffers on the stack: the bitmap is changed in place.
-constexpr int PieceBytes = 96;
+/// Bytes of a row that are worked on at a time, in buffers on the stack: the bitmap is changed in place.
+constexpr int PieceBytes = 768;
 
-/// The middle one of five lines of bytes, softened. dest: none of the lines.
-TESSALOOM_VECTORS void Soften(const Softness& softness, const std::uint8_t* before2,
-                              const std::uint8_t* before1, const std::uint8_t* centre,
-                              const std::uint8_t* after1, const std::uint8_t* after2, std::uint8_t* dest,
-                              int bytes) {
-    const Softness s = softness;
-    for (int i = 0; i < bytes; ++i)
-        dest[i] = static_cast<std::uint8_t>(
-            static_cast<std::uint16_t>(s.centre * centre[i] + s.next * (before1[i] + after1[i]) +
-                                       s.outer * (before2[i] + after2[i]) + 8) /
-            16);
-}
-
-void SoftenRow(std::uint8_t* row, int bytes, const Softness& softness) {
+void SoftenAlong(std::uint8_t* row, int bytes, const Softness& softness) {
     constexpr int Reach = 6;  // two pixels
     std::uint8_t piece[Reach + PieceBytes + Reach] = {};
     for (int i = 0; i < bytes; i += PieceBytes) {
@@ -43,7 +28,8 @@ void SoftenRow(std::uint8_t* row, int bytes, const Softness& softness) {
         const int after = std::min(Reach, bytes - i - count);
         std::memset(piece + Reach, 0, PieceBytes + Reach);
         std::memcpy(piece + Reach, row + i, static_cast<std::size_t>(count + after));
-        Soften(softness, piece, piece + 3, piece + 6, piece + 9, piece + 12, row + i, count);
+        SoftenRow(row + i, {piece, piece + 3, piece + 6, piece + 9, piece + 12}, softness,
+                  static_cast<std::size_t>(count));
         std::memcpy(piece, piece + PieceBytes, Reach);  // the last two pixels as they were
     }
 }
@@ -60,8 +46,8 @@ void SoftenColumns(std::uint8_t* top, int count, int height, std::ptrdiff_t rowB
             std::memcpy(line(y + 2), top + (y + 2) * rowBytes, size);
         else
             std::memset(line(y + 2), 0, size);
-        Soften(softness, line(y - 2), line(y - 1), line(y), line(y + 1), line(y + 2), top + y * rowBytes,
-               count);
+        SoftenRow(top + y * rowBytes, {line(y - 2), line(y - 1), line(y), line(y + 1), line(y + 2)}, softness,
+                  size);
     }
 }
 
@@ -69,15 +55,20 @@ void SoftenColumns(std::uint8_t* top, int count, int height, std::ptrdiff_t rowB
 /// without a source all of it is covered as far as the map says.
 void TraceRow(std::uint8_t* shape, const std::uint8_t* source, const std::uint8_t* map, int width,
               const Coverage& coverage) {
-    static constexpr std::uint8_t Full[3] = {255, 255, 255};
-    for (std::ptrdiff_t i = 0; i < width * std::ptrdiff_t{3}; i += 3) {
-        const std::uint8_t* const opacity = map ? map + i : Full;
-        if ((opacity[0] | opacity[1] | opacity[2]) == 0) continue;
-        const int kept = source ? coverage.Kept(source + i) : 255;
-        int mean = coverage.Of(opacity[0], kept);
-        if (opacity[0] != opacity[1] || opacity[0] != opacity[2])
-            mean = (mean + coverage.Of(opacity[1], kept) + coverage.Of(opacity[2], kept) + 1) / 3;
-        shape[i] = shape[i + 1] = shape[i + 2] = static_cast<std::uint8_t>(mean);
+    const std::ptrdiff_t bytes = width * std::ptrdiff_t{3};
+    for (std::ptrdiff_t i = 0; i < bytes; i += PieceBytes) {
+        const auto count = static_cast<std::size_t>(std::min<std::ptrdiff_t>(PieceBytes, bytes - i));
+        std::uint8_t kept[PieceBytes];
+        if (source)
+            coverage.KeepRow(kept, source + i, count / 3);
+        else
+            std::memset(kept, 255, count);
+        if (map) ScaleRow(kept, map + i, coverage.opacity, count);
+        for (std::size_t c = 0; c < count && map; c += 3)
+            if (kept[c] != kept[c + 1] || kept[c] != kept[c + 2])
+                std::memset(kept + c, (kept[c] + kept[c + 1] + kept[c + 2] + 1) / 3, 3);
+        // What is kept comes to [opacity * kept / 255].
+        LayRow(Laying::KeepDenser, shape + i, kept, nullptr, map ? 255 : coverage.opacity, count);
     }
 }
 
@@ -103,7 +94,7 @@ int Shadow(uint8_t* ShadowPtr, int W, int H, const uint8_t* SourcePtr, int Sourc
 
     const Softness& softness = Sizes[std::clamp(ShadowSize, 1, 4) - 1];
     const int bytes = W * 3;
-    for (int y = 0; y < H; ++y) SoftenRow(RowAt(ShadowPtr, W, y), bytes, softness);
+    for (int y = 0; y < H; ++y) SoftenAlong(RowAt(ShadowPtr, W, y), bytes, softness);
     for (int i = 0; i < bytes; i += PieceBytes)
         SoftenColumns(ShadowPtr + i, std::min(PieceBytes, bytes - i), H, RowBytes(W), softness);
     return 0;

@@ -28,19 +28,26 @@
 extern "C" {
 #endif
 
+#if defined(__GNUC__)
+#define TESSALOOM_EXPORT __attribute__((visibility("default")))
+#else
+#define TESSALOOM_EXPORT
+#endif
+
 /// Lays the source onto the destination, its left edge at column `X`, its bottom edge at row `Y`. The two
 /// reserved arguments are 0.
-int Merge(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* SourcePtr, int SourceWidth,
-          int SourceHeight, int X, int Y, int OpacityMode, int KeyColour, int Opacity255,
-          const uint8_t* OpacityMapPtr, int Reserved1, int Reserved2, const int* ColourTablePtr,
-          int ColourCount, int TransparentEnabled);
+TESSALOOM_EXPORT int Merge(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* SourcePtr,
+                           int SourceWidth, int SourceHeight, int X, int Y, int OpacityMode, int KeyColour,
+                           int Opacity255, const uint8_t* OpacityMapPtr, int Reserved1, int Reserved2,
+                           const int* ColourTablePtr, int ColourCount, int TransparentEnabled);
 
 /// As `Merge`, but what is laid down is `TextColour`; the source is only matched against key and table, and
 /// may be null. The map carries the glyph coverage; without a map (not in mode 3) the source itself does.
-int MergeText(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* SourcePtr, int SourceWidth,
-              int SourceHeight, int X, int Y, int OpacityMode, int KeyColour, int Opacity255,
-              const uint8_t* OpacityMapPtr, int Reserved1, int Reserved2, const int* ColourTablePtr,
-              int ColourCount, int TransparentEnabled, int TextColour);
+TESSALOOM_EXPORT int MergeText(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* SourcePtr,
+                               int SourceWidth, int SourceHeight, int X, int Y, int OpacityMode,
+                               int KeyColour, int Opacity255, const uint8_t* OpacityMapPtr, int Reserved1,
+                               int Reserved2, const int* ColourTablePtr, int ColourCount,
+                               int TransparentEnabled, int TextColour);
 
 /// Fills the shadow bitmap (`W` x `H`) with the shadow of a layer: density, 0 none .. 255 full, alike in all
 /// three components, on black.
@@ -50,16 +57,16 @@ int MergeText(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* So
 /// of a pixel, its two neighbours and theirs, in sixteenths (sizes outside 1 .. 4 count as the nearer end):
 ///   ShadowSize 1: 12 2 0    2: 8 4 0    3: 6 4 1    4: 4 3 3
 /// W and H are 4 more than the source's size and X and Y are 2 where nothing is to be cut off.
-int Shadow(uint8_t* ShadowPtr, int W, int H, const uint8_t* SourcePtr, int SourceWidth, int SourceHeight,
-           int X, int Y, int OpacityMode, int KeyColour, int Opacity255, const uint8_t* OpacityMapPtr,
-           int ShadowSize, int Reserved1, int Reserved2, const int* ColourTablePtr, int ColourCount,
-           int TransparentEnabled);
+TESSALOOM_EXPORT int Shadow(uint8_t* ShadowPtr, int W, int H, const uint8_t* SourcePtr, int SourceWidth,
+                            int SourceHeight, int X, int Y, int OpacityMode, int KeyColour, int Opacity255,
+                            const uint8_t* OpacityMapPtr, int ShadowSize, int Reserved1, int Reserved2,
+                            const int* ColourTablePtr, int ColourCount, int TransparentEnabled);
 
 /// Sets every pixel to `Colour`.
-int Cls(uint8_t* Ptr, int Width, int Height, int Colour);
+TESSALOOM_EXPORT int Cls(uint8_t* Ptr, int Width, int Height, int Colour);
 
 /// Transforms the bitmap in place. Mode: a number of pixelops/ColorModes.h; any other does nothing.
-int ColorProcess(uint8_t* Ptr, int Width, int Height, int Mode);
+TESSALOOM_EXPORT int ColorProcess(uint8_t* Ptr, int Width, int Height, int Mode);
 
 /// Rotates the source about its centre onto the destination, centre on centre, counter-clockwise as seen on a
 /// screen (rows counted upwards).
@@ -70,24 +77,25 @@ int ColorProcess(uint8_t* Ptr, int Width, int Height, int Mode);
 /// times. Positions are rounded to 1/256 pixel for that. Quarter turns copy pixels exactly. `Angle`, whole
 /// degrees, decides for a half turn, whose shear has no finite value. What the source does not cover keeps
 /// the destination's present content, and its edges blend with that. The last argument is 0.
-int Rotate(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* SourcePtr, int SourceWidth,
-           int SourceHeight, int Angle, int ShearX, int ShearY, int Reserved);
+TESSALOOM_EXPORT int Rotate(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* SourcePtr,
+                            int SourceWidth, int SourceHeight, int Angle, int ShearX, int ShearY,
+                            int Reserved);
 
 /// Converts 16-bit pixels (5 bits each of red, green, blue from the top; rows padded to 4 bytes) to 24 bits,
 /// in place: [v * 255 / 31]. The buffer must hold `Height` rows of the 24-bit result.
-int DIB1624(uint8_t* FramePtr, int Width, int Height);
+TESSALOOM_EXPORT int DIB1624(uint8_t* FramePtr, int Width, int Height);
 
 /// Out = clamp(128 + current - previous) for each component; differences smaller than `Threshold` count as
 /// none and give 128. Threshold 0 and 1 keep all. `OutPtr` may be one of the other two.
-int Diff(uint8_t* OutPtr, const uint8_t* CurrentPtr, const uint8_t* PreviousPtr, int Width, int Height,
-         int Threshold);
+TESSALOOM_EXPORT int Diff(uint8_t* OutPtr, const uint8_t* CurrentPtr, const uint8_t* PreviousPtr, int Width,
+                          int Height, int Threshold);
 
 /// Means of (2 * Level + 1) x (2 * Level + 1) pixels; beyond an edge its pixels are repeated. Height comes
 /// before width. Level: 1 .. 3, above counts as 3, below copies. The two bitmaps must differ.
-int Blur(const uint8_t* SourcePtr, uint8_t* DestPtr, int Height, int Width, int Level);
+TESSALOOM_EXPORT int Blur(const uint8_t* SourcePtr, uint8_t* DestPtr, int Height, int Width, int Level);
 
 /// Counts the components of a bitmap: Histogram[v] becomes how often the value v occurs. 256 entries.
-int DiffHistogram(const uint8_t* Ptr, int Width, int Height, int* Histogram);
+TESSALOOM_EXPORT int DiffHistogram(const uint8_t* Ptr, int Width, int Height, int* Histogram);
 
 #ifdef __cplusplus
 }

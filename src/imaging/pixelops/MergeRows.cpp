@@ -1,0 +1,263 @@
+#include "imaging/pixelops/MergeRows.h"
+
+#include <algorithm>
+#include <cstring>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "imaging/pixelops/MergeRows.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace tessaloom::pixelops::HWY_NAMESPACE {
+
+#if HWY_TARGET == HWY_SCALAR
+
+using reference::KeepRow;
+using reference::LayRow;
+using reference::ScaleRow;
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+using D8 = hn::ScalableTag<std::uint8_t>;
+using D16 = hn::ScalableTag<std::uint16_t>;
+using V8 = hn::Vec<D8>;
+using V16 = hn::Vec<D16>;
+
+/// The most bytes that a vector may have here; longer ones (of processors that leave it open) take the
+/// reference.
+constexpr std::size_t MaximumLanes = 256;
+
+/// The bytes of a vector as numbers of 16 bits: those at even places and those at odd ones. This takes no
+/// shuffling, neither there nor back.
+HWY_INLINE V16 Even(V8 bytes) { return hn::And(hn::BitCast(D16(), bytes), hn::Set(D16(), 0xFF)); }
+HWY_INLINE V16 Odd(V8 bytes) { return hn::ShiftRight<8>(hn::BitCast(D16(), bytes)); }
+HWY_INLINE V8 Join(V16 even, V16 odd) { return hn::BitCast(D8(), hn::Or(even, hn::ShiftLeft<8>(odd))); }
+
+/// [value / 255] for 0 .. 65025.
+HWY_INLINE V16 By255(V16 value) {
+    return hn::MulHigh(hn::Add(value, hn::Set(D16(), 128)), hn::Set(D16(), 257));
+}
+
+HWY_INLINE V8 Scaled(V8 bytes, V16 factor) {
+    return Join(By255(hn::Mul(Even(bytes), factor)), By255(hn::Mul(Odd(bytes), factor)));
+}
+HWY_INLINE V8 Scaled(V8 bytes, V8 factors) {
+    return Join(By255(hn::Mul(Even(bytes), Even(factors))), By255(hn::Mul(Odd(bytes), Odd(factors))));
+}
+
+/// [dest * (65025 - density) / 65025].
+///
+/// There is no division: the quotient is estimated within 1 / 255, which makes it wrong by one at most; the
+/// remainder, of which 16 bits are enough then, tells.
+HWY_INLINE V16 Darkened(V16 dest, V16 density) {
+    const D16 d;
+    const hn::RebindToSigned<D16> s;
+    const V16 light = hn::Sub(hn::Set(d, 65025), density);
+    const V16 stretched = hn::Mul(dest, hn::Set(d, 257));  // 255 becomes 65535
+    const V16 quotient = By255(hn::Add(hn::MulHigh(stretched, light), hn::Set(d, 1)));
+    const V16 rest =  // - 65025 is 511 within 16 bits
+        hn::Add(hn::Mul(dest, light), hn::Mul(quotient, hn::Set(d, 511)));
+    const auto signedRest = hn::BitCast(s, rest);
+    const auto above = hn::VecFromMask(s, hn::Gt(signedRest, hn::Set(s, 32512)));
+    const auto below = hn::VecFromMask(s, hn::Gt(hn::Set(s, -32512), signedRest));
+    return hn::Add(hn::Sub(quotient, hn::BitCast(d, above)), hn::BitCast(d, below));
+}
+
+template <Laying laying>
+HWY_INLINE V8 Laid(V8 dest, V8 paint, V16 evenOpacity, V16 oddOpacity) {
+    const V16 even = hn::Mul(Even(paint), evenOpacity), odd = hn::Mul(Odd(paint), oddOpacity);
+    if constexpr (laying == Laying::KeepDenser) {
+        return hn::Max(dest, Join(By255(even), By255(odd)));
+    } else if constexpr (laying == Laying::Darken) {
+        return Join(Darkened(Even(dest), even), Darkened(Odd(dest), odd));
+    } else {
+        const V16 whole = hn::Set(D16(), 255);
+        return Join(By255(hn::Add(even, hn::Mul(Even(dest), hn::Sub(whole, evenOpacity)))),
+                    By255(hn::Add(odd, hn::Mul(Odd(dest), hn::Sub(whole, oddOpacity)))));
+    }
+}
+
+/// One vector by a uniform opacity.
+template <Laying laying>
+struct Uniform {
+    V16 opacity;
+    explicit HWY_INLINE Uniform(int value) : opacity(hn::Set(D16(), static_cast<std::uint16_t>(value))) {}
+    HWY_INLINE void operator()(std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t*) const {
+        const D8 d;
+        hn::StoreU(Laid<laying>(hn::LoadU(d, dest), hn::LoadU(d, paint), opacity, opacity), d, dest);
+    }
+};
+
+/// One vector by a map. Nothing is done where the map is empty, as in most of a text's box.
+template <Laying laying, bool whole>
+struct Mapped {
+    V16 opacity;
+    explicit HWY_INLINE Mapped(int value) : opacity(hn::Set(D16(), static_cast<std::uint16_t>(value))) {}
+    HWY_INLINE void operator()(std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t* map) const {
+        const D8 d;
+        const V8 bytes = hn::LoadU(d, map);
+        if (hn::AllTrue(d, hn::Eq(bytes, hn::Zero(d)))) return;
+        V16 even = Even(bytes), odd = Odd(bytes);
+        if constexpr (!whole) {
+            even = By255(hn::Mul(even, opacity));
+            odd = By255(hn::Mul(odd, opacity));
+        }
+        hn::StoreU(Laid<laying>(hn::LoadU(d, dest), hn::LoadU(d, paint), even, odd), d, dest);
+    }
+};
+
+/// Runs `step` along a row, the last incomplete vector by copies of its bytes.
+template <typename Step>
+HWY_INLINE void AlongRow(const Step& step, std::uint8_t* dest, const std::uint8_t* paint,
+                         const std::uint8_t* map, std::size_t count) {
+    const std::size_t lanes = hn::Lanes(D8());
+    std::size_t i = 0;
+    for (; i + lanes <= count; i += lanes) step(dest + i, paint + i, map ? map + i : nullptr);
+    if (i == count) return;
+    const std::size_t rest = count - i;
+    std::uint8_t lastDest[MaximumLanes], lastPaint[MaximumLanes], lastMap[MaximumLanes];
+    for (std::uint8_t* last : {lastDest, lastPaint, lastMap}) std::memset(last, 0, lanes);
+    std::memcpy(lastDest, dest + i, rest);
+    std::memcpy(lastPaint, paint + i, rest);
+    if (map) std::memcpy(lastMap, map + i, rest);
+    step(lastDest, lastPaint, lastMap);
+    std::memcpy(dest + i, lastDest, rest);
+}
+
+template <Laying laying>
+HWY_INLINE void LayRowAs(std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t* map, int opacity,
+                         std::size_t count) {
+    if (!map)
+        AlongRow(Uniform<laying>(opacity), dest, paint, map, count);
+    else if (opacity == 255)
+        AlongRow(Mapped<laying, true>(opacity), dest, paint, map, count);
+    else
+        AlongRow(Mapped<laying, false>(opacity), dest, paint, map, count);
+}
+
+void LayRow(Laying laying, std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t* map,
+            int opacity, std::size_t count) {
+    if (hn::Lanes(D8()) > MaximumLanes) return reference::LayRow(laying, dest, paint, map, opacity, count);
+    switch (laying) {
+        case Laying::KeepDenser:
+            return LayRowAs<Laying::KeepDenser>(dest, paint, map, opacity, count);
+        case Laying::Darken:
+            return LayRowAs<Laying::Darken>(dest, paint, map, opacity, count);
+        default:
+            return LayRowAs<Laying::Blend>(dest, paint, map, opacity, count);
+    }
+}
+
+/// Bytes of a row that are matched at a time; whole pixels and whole vectors.
+constexpr std::size_t MatchedBytes = 3 * MaximumLanes;
+
+/// All ones in the bytes of `source` that begin a pixel of the range, for bytes that are a multiple of three
+/// vectors. A pixel's other components are read at the next two addresses, so that nothing is shuffled.
+HWY_INLINE void FindPixels(std::uint8_t* found, const std::uint8_t* source, const ColourRange& range,
+                           std::size_t bytes) {
+    const D8 d;
+    const std::size_t lanes = hn::Lanes(d);
+    HWY_ALIGN std::uint8_t firsts[3 * MaximumLanes];
+    for (std::size_t i = 0; i < 3 * lanes; ++i) firsts[i] = i % 3 == 0 ? 255 : 0;
+    const V8 lowBlue = hn::Set(d, range.low[0]), highBlue = hn::Set(d, range.high[0]);
+    const V8 lowGreen = hn::Set(d, range.low[1]), highGreen = hn::Set(d, range.high[1]);
+    const V8 lowRed = hn::Set(d, range.low[2]), highRed = hn::Set(d, range.high[2]);
+    for (std::size_t i = 0; i < bytes; i += 3 * lanes) {
+        for (std::size_t part = 0; part < 3 * lanes; part += lanes) {
+            const std::uint8_t* at = source + i + part;
+            const V8 blue = hn::LoadU(d, at), green = hn::LoadU(d, at + 1), red = hn::LoadU(d, at + 2);
+            const V8 off =
+                hn::Or(hn::Or(hn::Or(hn::SaturatedSub(lowBlue, blue), hn::SaturatedSub(blue, highBlue)),
+                              hn::Or(hn::SaturatedSub(lowGreen, green), hn::SaturatedSub(green, highGreen))),
+                       hn::Or(hn::SaturatedSub(lowRed, red), hn::SaturatedSub(red, highRed)));
+            const V8 within = hn::VecFromMask(d, hn::Eq(off, hn::Zero(d)));
+            hn::StoreU(hn::And(within, hn::LoadU(d, firsts + part)), d, found + i + part);
+        }
+    }
+}
+
+/// found: preceded by two zeros. bytes: a multiple of a vector.
+HWY_INLINE void Keep(std::uint8_t* kept, const std::uint8_t* found, std::uint8_t value, std::size_t bytes) {
+    const D8 d;
+    const V8 least = hn::Set(d, value);
+    for (std::size_t i = 0; i < bytes; i += hn::Lanes(d)) {
+        const V8 pixel =
+            hn::Or(hn::LoadU(d, found + i), hn::Or(hn::LoadU(d, found + i - 1), hn::LoadU(d, found + i - 2)));
+        const V8 limit = hn::Or(hn::Not(pixel), least);
+        hn::StoreU(hn::Min(hn::LoadU(d, kept + i), limit), d, kept + i);
+    }
+}
+
+void KeepRow(std::uint8_t* kept, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
+    const std::size_t step = 3 * hn::Lanes(D8());
+    if (step > MatchedBytes) return reference::KeepRow(kept, source, range, pixels);
+    std::uint8_t buffer[2 + MatchedBytes] = {};
+    std::uint8_t* const found = buffer + 2;
+    const std::size_t bytes = pixels * 3;
+    std::size_t i = 0;
+    while (i + step + 2 <= bytes) {  // two bytes behind the last vector are read
+        const std::size_t whole = std::min(MatchedBytes, bytes - i - 2) / step * step;
+        FindPixels(found, source + i, range, whole);
+        Keep(kept + i, found, range.kept, whole);
+        i += whole;
+    }
+    while (i < bytes) {
+        const std::size_t rest = std::min(step, bytes - i);
+        std::uint8_t lastSource[MatchedBytes + 2], lastKept[MatchedBytes];
+        std::memset(lastSource, 0, step + 2);
+        std::memset(lastKept, 0, step);
+        std::memcpy(lastSource, source + i, rest);
+        std::memcpy(lastKept, kept + i, rest);
+        FindPixels(found, lastSource, range, step);
+        Keep(lastKept, found, range.kept, step);
+        std::memcpy(kept + i, lastKept, rest);
+        i += rest;
+    }
+}
+
+/// One vector of `ScaleRow`.
+struct Scale {
+    V16 opacity;
+    explicit HWY_INLINE Scale(int value) : opacity(hn::Set(D16(), static_cast<std::uint16_t>(value))) {}
+    HWY_INLINE void operator()(std::uint8_t* kept, const std::uint8_t* map, const std::uint8_t*) const {
+        const D8 d;
+        hn::StoreU(Scaled(Scaled(hn::LoadU(d, map), opacity), hn::LoadU(d, kept)), d, kept);
+    }
+};
+
+void ScaleRow(std::uint8_t* kept, const std::uint8_t* map, int opacity, std::size_t count) {
+    if (hn::Lanes(D8()) > MaximumLanes) return reference::ScaleRow(kept, map, opacity, count);
+    AlongRow(Scale(opacity), kept, map, nullptr, count);
+}
+
+#endif
+
+}  // namespace tessaloom::pixelops::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+namespace tessaloom::pixelops {
+
+HWY_EXPORT(LayRow);
+HWY_EXPORT(KeepRow);
+HWY_EXPORT(ScaleRow);
+
+void LayRow(Laying laying, std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t* map,
+            int opacity, std::size_t count) {
+    HWY_DYNAMIC_DISPATCH(LayRow)(laying, dest, paint, map, opacity, count);
+}
+
+void KeepRow(std::uint8_t* kept, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
+    HWY_DYNAMIC_DISPATCH(KeepRow)(kept, source, range, pixels);
+}
+
+void ScaleRow(std::uint8_t* kept, const std::uint8_t* map, int opacity, std::size_t count) {
+    HWY_DYNAMIC_DISPATCH(ScaleRow)(kept, map, opacity, count);
+}
+
+}  // namespace tessaloom::pixelops
+
+#endif
