@@ -48,6 +48,12 @@ Converted<T> ReadNeutral(Converted<T> (*read)(std::string_view, const UserLocale
     return read(local, state.user);
 }
 
+Converted<double> ReadDate(std::string_view text) {
+    std::string local(text);
+    std::ranges::replace(local, '.', ':');
+    return DateFromText(local, Process().user, CurrentYear());
+}
+
 std::string WithPoint(std::string text) {
     if (Process().decimalIsComma != 0) ReplaceFirst(text, ',', '.');
     return text;
@@ -145,11 +151,7 @@ bool TryDblNI(std::string_view text, double& value) {
 }
 
 double CDateNI(std::string_view text) {
-    return Trap({Module, "CDateNI"}, [&] {
-        std::string local(text);
-        std::ranges::replace(local, '.', ':');
-        return DateFromText(local, Process().user, CurrentYear()).OrThrow();
-    });
+    return Trap({Module, "CDateNI"}, [&] { return ReadDate(text).OrThrow(); });
 }
 
 double CDateNI(double moment) {
@@ -157,6 +159,12 @@ double CDateNI(double moment) {
         if (!PartsOfMoment(moment)) throw Error(ErrorNumber::Overflow);
         return moment;
     });
+}
+
+bool TryDateNI(std::string_view text, double& moment) {
+    const auto date = ReadDate(text);
+    if (date) moment = date.value;
+    return static_cast<bool>(date);
 }
 
 std::string CStrNI(double value) {

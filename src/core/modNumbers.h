@@ -67,6 +67,9 @@ bool TryDblNI(std::string_view text, double& value);
 double CDateNI(std::string_view text);
 double CDateNI(double moment);
 
+/// The same reading as `CDateNI`, but a failure leaves `moment` alone and is only told by the result.
+bool TryDateNI(std::string_view text, double& moment);
+
 /// With a decimal point in every locale: a double with at most 15 significant digits, a float with 7.
 std::string CStrNI(double value);
 std::string CStrNI(float value);

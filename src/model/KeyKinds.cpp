@@ -19,11 +19,12 @@ bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
                       [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + 32 : a) == b; });
 }
 
-/// Only a result of 0 can stem from a text that is no number.
+/// Only a result of 0 can stem from a text that is no number, or one too large for its kind.
 KeyFault JudgeZero(const std::string& text, double value) {
-    double ignored = 0;
-    if (value != 0 || text == "0" || modNumbers::TryDblNI(text, ignored)) return KeyFault::None;
-    return KeyFault::NotANumber;
+    double number = 0;
+    if (value != 0 || text == "0") return KeyFault::None;
+    if (!modNumbers::TryDblNI(text, number)) return KeyFault::NotANumber;
+    return std::abs(number) < 1 ? KeyFault::None : KeyFault::OutOfRange;
 }
 
 /// The digits of "HH:MM:SS"; false for any other form.
@@ -115,10 +116,9 @@ KeyFault TimeOfDay::Parse(const std::string& text, int& value) {
     if (ParseClock(text, value)) return KeyFault::None;
     const double seconds = std::round(modNumbers::CDateNI(text) * 86400);
     value = static_cast<int>(std::clamp(seconds, -1.0, 1e9));
-    if (seconds != 0) return KeyFault::None;
-    // Every form of midnight begins with a digit; what does not was no time.
-    const std::string_view word = WithoutBlanks(text);
-    return !word.empty() && word.front() >= '0' && word.front() <= '9' ? KeyFault::None : KeyFault::NotATime;
+    double ignored = 0;
+    // Only midnight can stem from a text that is no time.
+    return seconds != 0 || modNumbers::TryDateNI(text, ignored) ? KeyFault::None : KeyFault::NotATime;
 }
 
 std::string TimeOfDay::Write(double seconds) {

@@ -146,27 +146,34 @@ TEST_F(CanvasFileTest, ValuesOutOfRangeAreClampedAndReportedOnce) {
     const struct {
         const char *section, *key, *value, *stored, *reason;
     } rows[] = {
-        {"General",         "Width",                    "5000",      "3000",     "out of range, 3000 taken"               },
-        {"General",         "Height",                   "0",         "1",        "out of range, 1 taken"                  },
-        {"General",         "WindowState",              "2",         "0",        nullptr                                  },
-        {"General",         "WindowState",              "7",         "1",        "out of range, 1 taken"                  },
-        {"General",         "ShadowIntensity",          "many",      "0",        "not a number, 0 taken"                  },
-        {"General",         "SizeLocked",               "maybe",     "False",    "neither True nor False, False taken"    },
-        {"Background",      "BackgroundBaseTime",       "24:00:00",  "23:59:59", "out of range, 23:59:59 taken"           },
-        {"Background",      "BackgroundBaseTime",       "07.30",     "07:30:00", nullptr                                  },
-        {"Background",      "BackgroundBaseTime",       "noon",      "00:00:00",
-         "not a time of day (HH:MM:SS), 00:00:00 taken"                                                                   },
-        {"Background",      "BackgroundColor",          "&H1000000", "&HFFFFFF", "out of range, &HFFFFFF taken"           },
-        {"Background",      "BackgroundColor",          "&H00FFFF",  "&H00FFFF", nullptr                                  },
-        {"Background",      "BackgroundColor",          "255",       "&H0000FF", nullptr                                  },
-        {"Background",      "BackgroundColor",          "red",       "&H000000", "not a colour (&HBBGGRR), &H000000 taken"},
-        {"Capture",         "FixedRate",                "0.5",       "0.5",      nullptr                                  },
-        {"Text001",         "FontSize",                 "1e9",       "288",      "out of range, 288 taken"                },
-        {"Text001",         "RotationAngle",            "-90",       "270",      nullptr                                  },
-        {"Text001",         "Enabled",                  "perhaps",   "False",    "neither True nor False"                 },
-        {"Graphic001",      "TransparentColorTable004", "101",       "100",      "out of range, 100 taken"                },
-        {"Graphic001",      "RotationAngle",            "360",       "0",        nullptr                                  },
-        {"FTPPushSchedule", "StartSunriseOffset",       "2000",      "1440",     "out of range, 1440 taken"               },
+        {"General",         "Width",                    "5000",         "3000",     "out of range, 3000 taken"               },
+        {"General",         "Height",                   "0",            "1",        "out of range, 1 taken"                  },
+        {"General",         "WindowState",              "2",            "0",        nullptr                                  },
+        {"General",         "WindowState",              "7",            "1",        "out of range, 1 taken"                  },
+        {"General",         "ShadowIntensity",          "many",         "0",        "not a number, 0 taken"                  },
+        {"General",         "SizeLocked",               "maybe",        "False",    "neither True nor False, False taken"    },
+        {"Background",      "BackgroundBaseTime",       "24:00:00",     "23:59:59", "out of range, 23:59:59 taken"           },
+        {"Background",      "BackgroundBaseTime",       "07.30",        "07:30:00", nullptr                                  },
+        {"Background",      "BackgroundBaseTime",       "25:61:00",     "00:00:00",
+         "not a time of day (HH:MM:SS), 00:00:00 taken"                                                                      },
+        {"Background",      "BackgroundBaseTime",       "0:00",         "00:00:00", nullptr                                  },
+        {"Background",      "BackgroundBaseTime",       "noon",         "00:00:00",
+         "not a time of day (HH:MM:SS), 00:00:00 taken"                                                                      },
+        {"Background",      "BackgroundColor",          "&H1000000",    "&HFFFFFF", "out of range, &HFFFFFF taken"           },
+        {"Background",      "BackgroundColor",          "&H00FFFF",     "&H00FFFF", nullptr                                  },
+        {"Background",      "BackgroundColor",          "255",          "&H0000FF", nullptr                                  },
+        {"Background",      "BackgroundColor",          "red",          "&H000000", "not a colour (&HBBGGRR), &H000000 taken"},
+        {"Capture",         "FixedRate",                "0.5",          "0.5",      nullptr                                  },
+        {"Text001",         "FontSize",                 "1e9",          "288",      "out of range, 288 taken"                },
+        {"Text001",         "FontSize",                 "1e300",        "2",        "out of range, 2 taken"                  },
+        {"Text001",         "LocationX",                "-99999999999", "0",        "out of range, 0 taken"                  },
+        {"Text001",         "LocationX",                "99999999999",  "3000",     "out of range, 3000 taken"               },
+        {"Text001",         "LocationX",                "0.4",          "0",        nullptr                                  },
+        {"Text001",         "RotationAngle",            "-90",          "270",      nullptr                                  },
+        {"Text001",         "Enabled",                  "perhaps",      "False",    "neither True nor False"                 },
+        {"Graphic001",      "TransparentColorTable004", "101",          "100",      "out of range, 100 taken"                },
+        {"Graphic001",      "RotationAngle",            "360",          "0",        nullptr                                  },
+        {"FTPPushSchedule", "StartSunriseOffset",       "2000",         "1440",     "out of range, 1440 taken"               },
     };
     for (const auto& [section, key, value, stored, reason] : rows) {
         SCOPED_TRACE(std::string(key) + "=" + value);
@@ -282,33 +289,49 @@ TEST_F(CanvasFileTest, PassiveReadingWritesNothing) {
     EXPECT_EQ(files.Changes(), changes);
 }
 
-TEST_F(CanvasFileTest, SettingsOfLayersAndOutputsNeedSaving) {
-    Canvas& canvas = Load("[Text001]\r\nEnabled=True\r\n[Graphic001]\r\nEnabled=True\r\n");
-    const struct {
-        const char* name;
-        std::function<void(Canvas&)> change;
-    } changes[] = {
-        {"name",             [](Canvas& c) { c.SetName("x"); }                                                },
-        {"window",           [](Canvas& c) { c.SetLeft(5); }                                                  },
-        {"text",             [](Canvas& c) { c.Text(1)->SetOpacity(7); }                                      },
-        {"rate",             [](Canvas& c) { c.Text(1)->SetRate(7); }                                         },
-        {"text schedule",    [](Canvas& c) { c.Text(1)->Schedule().SetStartSunsetOffset(7); }                 },
-        {"graphic",          [](Canvas& c) { c.Graphic(1)->SetCropTop(7); }                                   },
-        {"graphic schedule", [](Canvas& c) { c.Graphic(1)->Schedule().SetScheduleMode(1); }                   },
-        {"save",             [](Canvas& c) { c.Saves().SetCascadeCount(7); }                                  },
-        {"save schedule",    [](Canvas& c) { c.Saves().BackgroundSchedule().SetStopMode(1); }                 },
-        {"upload",           [](Canvas& c) { c.VideoStreaming().FTPPush().SetUserName("x"); }                 },
-        {"upload schedule",  [](Canvas& c) { c.VideoStreaming().FTPPush().Schedule().SetStopMode(1); }        },
-        {"web page",         [](Canvas& c) { c.VideoStreaming().CanvasWebServer().SetFileName("x"); }         },
-        {"web schedule",     [](Canvas& c) { c.VideoStreaming().CanvasWebServer().Schedule().SetStopMode(1); }},
-    };
-    for (const auto& [name, change] : changes) {
-        canvas.SetNeedSaving(false);
-        change(canvas);
-        EXPECT_TRUE(canvas.NeedSaving()) << name;
+/// Each key of `keys` must make `document` need saving when it gets another value, and only then.
+template <typename Document, typename Owner, std::size_t Size>
+void ExpectNeedSaving(Document& document, Owner& owner, const std::array<Key<Owner>, Size>& keys) {
+    for (const Key<Owner>& key : keys) {
+        const std::string present = key.write(owner);
+        const std::string likely = OtherValue({}, {std::string(key.name), present}, 1);
+        const std::string other = likely == present ? "2" : likely;
+        for (const bool expected : {true, false}) {
+            document.SetNeedSaving(false);
+            key.read(owner, other);
+            EXPECT_EQ(document.NeedSaving(), expected) << key.name << "=" << other;
+        }
     }
+}
+
+TEST_F(CanvasFileTest, EverySettingThatChangesNeedsSaving) {
+    Canvas& canvas = Load("[Text001]\r\nEnabled=True\r\n[Graphic001]\r\nEnabled=True\r\n");
+    const auto expect = [&](auto& owner, const auto&... keys) {
+        (ExpectNeedSaving(canvas, owner, keys), ...);
+    };
+    using namespace CanvasKeys;
+    expect(canvas, General, BackgroundColor);
+    expect(canvas.Saves(), Background, Capture);
+    expect(canvas.VideoStreaming().FTPPush(), FTPPushKeys);
+    expect(canvas.VideoStreaming().CanvasWebServer(), WebServerKeys);
+    expect(*canvas.Text(1), TextBeforeSchedule, TextAfterSchedule);
+    expect(*canvas.Graphic(1), GraphicBeforeSchedule, GraphicAfterSchedule, GraphicAfterTable);
+    for (Schedule* schedule :
+         {&canvas.Saves().FixedSchedule(), &canvas.Saves().SequentialSchedule(),
+          &canvas.Saves().BackgroundSchedule(), &canvas.VideoStreaming().FTPPush().Schedule(),
+          &canvas.VideoStreaming().CanvasWebServer().Schedule(), &canvas.Text(1)->Schedule(),
+          &canvas.Graphic(1)->Schedule()})
+        expect(*schedule, ScheduleKeys);
+    canvas.SetNeedSaving(true);
     EXPECT_TRUE(canvas.SaveFile());
     EXPECT_FALSE(canvas.NeedSaving());
+
+    canvas.SetEnabled(false);
+    ExpectNeedSaving(portfolio, portfolio.VideoFeed(9), PortfolioKeys::Feed);
+    ExpectNeedSaving(portfolio, portfolio.VideoFeed(9).MotionDetect(), PortfolioKeys::Motion);
+    ExpectNeedSaving(portfolio, portfolio.VWS(), PortfolioKeys::Weather);
+    ExpectNeedSaving(portfolio, portfolio.WebServer(), PortfolioKeys::Web);
+    ExpectNeedSaving(portfolio, portfolio.Script(), PortfolioKeys::Scripting);
 }
 
 TEST_F(CanvasFileTest, RunningNumberReachesTheFileByItself) {

@@ -149,6 +149,17 @@ TEST_F(PosixFileSystemTest, ReplacesTheTargetOfALink) {
     EXPECT_TRUE(fs::is_symlink(In("link.ini")) && fs::is_symlink(In("dangling.ini")));
 }
 
+TEST_F(PosixFileSystemTest, KnowsAFileUnderAllItsNames) {
+    ASSERT_TRUE(files_.MakeFolder(In("f")));
+    for (const char* name : {"a", "b"}) ASSERT_TRUE(files_.WriteFile(In(name), "same"));
+    fs::create_symlink(In("a"), In("link"));
+    EXPECT_TRUE(files_.SameFile(In("a"), In("f\\..\\a")));
+    EXPECT_TRUE(files_.SameFile(In("link"), In("a")));
+    EXPECT_FALSE(files_.SameFile(In("a"), In("b")));
+    EXPECT_TRUE(files_.SameFile(In("f/gone"), In("f\\gone")));
+    EXPECT_FALSE(files_.SameFile(In("gone"), In("lost")));
+}
+
 TEST_F(PosixFileSystemTest, LeavesTheOldFileWholeWhenTheDiskIsFull) {
     files_.WriteFile(In("a.ini"), "old");
     rlimit before;
