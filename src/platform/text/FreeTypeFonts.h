@@ -31,8 +31,9 @@ private:
     using Style = std::tuple<std::string, bool, bool>;  ///< Family, bold, italic.
 
     std::shared_ptr<FontLibrary> library_;
-    RecentlyUsed<Style, FallbackList> lists_{16};
-    RecentlyUsed<LogicalFont, Font> fonts_{32};
+    // A canvas with a font of its own for each of its hundred texts still finds them all ready.
+    RecentlyUsed<Style, FallbackList> lists_{64};
+    RecentlyUsed<LogicalFont, Font> fonts_{128};
 };
 
 }  // namespace tessaloom
