@@ -164,9 +164,9 @@ void MeasureClocks() {
     testing::TestPlatform services;
     FreeTypeFonts fonts;
     Platform& fakes = services.platform;
-    Platform platform{fakes.fileSystem,    fakes.profile,   fakes.locale,  fakes.systemTime, fonts,
-                      fakes.pictureLoader, fakes.jpegCodec, fakes.dialogs, fakes.desktop,    fakes.mainWindow,
-                      fakes.timer};
+    Platform platform{
+        fakes.fileSystem, fakes.profile, fakes.locale,  fakes.systemTime, fonts,       fakes.pictureLoader,
+        fakes.jpegCodec,  fakes.dialogs, fakes.desktop, fakes.mainWindow, fakes.timer, fakes.urlTransfers};
     Portfolio portfolio(platform);
     for (int slot = 1; slot <= 2; ++slot) {  // a canvas has 100 texts at most
         Canvas& canvas = portfolio.Canvas(slot);

@@ -47,7 +47,8 @@ int RenderCanvas(Platform& platform, const std::string& canvasFile, const std::s
                          platform.dialogs,
                          platform.desktop,
                          platform.mainWindow,
-                         platform.timer};
+                         platform.timer,
+                         platform.urlTransfers};
     modNumbers::InitNumberFormat(platform.locale);
     modPictureBox::InitializePictureBox();
     modMain::PeekSettings(platform);

@@ -13,7 +13,7 @@ Services::Services(std::function<void()> quit)
       locale_(QtUserLocale()),
       mainWindow_(std::move(quit)),
       platform_{fileSystem_, profile_, locale_,  systemTime_, fonts_, pictureLoader_,
-                jpegCodec_,  dialogs_, desktop_, mainWindow_, timer_} {
+                jpegCodec_,  dialogs_, desktop_, mainWindow_, timer_, urlTransfers_} {
     modTime::UseSystemTime(systemTime_);
 }
 

@@ -4,6 +4,7 @@
 #include "app/HeadlessMainWindow.h"
 #include "platform/Platform.h"
 #include "platform/UserLocale.h"
+#include "platform/curl/CurlTransfers.h"
 #include "platform/jpeg/TurboJpegCodec.h"
 #include "platform/posix/HeadlessDesktop.h"
 #include "platform/posix/PosixFileSystem.h"
@@ -38,6 +39,7 @@ private:
     HeadlessDesktop desktop_;
     HeadlessMainWindow mainWindow_;
     QtTimer timer_;
+    CurlTransfers urlTransfers_;
     Platform platform_;
 };
 

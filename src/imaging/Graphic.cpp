@@ -6,7 +6,7 @@
 #include "core/ErrorReport.h"
 #include "core/Store.h"
 #include "imaging/Alignment.h"
-#include "imaging/PictureAccess.h"
+#include "platform/UrlTransfer.h"
 
 namespace tessaloom {
 
@@ -48,7 +48,12 @@ int PictureTypeOf(int sourceType) {
 }  // namespace
 
 Graphic::Graphic(LayerHost& host, LayerTiming& timing, const PictureAccess& access)
-    : host_(host), timing_(timing), activity_(Rates, BaseTimes), schedule_(&host), image_(access) {
+    : host_(host),
+      timing_(timing),
+      access_(access),
+      activity_(Rates, BaseTimes),
+      schedule_(&host),
+      image_(access) {
     schedule_.SetRedraw([this] {
         SetChanged(true);
         host_.ScheduleStateChanged();
@@ -56,6 +61,8 @@ Graphic::Graphic(LayerHost& host, LayerTiming& timing, const PictureAccess& acce
     SetCanvasValue(host.CanvasIndex());
     CopyTiming();
 }
+
+Graphic::~Graphic() = default;
 
 void Graphic::UpdateImage() {
     Trap({Module, "UpdateImage"}, [&] {
@@ -78,7 +85,10 @@ RowRange Graphic::MergeShadowTo(DIB& shadow) {
 }
 
 void Graphic::UnloadClass() {
-    Trap({Module, "UnloadClass"}, [&] { image_.ClearDIB(); });
+    Trap({Module, "UnloadClass"}, [&] {
+        CancelFetch();
+        image_.ClearDIB();
+    });
 }
 
 void Graphic::PassSettings() {
@@ -113,6 +123,7 @@ void Graphic::PassSettings() {
 
 void Graphic::TakeSource() {
     if (opacityUseFile_) image_.ForceOpacityLoad();
+    if (sourceType_ != Address) CancelFetch();
     switch (sourceType_) {
         case VideoFeed:
             return TakePicture(sourceVideoFeed_ == NoFeed ? nullptr : host_.FeedFrame(sourceVideoFeed_));
@@ -123,7 +134,7 @@ void Graphic::TakeSource() {
         case PlainBlock:
             return TakeBlock();
         case Address:
-            return;  // nothing fetches yet: the layer keeps the picture that it has
+            return TakeAddress();
     }
 }
 

@@ -1,17 +1,20 @@
 #pragma once
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "imaging/Image.h"
 #include "imaging/LayerHost.h"
+#include "imaging/PictureAccess.h"
 #include "imaging/RowRange.h"
 #include "time/Schedule.h"
 #include "time/TimedActivity.h"
 
 namespace tessaloom {
 
-struct PictureAccess;
+class UrlTransfer;
+enum class TransferState;
 
 /// A picture layer of a canvas: a feed's frame, a file, a picture from an address, a plain block or another
 /// canvas, refreshed when due and laid onto the canvas.
@@ -28,13 +31,20 @@ public:
     static constexpr int LargestColor = 0xFFFFFF;
 
     Graphic(LayerHost& host, LayerTiming& timing, const PictureAccess& access);
+    ~Graphic();
     Graphic(const Graphic&) = delete;
     Graphic& operator=(const Graphic&) = delete;
 
     // --- Drawing ---
 
     /// Takes in what the source holds now. The layer's pass is marked only when its picture changed.
+    ///
+    /// The picture of an address is only asked for; one still on its way is given up for it. When it has come
+    /// it is put into a file in the folder of the start, and the layer's pass is marked.
     void UpdateImage();
+
+    /// The picture of an address is on its way.
+    bool SourcePending() const;
 
     /// Lays the layer's picture onto `canvas`.
     void MergeImageTo(DIB& canvas);
@@ -68,7 +78,7 @@ public:
     // --- State ---
 
     /// Set at first, by every change of a setting that shows, and by `ForceUpdate`; cleared by `UpdateImage`.
-    /// Also true while the layer's schedule needs saving.
+    /// Also set when a picture from an address has come, and true while the layer's schedule needs saving.
     bool Changed() const { return changed_ || schedule_.NeedsSaving(); }
 
     /// Setting it marks the layer's pass, too.
@@ -216,15 +226,26 @@ private:
     void TakePicture(const DIB* picture);
     void TakeFile();
     void TakeBlock();
+    void TakeAddress();
+    void CancelFetch();
+    void myInet_StateChanged(TransferState state);
+    bool StoreResponse(const std::string& name);
+    void FetchFailed(const std::string& reason);
+    std::string TemporaryFileName() const;
     void ManageStretchedDimensions();
     void CopyTiming();
 
     LayerHost& host_;
     LayerTiming& timing_;
+    const PictureAccess access_;
     TimedActivity activity_;
     tessaloom::Schedule schedule_;
     tessaloom::Image image_;
     unsigned shownRevision_ = 0;
+
+    std::unique_ptr<UrlTransfer> myInet_;  ///< Made for the first address.
+    std::string fetched_;                  ///< The address that was asked for last.
+    std::string fetchFault_;               ///< What was reported of it; "" when the last picture came.
 
     std::string sourceFileName_;
     std::string sourceURL_;

@@ -234,6 +234,12 @@ bool Canvas::UpdateGraphics(double now) {
     return true;
 }
 
+bool Canvas::SourcesPending() const {
+    return std::ranges::any_of(graphics_, [](const auto& graphic) {
+        return graphic && graphic->Enabled() && graphic->SourcePending();
+    });
+}
+
 bool Canvas::NeedsComposing() const {
     return forceRedraw_ || forceReload_ || composeForced_ ||
            std::ranges::find(passChanged_, true) != passChanged_.end();

@@ -57,6 +57,9 @@ public:
     /// Refreshes the layers that are due and, when anything visible changed, composes the picture anew.
     void UpdateImage();
 
+    /// The picture of an enabled layer's address is on its way.
+    bool SourcesPending() const;
+
     /// Composes pass `pass` (0 .. 3) onto the canvas bitmap: shadows, then graphics, then texts.
     void AddTextAndGraphicLayer(int pass);
 

@@ -11,6 +11,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Platform.h"
 #include "platform/PrivateProfile.h"
+#include "platform/UrlTransfer.h"
 #include "publish/VideoStreaming.h"
 #include "publish/WebServer.h"
 #include "script/host/Script.h"
@@ -33,7 +34,8 @@ std::size_t Index(int slot) { return static_cast<std::size_t>(slot); }
 Portfolio::Portfolio(Platform& platform)
     : platform_(platform),
       errors_(platform.fileSystem, platform.locale),
-      pictures_{platform.fileSystem, platform.jpegCodec, platform.pictureLoader, errors_} {
+      pictures_{platform.fileSystem, platform.jpegCodec, platform.pictureLoader, errors_,
+                platform.urlTransfers} {
     faultHandler_ = [](const DocumentFault& fault) { Log(LogLevel::Warning, fault.Text()); };
     script_ = std::make_unique<tessaloom::Script>(*this, *this, platform.fileSystem);
     vws_ = std::make_unique<tessaloom::VWS>(*this, *this, platform.fileSystem);
@@ -144,7 +146,10 @@ void Portfolio::UpdateOtherPre() {
 }
 
 void Portfolio::UpdateImages() {
-    Trap({Module, "UpdateImages"}, [&] { ForOpenCanvases([](auto& canvas) { canvas.UpdateImage(); }); });
+    Trap({Module, "UpdateImages"}, [&] {
+        platform_.urlTransfers.Poll();
+        ForOpenCanvases([](auto& canvas) { canvas.UpdateImage(); });
+    });
 }
 
 /// Feeds and devices deliver nothing while no capture driver is attached to them (video/VideoFeed.h), so

@@ -12,6 +12,7 @@ class PictureLoader;
 class PrivateProfile;
 class SystemTime;
 class Timer;
+class UrlTransfers;
 struct UserLocale;
 
 /// Everything that the engine needs of the system it runs on. Filled once by the program, passed down by
@@ -28,6 +29,7 @@ struct Platform {
     Desktop& desktop;
     MainWindow& mainWindow;
     Timer& timer;
+    UrlTransfers& urlTransfers;
 };
 
 }  // namespace tessaloom

@@ -10,6 +10,7 @@
 #include "imaging/PictureAccess.h"
 #include "platform/UserLocale.h"
 #include "support/FakePictures.h"
+#include "support/FakeUrlTransfers.h"
 #include "support/MemoryFileSystem.h"
 
 namespace tessaloom::testing {
@@ -31,7 +32,8 @@ protected:
     FakePictureLoader loader;
     UserLocale locale;
     ErrorsFile errors{files, locale};
-    PictureAccess access{files, jpeg, loader, errors};
+    FakeUrlTransfers transfers;
+    PictureAccess access{files, jpeg, loader, errors, transfers};
     std::vector<ErrorReport> reports;
 
 private:

@@ -24,7 +24,7 @@ struct RealParts : TestPlatform, ::testing::Test {
     QtPictureLoader realPictures;
     TurboJpegCodec realJpeg;
     Platform real{realFiles, realProfile, locale,  time,       realFonts, realPictures,
-                  realJpeg,  dialogs,     desktop, mainWindow, timer};
+                  realJpeg,  dialogs,     desktop, mainWindow, timer,     urlTransfers};
 };
 
 TEST_F(RealParts, PublishThePictureThatTheDocumentDescribes) {

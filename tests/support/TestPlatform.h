@@ -18,6 +18,7 @@
 #include "support/BlockFonts.h"
 #include "support/FakePictures.h"
 #include "support/FakeTime.h"
+#include "support/FakeUrlTransfers.h"
 #include "support/MemoryFileSystem.h"
 #include "support/TestLocales.h"
 
@@ -184,9 +185,10 @@ public:
     RecordingDesktop desktop;
     RecordingMainWindow mainWindow;
     ManualTimer timer;
+    FakeUrlTransfers urlTransfers;
 
     Platform platform{files,     profile, locale,  time,       fonts, pictureLoader,
-                      jpegCodec, dialogs, desktop, mainWindow, timer};
+                      jpegCodec, dialogs, desktop, mainWindow, timer, urlTransfers};
 
     TestPlatform() : flags_(Flags()) {
         modNumbers::InitNumberFormat(locale);

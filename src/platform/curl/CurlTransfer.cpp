@@ -1,0 +1,207 @@
+#include "platform/curl/CurlTransfer.h"
+
+#include <new>
+#include <utility>
+
+#include "platform/curl/BrokenPipeGuard.h"
+#include "platform/curl/CurlMulti.h"
+
+namespace tessaloom {
+
+namespace {
+
+constexpr const char* Protocols = "http,https";
+
+/// No honest server sends as much.
+constexpr std::size_t LargestHeader = 256 << 10;  // bytes
+
+std::string_view WithoutBlanks(std::string_view text) {
+    constexpr std::string_view Blanks = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(Blanks);
+    return first == std::string_view::npos ? ""
+                                           : text.substr(first, text.find_last_not_of(Blanks) - first + 1);
+}
+
+/// As people write addresses: blanks around them mean nothing, and of several "@" before the path all but the
+/// last belong to the password. What may not stand there as it is, is written as the protocol does.
+std::string UsableAddress(std::string_view written) {
+    const std::string_view address = WithoutBlanks(written);
+    const std::size_t scheme = address.find("://");
+    const std::size_t host = scheme == std::string_view::npos ? 0 : scheme + 3;
+    const std::string_view front = address.substr(0, address.find_first_of("/?#", host));
+    const std::size_t lastSign = front.rfind('@');
+
+    std::string usable;
+    for (std::size_t i = 0; i < address.size(); ++i) {
+        if (address[i] == ' ')
+            usable += "%20";
+        else if (address[i] == '@' && i < front.size() && i != lastSign)
+            usable += "%40";
+        else
+            usable += address[i];
+    }
+    return usable;
+}
+
+std::string Megabytes(std::size_t bytes) { return std::to_string(bytes >> 20) + " MB"; }
+
+}  // namespace
+
+CurlTransfer::~CurlTransfer() { Cancel(); }
+
+void CurlTransfer::Get(std::string_view address) {
+    Cancel();
+    limits_ = multi_.limits;
+    const std::string usable = UsableAddress(address);
+    // The text would end there for the library, and mean another address.
+    const bool cut = usable.find('\0') != std::string::npos;
+    if (usable.empty() || cut || !Prepare(usable) || !multi_.Start(*this, handle_)) {
+        if (handle_) curl_easy_cleanup(std::exchange(handle_, nullptr));
+        return Fail("the address cannot be used");
+    }
+    state_ = TransferState::Requesting;
+}
+
+void CurlTransfer::Cancel() {
+    if (handle_) {
+        Release();
+    } else {
+        multi_.Remove(*this, nullptr);
+    }
+    DropBody();
+    headerBytes_ = 0;
+    failure_.clear();
+    excess_.clear();
+    state_ = TransferState::Idle;
+}
+
+std::string CurlTransfer::GetChunk(std::size_t bytes) {
+    if (state_ != TransferState::ResponseCompleted) return {};
+    std::string chunk = body_.substr(taken_, bytes);
+    taken_ += chunk.size();
+    if (chunk.empty()) DropBody();
+    return chunk;
+}
+
+bool CurlTransfer::Prepare(const std::string& address) {
+    handle_ = curl_easy_init();
+    if (!handle_) return false;
+    bool accepted = true;
+    const auto set = [&](CURLoption option, auto value) {
+        accepted = curl_easy_setopt(handle_, option, value) == CURLE_OK && accepted;
+    };
+    set(CURLOPT_URL, address.c_str());
+    set(CURLOPT_DEFAULT_PROTOCOL, "http");
+    set(CURLOPT_PROTOCOLS_STR, Protocols);
+    set(CURLOPT_REDIR_PROTOCOLS_STR, Protocols);
+    set(CURLOPT_FOLLOWLOCATION, 1L);
+    set(CURLOPT_MAXREDIRS, long{limits_.redirects});
+    // A camera that can do better is not sent the password itself.
+    set(CURLOPT_HTTPAUTH, CURLAUTH_BASIC | CURLAUTH_DIGEST);
+    set(CURLOPT_FAILONERROR, 1L);
+    set(CURLOPT_USERAGENT, "Tessaloom");
+    set(CURLOPT_PROXY, "");
+    set(CURLOPT_NOSIGNAL, 1L);
+    // A name that is being looked up is not waited for when the transfer is cancelled.
+    set(CURLOPT_QUICK_EXIT, 1L);
+    set(CURLOPT_CONNECTTIMEOUT_MS, long{limits_.connectMilliseconds});
+    set(CURLOPT_TIMEOUT_MS, long{limits_.totalMilliseconds});
+    set(CURLOPT_LOW_SPEED_LIMIT, long{limits_.stalledBytesPerSecond});
+    set(CURLOPT_LOW_SPEED_TIME, long{limits_.stalledSeconds});
+    set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(limits_.bytes));
+    if (!multi_.CertificateFile().empty()) set(CURLOPT_CAINFO, multi_.CertificateFile().c_str());
+    set(CURLOPT_HEADERFUNCTION, &CurlTransfer::TakeHeader);
+    set(CURLOPT_HEADERDATA, static_cast<void*>(this));
+    set(CURLOPT_WRITEFUNCTION, &CurlTransfer::TakeBody);
+    set(CURLOPT_WRITEDATA, static_cast<void*>(this));
+    return accepted;
+}
+
+std::size_t CurlTransfer::TakeHeader(char*, std::size_t size, std::size_t count, void* self) {
+    auto& transfer = *static_cast<CurlTransfer*>(self);
+    transfer.headerBytes_ += size * count;
+    if (transfer.headerBytes_ <= LargestHeader) return size * count;
+    transfer.excess_ = "the head of the response has no end";
+    return 0;
+}
+
+/// A count other than the one given breaks the transfer off. What a server sends along with a redirect or an
+/// error does not come here.
+std::size_t CurlTransfer::TakeBody(char* data, std::size_t size, std::size_t count, void* self) {
+    auto& transfer = *static_cast<CurlTransfer*>(self);
+    const std::size_t bytes = size * count;
+    if (bytes > transfer.limits_.bytes - transfer.body_.size()) {
+        transfer.excess_ = "the response is larger than " + Megabytes(transfer.limits_.bytes);
+        return 0;
+    }
+    if (transfer.multi_.heldBytes + bytes > transfer.limits_.bytesTogether) {
+        transfer.excess_ =
+            "all responses together are larger than " + Megabytes(transfer.limits_.bytesTogether);
+        return 0;
+    }
+    try {
+        transfer.body_.append(data, bytes);
+    } catch (const std::bad_alloc&) {
+        transfer.excess_ = "there is no memory for the response";
+        return 0;
+    }
+    transfer.multi_.heldBytes += bytes;
+    if (transfer.state_ == TransferState::Requesting) transfer.Enter(TransferState::Receiving);
+    return bytes;
+}
+
+void CurlTransfer::Ended(CURLcode result) {
+    std::string reason = result == CURLE_OK ? "" : ReasonOf(result);
+    Release();
+    if (result != CURLE_OK) return Fail(std::move(reason));
+    Enter(TransferState::ResponseCompleted);
+}
+
+std::string CurlTransfer::ReasonOf(CURLcode result) const {
+    if (!excess_.empty()) return excess_;
+    switch (result) {
+        case CURLE_HTTP_RETURNED_ERROR: {
+            long status = 0;
+            curl_easy_getinfo(handle_, CURLINFO_RESPONSE_CODE, &status);
+            return "the server answered with status " + std::to_string(status);
+        }
+        case CURLE_FILESIZE_EXCEEDED:
+            return "the response is larger than " + Megabytes(limits_.bytes);
+        case CURLE_OPERATION_TIMEDOUT:
+            return "no whole response came in time";
+        case CURLE_PARTIAL_FILE:
+            return "the response was cut short";
+        default:
+            return curl_easy_strerror(result);
+    }
+}
+
+void CurlTransfer::Enter(TransferState state) {
+    state_ = state;
+    multi_.TellLater(*this);
+}
+
+void CurlTransfer::Fail(std::string reason) {
+    DropBody();
+    failure_ = std::move(reason);
+    Enter(TransferState::Failed);
+}
+
+void CurlTransfer::TellState() {
+    // A copy: the listener may replace itself, or destroy this object with it.
+    if (const StateChanged listener = listener_) listener(state_);
+}
+
+void CurlTransfer::Release() {
+    multi_.Remove(*this, handle_);
+    const BrokenPipeGuard guard;
+    curl_easy_cleanup(std::exchange(handle_, nullptr));
+}
+
+void CurlTransfer::DropBody() {
+    multi_.heldBytes -= body_.size();
+    body_ = {};
+    taken_ = 0;
+}
+
+}  // namespace tessaloom
