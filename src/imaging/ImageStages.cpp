@@ -129,7 +129,9 @@ void Image::LoadImageDIB() {
 
 void Image::LoadPicture() {
     if (!IsFile() || pictureFileName_.empty() || !pictureFile_) return;
-    const auto outcome = pictureFile_->Load(pictureFileName_, picture_);
+    const auto writer =
+        pictureType_ == FetchedFile ? PictureFile::Writer::Ourselves : PictureFile::Writer::Others;
+    const auto outcome = pictureFile_->Load(pictureFileName_, picture_, writer);
     pictureFile_->Release();
     if (outcome == PictureFile::Outcome::Failed)
         MarkDirty(Bits(Stage::Crop, Stage::Stretch, Stage::Rotation));

@@ -15,18 +15,21 @@ bool PictureFile::Stale(std::string_view name) const {
     return StampOf(name) != loadedStamp_;
 }
 
-PictureFile::Outcome PictureFile::Load(std::string_view name, DIB& target) {
+PictureFile::Outcome PictureFile::Load(std::string_view name, DIB& target, Writer writer) {
     // Taken before reading: what is written meanwhile then counts as another file.
     const auto stamp = StampOf(name);
     int result = LoadJpegIntoDIB(access_.files, access_.jpeg, access_.pictures, name, target, &buffers_);
     if (result == NotJpegName) result = LoadThroughSurface(name, target);
     if (result != Loaded) {
+        const bool wasGood = fault_ == Loaded && loadedName_ == name;
+        const bool changing = (stamp && !stamp->settled) || StampOf(name) != stamp;
         loadedStamp_.reset();
-        return Fail(name, result);
+        return Fail(name, result, writer == Writer::Others && (wasGood || changing));
     }
     loadedName_ = name;
     loadedStamp_ = stamp;
     fault_ = Loaded;
+    secondChance_ = false;
     return Outcome::Loaded;
 }
 
@@ -51,7 +54,11 @@ int PictureFile::LoadThroughSurface(std::string_view name, DIB& target) {
     return Loaded;
 }
 
-PictureFile::Outcome PictureFile::Fail(std::string_view name, int result) {
+PictureFile::Outcome PictureFile::Fail(std::string_view name, int result, bool maybeUnfinished) {
+    if (maybeUnfinished && !secondChance_) {
+        secondChance_ = true;
+        return Outcome::Failed;
+    }
     if (fault_ == result && faultName_ == name) return Outcome::FailedAgain;
     fault_ = result;
     faultName_ = name;

@@ -15,13 +15,18 @@ namespace tessaloom {
 /// The picture file of one layer, read again only when it changed.
 ///
 /// A fault goes to the common error report once for each file and reason, until the file has been read again.
+/// A file that others may just be rewriting is given a second chance first: when it was good before, or
+/// changes right now, only the second failure in a row is a fault.
 class PictureFile {
 public:
     enum class Outcome {
         Loaded,
-        Failed,       ///< For the first time with this file and reason.
+        Failed,       ///< For the first time with this file and reason, or to be tried once more.
         FailedAgain,  ///< As before, so that nothing else needs to be done about it.
     };
+
+    /// Who writes the file: what this program has written is whole.
+    enum class Writer { Others, Ourselves };
 
     explicit PictureFile(const PictureAccess& access);
 
@@ -29,7 +34,7 @@ public:
     bool Stale(std::string_view name) const;
 
     /// Reads the file whatever its stamp. On failure `target` keeps its picture.
-    Outcome Load(std::string_view name, DIB& target);
+    Outcome Load(std::string_view name, DIB& target, Writer writer = Writer::Others);
 
     /// Of the picture loaded last: 0 clear .. 255 solid, `Width` bytes a row, bottom row first; empty when it
     /// has no transparency. Lasts until `Release`.
@@ -44,7 +49,7 @@ public:
 private:
     std::optional<FileStamp> StampOf(std::string_view name) const;
     int LoadThroughSurface(std::string_view name, DIB& target);
-    Outcome Fail(std::string_view name, int result);
+    Outcome Fail(std::string_view name, int result, bool maybeUnfinished);
 
     PictureAccess access_;
     Picture surface_;
@@ -53,7 +58,8 @@ private:
     std::string loadedName_;
     std::optional<FileStamp> loadedStamp_;
     std::string faultName_;
-    int fault_ = Loaded;  ///< A `JpegLoad`; `Loaded` while there is no fault.
+    int fault_ = Loaded;         ///< A `JpegLoad`; `Loaded` while there is no fault.
+    bool secondChance_ = false;  ///< Given since the file was last loaded.
 };
 
 }  // namespace tessaloom

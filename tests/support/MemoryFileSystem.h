@@ -32,6 +32,8 @@ public:
     /// How often a file was written, copied, renamed or deleted.
     int Changes() const { return static_cast<int>(changes_); }
 
+    int reads = 0;  ///< Files that were read.
+
     bool FileExists(std::string_view path) const override { return files_.contains(Key(path)); }
 
     bool FolderExists(std::string_view path) const override {
@@ -50,6 +52,7 @@ public:
     std::optional<std::string> ReadFile(std::string_view path, std::size_t limit = DefaultLimit) override {
         const auto found = files_.find(Key(path));
         if (found == files_.end() || found->second.bytes.size() > limit) return std::nullopt;
+        ++reads;
         return found->second.bytes;
     }
 
