@@ -1,11 +1,14 @@
+#include <chrono>
 #include <string_view>
+#include <thread>
 
 #include "app/Commands.h"
-#include "app/ReadOnlyFiles.h"
+#include "app/ScratchFiles.h"
 #include "core/Log.h"
 #include "core/RunFlags.h"
 #include "core/main/modMain.h"
 #include "core/modNumbers.h"
+#include "imaging/Graphic.h"
 #include "imaging/JpegEncoder.h"
 #include "imaging/modPictureBox.h"
 #include "model/Canvas.h"
@@ -18,15 +21,32 @@ namespace tessaloom {
 
 namespace {
 
+/// How long pictures from addresses are waited for, and how often they are asked about meanwhile.
+constexpr std::chrono::seconds Patience{10};
+constexpr std::chrono::milliseconds Pause{5};
+
 /// Ticks the portfolio until the canvas has been composed from all its sources.
 void Compose(Portfolio& portfolio) {
-    // One tick composes the canvas; a canvas that shows itself takes a second one to show what it shows.
-    constexpr int Ticks = 2;
-    for (int tick = 0; tick < Ticks; ++tick) {
-        portfolio.SetCaptureTime(modTime::Clock());
-        portfolio.Canvas(1).ForceReload();
+    Canvas& canvas = portfolio.Canvas(1);
+    // One moment for all ticks: nothing falls due again, and gives up what is on its way, in the meantime.
+    portfolio.SetCaptureTime(modTime::Clock());
+    canvas.ForceReload();
+    portfolio.UpdateImages();
+    const auto end = std::chrono::steady_clock::now() + Patience;
+    while (canvas.SourcesPending()) {
+        if (std::chrono::steady_clock::now() > end) {
+            Log(LogLevel::Warning, "Not all pictures came from their addresses in time");
+            break;
+        }
+        std::this_thread::sleep_for(Pause);
         portfolio.UpdateImages();
     }
+    // A second look at the rest: the canvas may show itself, and a file may just have been rewritten.
+    for (int slot = 1; slot <= Canvas::MaxGraphic; ++slot) {
+        Graphic* const graphic = canvas.Graphic(slot);
+        if (graphic && graphic->SourceType() != Graphic::Address) graphic->ForceUpdate();
+    }
+    portfolio.UpdateImages();
 }
 
 std::string Bytes(std::span<const std::uint8_t> bytes) {
@@ -36,25 +56,25 @@ std::string Bytes(std::span<const std::uint8_t> bytes) {
 }  // namespace
 
 int RenderCanvas(Platform& platform, const std::string& canvasFile, const std::string& out) {
-    ReadOnlyFiles files(platform.fileSystem);
-    Platform readOnly = {files,
-                         platform.profile,
-                         platform.locale,
-                         platform.systemTime,
-                         platform.fonts,
-                         platform.pictureLoader,
-                         platform.jpegCodec,
-                         platform.dialogs,
-                         platform.desktop,
-                         platform.mainWindow,
-                         platform.timer,
-                         platform.urlTransfers};
+    ScratchFiles files(platform.fileSystem);
+    Platform unchanging = {files,
+                           platform.profile,
+                           platform.locale,
+                           platform.systemTime,
+                           platform.fonts,
+                           platform.pictureLoader,
+                           platform.jpegCodec,
+                           platform.dialogs,
+                           platform.desktop,
+                           platform.mainWindow,
+                           platform.timer,
+                           platform.urlTransfers};
     modNumbers::InitNumberFormat(platform.locale);
     modPictureBox::InitializePictureBox();
     modMain::PeekSettings(platform);
     Flags() = {.running = true};
 
-    Portfolio portfolio(readOnly);
+    Portfolio portfolio(unchanging);
     portfolio.SetFaultHandler([](const DocumentFault& fault) { Log(LogLevel::Warning, fault.Text()); });
     Canvas& canvas = portfolio.Canvas(1);
     canvas.SetFileName(canvasFile);

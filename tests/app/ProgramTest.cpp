@@ -12,6 +12,12 @@
 #include <random>
 
 #include "app/ChildProgram.h"
+#include "imaging/LoadJpegIntoDIB.h"
+#include "platform/jpeg/TurboJpegCodec.h"
+#include "platform/posix/PosixFileSystem.h"
+#include "platform/qt/QtPictureLoader.h"
+#include "support/LocalHttpServer.h"
+#include "support/PictureData.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom::testing {
@@ -183,6 +189,34 @@ TEST_F(ProgramTest, RendersACanvasAndWritesNothingElse) {
         ChildProgram fails(home_.Path(), {"--render", canvas, "--out", "o.jpg"});
         EXPECT_EQ(fails.Status(), 1);
     }
+    EXPECT_EQ(List(), before);
+}
+
+TEST_F(ProgramTest, RendersPicturesFromAddresses) {
+    const auto picture = PictureData("quarters.jpg");
+    LocalHttpServer server;
+    server.Serve("/cam.jpg", {picture.begin(), picture.end()});
+    Write("c.can",
+          "[General]\r\nWidth=33\r\nHeight=24\r\n"
+          "[Graphic001]\r\nEnabled=True\r\nSourceType=2\r\nInterval=1\r\nSourceURL=" +
+              server.Address("/cam.jpg") + "\r\n[Graphic002]\r\nEnabled=True\r\nSourceType=2\r\nSourceURL=" +
+              server.Address("/gone.jpg") + "\r\n");
+    const Listing before = List();
+    ChildProgram program(home_.Path(), {"--render", "c.can", "--out", "o.jpg"});
+    EXPECT_EQ(program.Status(), 0);
+    EXPECT_THAT(program.Log(), HasSubstr("gone.jpg: the server answered with status 404"));
+    EXPECT_EQ(server.Requests(), 2);
+    PosixFileSystem files;
+    TurboJpegCodec codec;
+    QtPictureLoader loader;
+    DIB shown;
+    ASSERT_EQ(LoadJpegIntoDIB(files, codec, loader, home_ / "o.jpg", shown), Loaded);
+    for (const int part : {0, 1, 2, 3}) {
+        const int colour = shown.Pixel(part % 2 == 0 ? 8 : 25, part < 2 ? 6 : 18);
+        for (const int shift : {0, 8, 16})
+            EXPECT_NEAR(colour >> shift & 0xFF, Quarters[part] >> shift & 0xFF, 12) << part;
+    }
+    fs::remove(home_ / "o.jpg");
     EXPECT_EQ(List(), before);
 }
 
