@@ -85,7 +85,7 @@ void Graphic::myInet_StateChanged(TransferState state) {
         const std::string name = TemporaryFileName();
         if (!StoreResponse(name)) return;
         fetchFault_.clear();
-        image_.SetPictureFileName(name);
+        image_.SetPictureFileName(name, Shown(fetched_));
         image_.ReloadPicture();
         SetChanged(true);
     });

@@ -199,7 +199,8 @@ void Image::SetPictureType(int type) {
     if (Store(pictureType_, type)) SetGraphics(Bits(Stage::Stretch, Stage::Opacity));
 }
 
-void Image::SetPictureFileName(std::string_view name) {
+void Image::SetPictureFileName(std::string_view name, std::string_view origin) {
+    pictureOrigin_ = origin;
     if (pictureFileName_ == name) return;
     pictureFileName_ = name;
     SetGraphics(Bits(Stage::Picture));

@@ -143,8 +143,9 @@ public:
     int PictureType() const { return pictureType_; }
     void SetPictureType(int type);
 
+    /// origin: where the file was fetched from, as reports may show it; empty for a file of others.
     const std::string& PictureFileName() const { return pictureFileName_; }
-    void SetPictureFileName(std::string_view name);
+    void SetPictureFileName(std::string_view name, std::string_view origin = {});
 
     const std::string& OpacityFileName() const { return opacityFileName_; }
     void SetOpacityFileName(std::string_view name);
@@ -306,6 +307,7 @@ private:
     int clearedColor_ = 0;
 
     std::string pictureFileName_;
+    std::string pictureOrigin_;
     std::string opacityFileName_;
     int pictureType_ = Supplied;
     int opacityType_ = NoOpacityFile;

@@ -129,9 +129,7 @@ void Image::LoadImageDIB() {
 
 void Image::LoadPicture() {
     if (!IsFile() || pictureFileName_.empty() || !pictureFile_) return;
-    const auto writer =
-        pictureType_ == FetchedFile ? PictureFile::Writer::Ourselves : PictureFile::Writer::Others;
-    const auto outcome = pictureFile_->Load(pictureFileName_, picture_, writer);
+    const auto outcome = pictureFile_->Load(pictureFileName_, picture_, pictureOrigin_);
     pictureFile_->Release();
     if (outcome == PictureFile::Outcome::Failed)
         MarkDirty(Bits(Stage::Crop, Stage::Stretch, Stage::Rotation));

@@ -15,7 +15,7 @@ bool PictureFile::Stale(std::string_view name) const {
     return StampOf(name) != loadedStamp_;
 }
 
-PictureFile::Outcome PictureFile::Load(std::string_view name, DIB& target, Writer writer) {
+PictureFile::Outcome PictureFile::Load(std::string_view name, DIB& target, std::string_view origin) {
     // Taken before reading: what is written meanwhile then counts as another file.
     const auto stamp = StampOf(name);
     int result = LoadJpegIntoDIB(access_.files, access_.jpeg, access_.pictures, name, target, &buffers_);
@@ -24,7 +24,9 @@ PictureFile::Outcome PictureFile::Load(std::string_view name, DIB& target, Write
         const bool wasGood = fault_ == Loaded && loadedName_ == name;
         const bool changing = (stamp && !stamp->settled) || StampOf(name) != stamp;
         loadedStamp_.reset();
-        return Fail(name, result, writer == Writer::Others && (wasGood || changing));
+        std::string source(name);
+        if (origin.empty()) return Fail(source, result, wasGood || changing);
+        return Fail(source.append(" (").append(origin).append(")"), result, false);
     }
     loadedName_ = name;
     loadedStamp_ = stamp;
@@ -54,14 +56,14 @@ int PictureFile::LoadThroughSurface(std::string_view name, DIB& target) {
     return Loaded;
 }
 
-PictureFile::Outcome PictureFile::Fail(std::string_view name, int result, bool maybeUnfinished) {
+PictureFile::Outcome PictureFile::Fail(const std::string& source, int result, bool maybeUnfinished) {
     if (maybeUnfinished && !secondChance_) {
         secondChance_ = true;
         return Outcome::Failed;
     }
-    if (fault_ == result && faultName_ == name) return Outcome::FailedAgain;
+    if (fault_ == result && faultSource_ == source) return Outcome::FailedAgain;
     fault_ = result;
-    faultName_ = name;
+    faultSource_ = source;
     const bool missing = result == Missing;
     const auto number = missing ? ErrorNumber::FileNotFound : ErrorNumber::DeviceIO;
     Report({.module = "Image.cls",
@@ -69,7 +71,7 @@ PictureFile::Outcome PictureFile::Fail(std::string_view name, int result, bool m
             .number = static_cast<int>(number),
             .description =
                 std::string(missing ? "There is no picture file " : "No whole picture can be read from ") +
-                faultName_});
+                faultSource_});
     return Outcome::Failed;
 }
 

@@ -25,16 +25,16 @@ public:
         FailedAgain,  ///< As before, so that nothing else needs to be done about it.
     };
 
-    /// Who writes the file: what this program has written is whole.
-    enum class Writer { Others, Ourselves };
-
     explicit PictureFile(const PictureAccess& access);
 
     /// Whether the file `name` is another one than was loaded last, or cannot be told from it, or failed.
     bool Stale(std::string_view name) const;
 
     /// Reads the file whatever its stamp. On failure `target` keeps its picture.
-    Outcome Load(std::string_view name, DIB& target, Writer writer = Writer::Others);
+    ///
+    /// origin: where this program fetched the file from, as reports may show it; what it fetched is whole.
+    /// Empty for files that others write.
+    Outcome Load(std::string_view name, DIB& target, std::string_view origin = {});
 
     /// Of the picture loaded last: 0 clear .. 255 solid, `Width` bytes a row, bottom row first; empty when it
     /// has no transparency. Lasts until `Release`.
@@ -49,7 +49,7 @@ public:
 private:
     std::optional<FileStamp> StampOf(std::string_view name) const;
     int LoadThroughSurface(std::string_view name, DIB& target);
-    Outcome Fail(std::string_view name, int result, bool maybeUnfinished);
+    Outcome Fail(const std::string& source, int result, bool maybeUnfinished);
 
     PictureAccess access_;
     Picture surface_;
@@ -57,7 +57,7 @@ private:
     bool autoSize_ = true;
     std::string loadedName_;
     std::optional<FileStamp> loadedStamp_;
-    std::string faultName_;
+    std::string faultSource_;    ///< The file, and its origin.
     int fault_ = Loaded;         ///< A `JpegLoad`; `Loaded` while there is no fault.
     bool secondChance_ = false;  ///< Given since the file was last loaded.
 };
