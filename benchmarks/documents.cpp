@@ -24,7 +24,7 @@ struct RealFiles : testing::TestPlatform {
     PosixFileSystem posix;
     ProfileFiles profiles{posix};
     Platform services{posix,     profiles, locale,  time,       fonts, pictureLoader,
-                      jpegCodec, dialogs,  desktop, mainWindow, timer};
+                      jpegCodec, dialogs,  desktop, mainWindow, timer, urlTransfers};
     Portfolio portfolio{services};
 };
 
