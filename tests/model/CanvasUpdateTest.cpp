@@ -91,6 +91,31 @@ TEST_F(CanvasUpdate, ComposesOnceAndThenOnlyWhatChanged) {
     }
 }
 
+TEST_F(CanvasUpdate, ShowsAPictureFromAnAddressInTheTickInWhichItComes) {
+    constexpr const char* Camera = "http://camera/a.jpg";
+    Graphic& layer = *canvas.AddGraphic(1);
+    layer.SetSourceType(Graphic::Address);
+    layer.SetSourceURL(Camera);
+    layer.SetRate(10);
+    Tick();
+    EXPECT_TRUE(canvas.SourcesPending());
+    EXPECT_EQ(Compositions(), 0);
+
+    urlTransfers.Answer(Camera, PlainPicture{8, 6, Red}.Bytes(true));
+    EXPECT_EQ(Compositions(), 1);
+    EXPECT_EQ(canvas.Picture().Pixel(5, 5), Red);
+    EXPECT_FALSE(canvas.SourcesPending());
+    EXPECT_TRUE(files.FileExists("tmp01001.jpg"));
+    EXPECT_EQ(Compositions() + Compositions(), 0);
+    EXPECT_EQ(urlTransfers.requests.size(), 1U);
+
+    Tick(10);
+    EXPECT_EQ(urlTransfers.requests.size(), 2U);
+    canvas.RemoveGraphic(1);
+    EXPECT_EQ(urlTransfers.cancelled, 1);
+    EXPECT_FALSE(canvas.SourcesPending());
+}
+
 TEST_F(CanvasUpdate, StacksPassesThenKindsThenSlots) {
     // Every layer is 4 pixels further right than the one that must lie beneath it.
     Boxes(canvas, 1, "AAA", Red, 24, 0, 3);
