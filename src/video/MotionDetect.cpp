@@ -59,8 +59,8 @@ void MotionDetect::DiffFrames(const DIB& frame) {
         if (!previousDataValid_) std::memcpy(previous_.DIBPtr(), working_.DIBPtr(), working_.SizeInBytes());
         previousDataValid_ = true;
 
-        Diff(difference_.DIBPtr(), working_.DIBPtr(), previous_.DIBPtr(), width, height, KeepAllDifferences);
-        DiffHistogram(difference_.DIBPtr(), width, height, histogram_.data());
+        DiffHistogram(difference_.DIBPtr(), working_.DIBPtr(), previous_.DIBPtr(), width, height,
+                      KeepAllDifferences, histogram_.data());
         CalculateMotion();
         previous_.Swap(working_);  // the working frame is made anew for the next one
     });

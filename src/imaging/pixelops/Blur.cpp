@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "imaging/pixelops/Arithmetic.h"
+#include "imaging/pixelops/BlurRows.h"
 #include "imaging/pixelops/Tessaloom.h"
 
 namespace {
@@ -10,7 +11,7 @@ using namespace tessaloom::pixelops;
 constexpr int MaximumRadius = 3;
 
 /// Columns that are worked on together, so that their sums fit on the stack.
-constexpr int StripWidth = 256;
+constexpr int StripWidth = 2048;
 
 struct Frame {
     const std::uint8_t* source;
@@ -18,33 +19,52 @@ struct Frame {
     int width, height, radius;
 };
 
-/// Blurs the columns from `left` to `left` + `width`, by running sums down the columns and along the row.
+/// The sums down the columns of a strip, with `radius` more on both sides. Beyond the frame's edges the sums
+/// of its first and last column are repeated.
+class ColumnSums {
+public:
+    ColumnSums(const Frame& frame, int left, int width)
+        : frame_(frame),
+          from_(std::max(left - frame.radius, 0)),
+          columns_(std::min(left + width + frame.radius, frame.width) - from_),
+          before_(from_ - (left - frame.radius)),
+          after_(width + 2 * frame.radius - before_ - columns_) {}
+
+    /// removed: its number, or one below 0 beside the frame, for none.
+    void Add(int added, const int* removed) {
+        SumRow(sums_ + before_ * 3, Row(added), removed ? Row(*removed) : nullptr,
+               static_cast<std::size_t>(columns_) * 3);
+    }
+
+    /// Where the strip's own sums begin.
+    const std::uint16_t* Complete() {
+        std::uint16_t* const first = sums_ + before_ * 3;
+        for (int i = 1; i <= before_ * 3; ++i) first[-i] = first[(3 - i % 3) % 3];
+        std::uint16_t* const last = first + (columns_ - 1) * 3;
+        for (int i = 0; i < after_ * 3; ++i) last[3 + i] = last[i % 3];
+        return sums_ + frame_.radius * 3;
+    }
+
+private:
+    const std::uint8_t* Row(int y) const {
+        return RowAt(frame_.source, frame_.width, std::clamp(y, 0, frame_.height - 1)) +
+               from_ * std::ptrdiff_t{3};
+    }
+
+    const Frame& frame_;
+    int from_, columns_, before_, after_;
+    std::uint16_t sums_[(StripWidth + 2 * MaximumRadius) * 3] = {};
+};
+
+/// Blurs the columns from `left` to `left` + `width`.
 void BlurStrip(const Frame& frame, int left, int width) {
-    const int radius = frame.radius, side = 2 * radius + 1, area = side * side;
-    int sums[(StripWidth + 2 * MaximumRadius) * 3] =
-        {};  // of the columns left - radius .. left + width + radius
-    auto addRow = [&](int y, int sign) {
-        const std::uint8_t* row = RowAt(frame.source, frame.width, std::clamp(y, 0, frame.height - 1));
-        for (int i = 0; i < width + 2 * radius; ++i) {
-            const std::uint8_t* pixel =
-                row + std::clamp(left - radius + i, 0, frame.width - 1) * std::ptrdiff_t{3};
-            for (int c = 0; c < 3; ++c) sums[i * 3 + c] += sign * pixel[c];
-        }
-    };
-    for (int y = -radius; y < radius; ++y) addRow(y, 1);
+    ColumnSums sums(frame, left, width);
+    for (int y = -frame.radius; y < frame.radius; ++y) sums.Add(y, nullptr);
     for (int y = 0; y < frame.height; ++y) {
-        addRow(y + radius, 1);
-        std::uint8_t* out = RowAt(frame.dest, frame.width, y) + left * std::ptrdiff_t{3};
-        for (int c = 0; c < 3; ++c) {
-            int sum = 0;
-            for (int i = 0; i < side - 1; ++i) sum += sums[i * 3 + c];
-            for (int x = 0; x < width; ++x) {
-                sum += sums[(x + side - 1) * 3 + c];
-                out[x * 3 + c] = static_cast<std::uint8_t>((sum + area / 2) / area);
-                sum -= sums[x * 3 + c];
-            }
-        }
-        addRow(y - radius, -1);
+        const int gone = y - frame.radius - 1;
+        sums.Add(y + frame.radius, y == 0 ? nullptr : &gone);
+        MeanRow(RowAt(frame.dest, frame.width, y) + left * std::ptrdiff_t{3}, sums.Complete(), frame.radius,
+                static_cast<std::size_t>(width) * 3);
     }
 }
 

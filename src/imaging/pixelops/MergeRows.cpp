@@ -1,6 +1,6 @@
 #include "imaging/pixelops/MergeRows.h"
 
-#include <algorithm>
+#include <array>
 #include <cstring>
 
 #undef HWY_TARGET_INCLUDE
@@ -27,7 +27,7 @@ using V16 = hn::Vec<D16>;
 
 /// The most bytes that a vector may have here; longer ones (of processors that leave it open) take the
 /// reference.
-constexpr std::size_t MaximumLanes = 256;
+constexpr std::size_t MaximumLanes = 64;
 
 /// The bytes of a vector as numbers of 16 bits: those at even places and those at odd ones. This takes no
 /// shuffling, neither there nor back.
@@ -150,71 +150,81 @@ void LayRow(Laying laying, std::uint8_t* dest, const std::uint8_t* paint, const 
     }
 }
 
-/// Bytes of a row that are matched at a time; whole pixels and whole vectors.
-constexpr std::size_t MatchedBytes = 3 * MaximumLanes;
+/// All ones in every third byte from the first on.
+constexpr auto Thirds = [] {
+    std::array<std::uint8_t, 3 * MaximumLanes + 2> bytes{};
+    for (std::size_t i = 0; i < bytes.size(); i += 3) bytes[i] = 255;
+    return bytes;
+}();
 
-/// All ones in the bytes of `source` that begin a pixel of the range, for bytes that are a multiple of three
-/// vectors. A pixel's other components are read at the next two addresses, so that nothing is shuffled.
-HWY_INLINE void FindPixels(std::uint8_t* found, const std::uint8_t* source, const ColourRange& range,
-                           std::size_t bytes) {
-    const D8 d;
-    const std::size_t lanes = hn::Lanes(d);
-    HWY_ALIGN std::uint8_t firsts[3 * MaximumLanes];
-    for (std::size_t i = 0; i < 3 * lanes; ++i) firsts[i] = i % 3 == 0 ? 255 : 0;
-    const V8 lowBlue = hn::Set(d, range.low[0]), highBlue = hn::Set(d, range.high[0]);
-    const V8 lowGreen = hn::Set(d, range.low[1]), highGreen = hn::Set(d, range.high[1]);
-    const V8 lowRed = hn::Set(d, range.low[2]), highRed = hn::Set(d, range.high[2]);
-    for (std::size_t i = 0; i < bytes; i += 3 * lanes) {
-        for (std::size_t part = 0; part < 3 * lanes; part += lanes) {
-            const std::uint8_t* at = source + i + part;
-            const V8 blue = hn::LoadU(d, at), green = hn::LoadU(d, at + 1), red = hn::LoadU(d, at + 2);
-            const V8 off =
-                hn::Or(hn::Or(hn::Or(hn::SaturatedSub(lowBlue, blue), hn::SaturatedSub(blue, highBlue)),
-                              hn::Or(hn::SaturatedSub(lowGreen, green), hn::SaturatedSub(green, highGreen))),
-                       hn::Or(hn::SaturatedSub(lowRed, red), hn::SaturatedSub(red, highRed)));
-            const V8 within = hn::VecFromMask(d, hn::Eq(off, hn::Zero(d)));
-            hn::StoreU(hn::And(within, hn::LoadU(d, firsts + part)), d, found + i + part);
+/// For each byte of three vectors and each of the places from two bytes before it to two behind: the bounds
+/// of the component that stands there if it belongs to the same pixel, and all values otherwise. Thus no
+/// component need be shuffled to its neighbours.
+class Bounds {
+public:
+    explicit Bounds(const ColourRange& range) {
+        const D8 d;
+        for (std::size_t i = 0; i < 3 * hn::Lanes(d); i += hn::Lanes(d)) {
+            for (std::size_t at = 0; at < 5; ++at) {
+                V8 low = hn::Zero(d), aboveHigh = hn::Zero(d);
+                for (std::size_t place = 0; place < 3; ++place) {  // of the byte in its pixel
+                    if (place + at < 2 || place + at > 4) continue;
+                    const V8 bytes = hn::LoadU(d, Thirds.data() + i + (3 - place) % 3);
+                    const std::size_t component = place + at - 2;
+                    const auto beyond = static_cast<std::uint8_t>(255 - range.high[component]);
+                    low = hn::Or(low, hn::And(bytes, hn::Set(d, range.low[component])));
+                    aboveHigh = hn::Or(aboveHigh, hn::And(bytes, hn::Set(d, beyond)));
+                }
+                hn::Store(low, d, low_[at] + i);
+                hn::Store(hn::Not(aboveHigh), d, high_[at] + i);
+            }
         }
     }
-}
 
-/// found: preceded by two zeros. bytes: a multiple of a vector.
-HWY_INLINE void Keep(std::uint8_t* kept, const std::uint8_t* found, std::uint8_t value, std::size_t bytes) {
+    /// All ones in the bytes whose pixel lies within the range; `i` is their place in the three vectors.
+    HWY_INLINE V8 Within(const std::uint8_t* bytes, std::size_t i) const {
+        const D8 d;
+        V8 off = hn::Zero(d);
+        for (int at = 0; at < 5; ++at) {
+            const V8 value = hn::LoadU(d, bytes + at - 2);
+            off = hn::Or(off, hn::Or(hn::SaturatedSub(hn::Load(d, low_[at] + i), value),
+                                     hn::SaturatedSub(value, hn::Load(d, high_[at] + i))));
+        }
+        return hn::VecFromMask(d, hn::Eq(off, hn::Zero(d)));
+    }
+
+private:
+    HWY_ALIGN std::uint8_t low_[5][3 * MaximumLanes];
+    HWY_ALIGN std::uint8_t high_[5][3 * MaximumLanes];
+};
+
+/// Lowers three vectors of `kept`; two bytes before and behind those of `source` are read.
+HWY_INLINE void Keep(std::uint8_t* kept, const std::uint8_t* source, const Bounds& bounds, V8 value) {
     const D8 d;
-    const V8 least = hn::Set(d, value);
-    for (std::size_t i = 0; i < bytes; i += hn::Lanes(d)) {
-        const V8 pixel =
-            hn::Or(hn::LoadU(d, found + i), hn::Or(hn::LoadU(d, found + i - 1), hn::LoadU(d, found + i - 2)));
-        const V8 limit = hn::Or(hn::Not(pixel), least);
+    const std::size_t lanes = hn::Lanes(d);
+    for (std::size_t i = 0; i < 3 * lanes; i += lanes) {
+        const V8 limit = hn::Or(hn::Not(bounds.Within(source + i, i)), value);
         hn::StoreU(hn::Min(hn::LoadU(d, kept + i), limit), d, kept + i);
     }
 }
 
 void KeepRow(std::uint8_t* kept, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
-    const std::size_t step = 3 * hn::Lanes(D8());
-    if (step > MatchedBytes) return reference::KeepRow(kept, source, range, pixels);
-    std::uint8_t buffer[2 + MatchedBytes] = {};
-    std::uint8_t* const found = buffer + 2;
-    const std::size_t bytes = pixels * 3;
-    std::size_t i = 0;
-    while (i + step + 2 <= bytes) {  // two bytes behind the last vector are read
-        const std::size_t whole = std::min(MatchedBytes, bytes - i - 2) / step * step;
-        FindPixels(found, source + i, range, whole);
-        Keep(kept + i, found, range.kept, whole);
-        i += whole;
-    }
-    while (i < bytes) {
-        const std::size_t rest = std::min(step, bytes - i);
-        std::uint8_t lastSource[MatchedBytes + 2], lastKept[MatchedBytes];
-        std::memset(lastSource, 0, step + 2);
-        std::memset(lastKept, 0, step);
-        std::memcpy(lastSource, source + i, rest);
-        std::memcpy(lastKept, kept + i, rest);
-        FindPixels(found, lastSource, range, step);
-        Keep(lastKept, found, range.kept, step);
-        std::memcpy(kept + i, lastKept, rest);
-        i += rest;
-    }
+    const D8 d;
+    const std::size_t step = 3 * hn::Lanes(d), bytes = pixels * 3;
+    if (hn::Lanes(d) > MaximumLanes || bytes < step) return reference::KeepRow(kept, source, range, pixels);
+    const Bounds bounds(range);
+    const V8 value = hn::Set(d, range.kept);
+    // The ends by copies, as what lies beyond them is not to be read.
+    const auto keepCopy = [&](std::size_t i) HWY_ATTR {
+        std::uint8_t sourceCopy[2 + 3 * MaximumLanes + 2], keptCopy[3 * MaximumLanes];
+        std::memcpy(sourceCopy + 2, source + i, step);
+        std::memcpy(keptCopy, kept + i, step);
+        Keep(keptCopy, sourceCopy + 2, bounds, value);
+        std::memcpy(kept + i, keptCopy, step);
+    };
+    keepCopy(0);
+    for (std::size_t i = step; i + step + 2 <= bytes; i += step) Keep(kept + i, source + i, bounds, value);
+    if (bytes > step) keepCopy(bytes - step);  // what was lowered before is lowered once more
 }
 
 /// One vector of `ScaleRow`.

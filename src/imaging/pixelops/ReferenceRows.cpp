@@ -1,6 +1,8 @@
 #include <algorithm>
 
 #include "imaging/pixelops/Arithmetic.h"
+#include "imaging/pixelops/BlurRows.h"
+#include "imaging/pixelops/FrameRows.h"
 #include "imaging/pixelops/MergeRows.h"
 #include "imaging/pixelops/ShadowRows.h"
 
@@ -47,6 +49,49 @@ void SoftenRow(std::uint8_t* dest, const FiveLines& lines, const Softness& softn
                                              softness.next * (lines.before1[i] + lines.after1[i]) +
                                              softness.outer * (lines.before2[i] + lines.after2[i]) + 8) /
                                             16);
+}
+
+void FillRow(std::uint8_t* dest, const std::uint8_t* pixel, std::size_t pixels) {
+    for (std::size_t i = 0; i < pixels * 3; ++i) dest[i] = pixel[i % 3];
+}
+
+void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
+             std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const int difference = current[i] - previous[i];
+        const bool counts = difference >= threshold || difference <= -threshold;
+        out[i] = static_cast<std::uint8_t>(ClampToByte(128 + (counts ? difference : 0)));
+    }
+}
+
+void DiffCountRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
+                  std::size_t count, Counts& counts) {
+    DiffRow(out, current, previous, threshold, count);
+    for (std::size_t i = 0; i < count; ++i) ++counts.parts[0][out[i]];
+}
+
+void WidenRow(std::uint8_t* dest, const std::uint8_t* source, std::size_t pixels) {
+    for (std::size_t i = pixels; i-- > 0;) {  // backwards: all that is yet to be read lies before
+        const int packed = source[i * 2] | source[i * 2 + 1] << 8;
+        for (std::size_t c = 0; c < 3; ++c)
+            dest[i * 3 + c] = static_cast<std::uint8_t>(((packed >> (5 * c) & 31) * 255 + 15) / 31);
+    }
+}
+
+void SumRow(std::uint16_t* sums, const std::uint8_t* added, const std::uint8_t* removed, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i)
+        sums[i] = static_cast<std::uint16_t>(sums[i] + added[i] - (removed ? removed[i] : 0));
+}
+
+void MeanRow(std::uint8_t* out, const std::uint16_t* sums, int radius, std::size_t count) {
+    const int area = (2 * radius + 1) * (2 * radius + 1);
+    const std::ptrdiff_t reach = 3 * std::ptrdiff_t{radius};
+    for (std::size_t i = 0; i < count; ++i) {
+        int sum = area / 2;
+        for (std::ptrdiff_t at = -reach; at <= reach; at += 3)
+            sum += sums[static_cast<std::ptrdiff_t>(i) + at];
+        out[i] = static_cast<std::uint8_t>(sum / area);
+    }
 }
 
 }  // namespace tessaloom::pixelops::reference

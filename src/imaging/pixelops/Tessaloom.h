@@ -94,8 +94,10 @@ TESSALOOM_EXPORT int Diff(uint8_t* OutPtr, const uint8_t* CurrentPtr, const uint
 /// before width. Level: 1 .. 3, above counts as 3, below copies. The two bitmaps must differ.
 TESSALOOM_EXPORT int Blur(const uint8_t* SourcePtr, uint8_t* DestPtr, int Height, int Width, int Level);
 
-/// Counts the components of a bitmap: Histogram[v] becomes how often the value v occurs. 256 entries.
-TESSALOOM_EXPORT int DiffHistogram(const uint8_t* Ptr, int Width, int Height, int* Histogram);
+/// As `Diff`, and counts what it writes: Histogram[v] becomes how many components have the value v. 256
+/// entries.
+TESSALOOM_EXPORT int DiffHistogram(uint8_t* OutPtr, const uint8_t* CurrentPtr, const uint8_t* PreviousPtr,
+                                   int Width, int Height, int Threshold, int* Histogram);
 
 #ifdef __cplusplus
 }

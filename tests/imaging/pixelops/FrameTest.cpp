@@ -71,26 +71,30 @@ TEST(Diff, CentresOn128AndHonoursTheThreshold) {
     }
 }
 
-TEST(DiffHistogram, CountsComponentsWithoutThePadBytes) {
-    Bitmap picture(3, 2, 0x0105FF);
+TEST(DiffHistogram, CountsWhatDiffWritesWithoutThePadBytes) {
+    Bitmap current(3, 2, 0x0105FF), previous(3, 2, 0x010000), out(3, 2), difference = out;
     std::array<int, 256> counts;
     counts.fill(99);
-    DiffHistogram(picture.Ptr(), 3, 2, counts.data());
+    DiffHistogram(out.Ptr(), current.Ptr(), previous.Ptr(), 3, 2, 5, counts.data());
+    Diff(difference.Ptr(), current.Ptr(), previous.Ptr(), 3, 2, 5);
+    EXPECT_EQ(out, difference);
     for (int v = 0; v < 256; ++v)
-        EXPECT_EQ(counts[static_cast<std::size_t>(v)], v == 1 || v == 5 || v == 255 ? 6 : 0) << v;
+        EXPECT_EQ(counts[static_cast<std::size_t>(v)], v == 128 || v == 133 || v == 255 ? 6 : 0) << v;
 }
 
 TEST(Blur, TakesTheMeanOfTheNeighbourhood) {
     const struct {
         int width, height;
     } sizes[] = {
-        {1,   1 },
-        {2,   5 },
-        {7,   1 },
-        {31,  12},
-        {256, 3 },
-        {257, 4 },
-        {600, 9 }
+        {1,    1 },
+        {2,    5 },
+        {7,    1 },
+        {31,   12},
+        {256,  3 },
+        {257,  4 },
+        {600,  9 },
+        {2050, 8 },
+        {4099, 2 }
     };
     for (const auto& size : sizes) {
         for (int level = 0; level <= 4; ++level) {

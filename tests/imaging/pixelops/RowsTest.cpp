@@ -1,5 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "imaging/pixelops/BlurRows.h"
+#include "imaging/pixelops/FrameRows.h"
 #include "imaging/pixelops/MergeRows.h"
 #include "imaging/pixelops/RowFixture.h"
 #include "imaging/pixelops/ShadowRows.h"
@@ -79,6 +83,85 @@ TEST(SoftenRow, EqualsItsReference) {
                 SoftenRow(dest.Data(), lines, softness, count);
                 reference::SoftenRow(expected.Data(), lines, softness, count);
                 ASSERT_EQ(dest, expected) << count << " bytes, centre " << softness.centre;
+            }
+        }
+    });
+}
+
+TEST(FillRow, EqualsItsReference) {
+    OnEachTarget([] {
+        RandomBytes random(5);
+        for (const std::size_t count : RowLengths()) {
+            Bytes dest = random(count / 3 * 3), expected = dest;
+            const std::uint8_t pixel[] = {1, 200, 77};
+            FillRow(dest.Data(), pixel, count / 3);
+            reference::FillRow(expected.Data(), pixel, count / 3);
+            ASSERT_EQ(dest, expected) << count / 3 << " pixels";
+        }
+    });
+}
+
+TEST(DiffRow, EqualsItsReferenceAndCounts) {
+    OnEachTarget([] {
+        RandomBytes random(6);
+        for (const std::size_t count : RowLengths()) {
+            for (const int threshold : {0, 1, 9, 255, 256}) {
+                SCOPED_TRACE(::testing::Message() << count << " bytes, threshold " << threshold);
+                Bytes current = random(count), previous = random(count), expected(count), out(count);
+                reference::DiffRow(expected.Data(), current.Data(), previous.Data(), threshold, count);
+                Counts counts;
+                DiffCountRow(out.Data(), current.Data(), previous.Data(), threshold, count, counts);
+                ASSERT_TRUE(std::equal(out.Data(), out.Data() + count, expected.Data()));
+                for (int v = 0; v < 256; ++v)
+                    ASSERT_EQ(counts[v], std::count(expected.Data(), expected.Data() + count, v)) << v;
+                DiffRow(current.Data(), current.Data(), previous.Data(), threshold, count);
+                ASSERT_TRUE(std::equal(out.Data(), out.Data() + count, current.Data())) << "in place";
+            }
+        }
+    });
+}
+
+TEST(WidenRow, EqualsItsReferenceInPlaceAndApart) {
+    OnEachTarget([] {
+        RandomBytes random(7);
+        for (const std::size_t count : RowLengths()) {
+            for (const std::size_t apart : {std::size_t{0}, std::size_t{1}, std::size_t{100}, count * 2}) {
+                Bytes frame = random(apart + count * 3), expected = frame;
+                WidenRow(frame.Data() + apart, frame.Data(), count);
+                reference::WidenRow(expected.Data() + apart, expected.Data(), count);
+                ASSERT_EQ(frame, expected) << count << " pixels, " << apart << " bytes on";
+            }
+        }
+    });
+}
+
+TEST(SumRow, EqualsItsReference) {
+    OnEachTarget([] {
+        RandomBytes random(8);
+        for (const std::size_t count : RowLengths()) {
+            Bytes added = random(count), removed = random(count);
+            for (std::uint8_t* gone : {removed.Data(), static_cast<std::uint8_t*>(nullptr)}) {
+                std::vector<std::uint16_t> sums(count, 1000), expected = sums;
+                SumRow(sums.data(), added.Data(), gone, count);
+                reference::SumRow(expected.data(), added.Data(), gone, count);
+                ASSERT_EQ(sums, expected) << count;
+            }
+        }
+    });
+}
+
+TEST(MeanRow, EqualsItsReferenceForAllSums) {
+    OnEachTarget([] {
+        for (int radius = 1; radius <= 3; ++radius) {
+            const std::size_t reach = static_cast<std::size_t>(radius) * 3, side = 2 * reach / 3 + 1;
+            for (const std::size_t count : RowLengths()) {
+                std::vector<std::uint16_t> sums(count + 2 * reach);
+                for (std::size_t i = 0; i < sums.size(); ++i)
+                    sums[i] = static_cast<std::uint16_t>((i * 31 + count) % (255 * side + 1));
+                Bytes out(count), expected(count);
+                MeanRow(out.Data(), sums.data() + reach, radius, count);
+                reference::MeanRow(expected.Data(), sums.data() + reach, radius, count);
+                ASSERT_EQ(out, expected) << count << " bytes, radius " << radius;
             }
         }
     });
