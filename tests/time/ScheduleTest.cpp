@@ -1,6 +1,7 @@
 #include "time/Schedule.h"
 
 #include "support/FakeTime.h"
+#include "support/PropertyTable.h"
 #include "time/modTime.h"
 
 #include <gtest/gtest.h>
@@ -16,50 +17,38 @@ constexpr double Day = FakeTime::FirstDay;
 constexpr double Second = 1 / modTime::SecondsPerDay;
 constexpr double Minute = 60 * Second;
 
-double TimeOfDay(int hour, int minute, int second = 0) {
-    return (hour * 3600 + minute * 60 + second) / modTime::SecondsPerDay;
-}
-
-Schedule Window(double start, double stop) {
+Schedule Window(int startMode, int stopMode, double start = 0, double stop = 0) {
     Schedule schedule;
     schedule.SetScheduleMode(Schedule::FromStartTo);
+    schedule.SetStartMode(startMode);
+    schedule.SetStopMode(stopMode);
     schedule.SetStartAbsoluteTime(start);
     schedule.SetStopAbsoluteTime(stop);
     return schedule;
 }
 
-struct CountingOwner final : SettingsOwner {
-    void SettingChanged() override { ++changes; }
-    int changes = 0;
-};
-
 TEST(Schedule, IsOnBetweenTwoTimesOfDay) {
+    constexpr double Hour = 1.0 / 24;
     struct {
-        double start, stop, time;
-        bool on;
+        double start, stop;  // hours
+        std::vector<double> on, off;
     } const rows[] = {
   // clang-format off
-        {TimeOfDay(8, 0),  TimeOfDay(17, 0), TimeOfDay(7, 59, 59), false},
-        {TimeOfDay(8, 0),  TimeOfDay(17, 0), TimeOfDay(8, 0),      true},
-        {TimeOfDay(8, 0),  TimeOfDay(17, 0), TimeOfDay(12, 0),     true},
-        {TimeOfDay(8, 0),  TimeOfDay(17, 0), TimeOfDay(17, 0),     true},
-        {TimeOfDay(8, 0),  TimeOfDay(17, 0), TimeOfDay(17, 0, 1),  false},
-        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(21, 59, 59), false},
-        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(22, 0),     true},
-        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(23, 30),    true},
-        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(5, 0),      true},
-        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(6, 0),      true},
-        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(6, 0, 1),   false},
-        {TimeOfDay(22, 0), TimeOfDay(6, 0),  TimeOfDay(12, 0),     false},
-        {0,                0,                TimeOfDay(12, 0),     true},
-        {TimeOfDay(9, 0),  TimeOfDay(9, 0),  TimeOfDay(3, 0),      true},
+        {8, 17, {8 * Hour, 12 * Hour, 17 * Hour}, {8 * Hour - Second, 17 * Hour + Second}},
+        {22, 6, {22 * Hour, 23.5 * Hour, 5 * Hour, 6 * Hour},
+         {22 * Hour - Second, 6 * Hour + Second, 12 * Hour}},
+        {0, 0, {12 * Hour}, {}},
+        {9, 9, {3 * Hour}, {}},
   // clang-format on
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(::testing::Message() << row.start << " to " << row.stop << " at " << row.time);
+        SCOPED_TRACE(row.start);
+        Schedule window = Window(Schedule::Absolute, Schedule::Absolute, row.start / 24, row.stop / 24);
         // On half of the days the rounded moment lies before its own time of day, on the other half after it.
-        for (double day = Day; day < Day + 40; ++day)
-            EXPECT_EQ(Window(row.start, row.stop).EnableNow(day + row.time), row.on) << day;
+        for (double day = Day; day < Day + 40; ++day) {
+            for (const double time : row.on) EXPECT_TRUE(window.EnableNow(day + time)) << day + time;
+            for (const double time : row.off) EXPECT_FALSE(window.EnableNow(day + time)) << day + time;
+        }
     }
     EXPECT_TRUE(Schedule().EnableNow(Day));
 }
@@ -69,11 +58,8 @@ TEST(Schedule, FollowsTheSunOfTheDayItIsAskedFor) {
     modTime::SetStation(52.52, 13.4);
     time.ZoneInForce().bias = -60;
     constexpr double Summer = Day + 157;
-    Schedule schedule;
-    schedule.SetScheduleMode(Schedule::FromStartTo);
-    schedule.SetStartMode(Schedule::Sunrise);
+    Schedule schedule = Window(Schedule::Sunrise, Schedule::Sunset);
     schedule.SetStartSunriseOffset(-30);
-    schedule.SetStopMode(Schedule::Sunset);
     schedule.SetStopSunsetOffset(30);
     for (const double day : {Day, Summer}) {
         SCOPED_TRACE(day);
@@ -83,58 +69,39 @@ TEST(Schedule, FollowsTheSunOfTheDayItIsAskedFor) {
         EXPECT_TRUE(schedule.EnableNow(day + sun.sunset + 29 * Minute));
         EXPECT_FALSE(schedule.EnableNow(day + sun.sunset + 31 * Minute));
     }
-    // From sunset to sunrise the window crosses midnight; an end beyond the day is not wrapped round.
-    schedule.SetStartMode(Schedule::Sunset);
-    schedule.SetStopMode(Schedule::Sunrise);
-    EXPECT_TRUE(schedule.EnableNow(Day + 0.99));
-    EXPECT_TRUE(schedule.EnableNow(Day + 0.01));
-    EXPECT_FALSE(schedule.EnableNow(Day + 0.5));
-    schedule.SetStartSunsetOffset(1440);
-    EXPECT_FALSE(schedule.EnableNow(Day + 0.99));
-    EXPECT_TRUE(schedule.EnableNow(Day + 0.01));
-}
-
-TEST(Schedule, ManyQuestionsOfOneTickReadNoClock) {
-    FakeTime time;
-    Schedule schedule;
-    schedule.SetScheduleMode(Schedule::FromStartTo);
-    schedule.SetStartMode(Schedule::Sunrise);
-    schedule.SetStopMode(Schedule::Sunset);
-    for (int i = 0; i < 100; ++i) {
-        schedule.EnableNow(Day + 0.9999);
-        schedule.EnableNow(Day + 1.0001);
-    }
+    for (int tick = 0; tick < 100; ++tick)
+        for (const double moment : {Summer + 0.9999, Summer + 1.0001}) schedule.EnableNow(moment);
     EXPECT_EQ(time.Readings(), 0);
-    EXPECT_EQ(time.ZoneReadings(), 2);  // once for each day
+    EXPECT_EQ(time.ZoneReadings(), 3) << "once for each day";
+
+    // From sunset to sunrise the window crosses midnight; an end beyond the day is not wrapped round.
+    Schedule night = Window(Schedule::Sunset, Schedule::Sunrise);
+    for (const double offset : {0, 1440}) {
+        night.SetStartSunsetOffset(offset);
+        EXPECT_EQ(night.EnableNow(Day + 0.99), offset == 0);
+        EXPECT_TRUE(night.EnableNow(Day + 0.01));
+        EXPECT_FALSE(night.EnableNow(Day + 0.5));
+    }
 }
 
 TEST(Schedule, RedrawsTheCanvasWhenItsAnswerChanges) {
     int redraws = 0;
-    Schedule schedule = Window(TimeOfDay(8, 0), TimeOfDay(17, 0));
+    Schedule schedule = Window(Schedule::Absolute, Schedule::Absolute, 8 / 24.0, 17 / 24.0);
     schedule.SetRedraw([&] { ++redraws; });
     schedule.EnableNow(Day + 0.5);
     EXPECT_EQ(redraws, 0) << "without a canvas";
-
     schedule.SetCanvasIndex(3);
-    const std::vector<double> times = {Day + 0.5, Day + 0.9, Day + 0.9, Day + 1.5, Day + 1.6, Day + 1.9};
-    for (const double moment : times) schedule.EnableNow(moment);
+    for (const double time : {0.5, 0.9, 0.9, 1.5, 1.6, 1.9}) schedule.EnableNow(Day + time);
     EXPECT_EQ(redraws, 3);
-
     schedule.Reset();
     schedule.EnableNow(Day);
     EXPECT_EQ(redraws, 3) << "without a canvas again";
 }
 
-TEST(Schedule, SettersClampAndTellOnlyChanges) {
-    struct {
-        const char* name;
-        void (*set)(Schedule&, double);
-        double (*get)(const Schedule&);
-        double low, high;
-    } const rows[] = {
-#define ROW(Property, low, high)                                                                        \
-    {#Property, [](Schedule& s, double v) { s.Set##Property(static_cast<decltype(s.Property())>(v)); }, \
-     [](const Schedule& s) { return static_cast<double>(s.Property()); }, low, high}
+TEST(Schedule, ClampsAndTellsChangesButNotItsReset) {
+    using S = Schedule;
+#define ROW(Name, low, high) testing::Number<S, &S::Name, &S::Set##Name>(#Name, 0, low, high)
+    const testing::Property<S> rows[] = {
         ROW(ScheduleMode, 0, 1),
         ROW(StartMode, 0, 2),
         ROW(StopMode, 0, 2),
@@ -144,34 +111,18 @@ TEST(Schedule, SettersClampAndTellOnlyChanges) {
         ROW(StopSunriseOffset, -1440, 1440),
         ROW(StartSunsetOffset, -1440, 1440),
         ROW(StopSunsetOffset, -1440, 1440),
-#undef ROW
     };
-    CountingOwner owner;
+#undef ROW
+    testing::CountingOwner owner;
     Schedule schedule(&owner);
-    int changes = 0;
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(row.get(schedule), 0);
-        row.set(schedule, 0);
-        EXPECT_FALSE(schedule.NeedsSaving());
-
-        row.set(schedule, 5000);
-        EXPECT_EQ(row.get(schedule), row.high);
+    for (int i = 0; i < 2; ++i) {
+        testing::CheckProperties<S>(schedule, owner, rows);
         EXPECT_TRUE(schedule.NeedsSaving());
-        EXPECT_EQ(owner.changes, ++changes);
-
-        schedule.SetNeedsSaving(false);
-        row.set(schedule, row.high);
+        const int told = owner.changes;
+        schedule.Reset();  // to what the rows expect first
         EXPECT_FALSE(schedule.NeedsSaving());
-        row.set(schedule, -5000);
-        EXPECT_EQ(row.get(schedule), row.low);
-        EXPECT_EQ(owner.changes, ++changes);
-        schedule.SetNeedsSaving(false);
+        EXPECT_EQ(owner.changes, told);
     }
-    schedule.Reset();
-    for (const auto& row : rows) EXPECT_EQ(row.get(schedule), 0) << row.name;
-    EXPECT_FALSE(schedule.NeedsSaving());
-    EXPECT_EQ(owner.changes, changes);
 }
 
 TEST(Schedule, DescribesItself) {
@@ -180,24 +131,23 @@ TEST(Schedule, DescribesItself) {
         double offset;  // minutes, at both ends
         const char* description;
     } const rows[] = {
-        {0, 1, 1, 30,    "24-hours"                            },
-        {1, 0, 0, 30,    "08:05:09 to 23:59:50"                },
-        {1, 1, 1, 30,    "sunrise+30 min to sunrise+30 minutes"},
-        {1, 1, 2, -15.5, "sunrise-15.5 min to sunset-15.5 min" },
-        {1, 2, 1, -10,   "sunset-10 min to sunrise-10 minutes" },
-        {1, 2, 0, 0.25,  "sunset+0.25 min to 23:59:50"         },
-        {1, 2, 2, 0,     "sunset to sunset"                    },
-        {1, 1, 1, 0,     "sunrise to sunrise"                  },
+  // clang-format off
+        {0, 1, 1, 30, "24-hours"},
+        {1, 0, 0, 30, "08:05:09 to 23:59:50"},
+        {1, 1, 1, 30, "sunrise+30 min to sunrise+30 minutes"},
+        {1, 1, 2, -15.5, "sunrise-15.5 min to sunset-15.5 min"},
+        {1, 2, 1, -10, "sunset-10 min to sunrise-10 minutes"},
+        {1, 2, 0, 0.25, "sunset+0.25 min to 23:59:50"},
+        {1, 2, 2, 0, "sunset to sunset"},
+        {1, 1, 1, 0, "sunrise to sunrise"},
+  // clang-format on
     };
     for (const auto& row : rows) {
-        Schedule schedule = Window(TimeOfDay(8, 5, 9), 1);
+        Schedule schedule = Window(row.start, row.stop, 8 / 24.0 + 5 * Minute + 9 * Second, 1);
         schedule.SetScheduleMode(row.mode);
-        schedule.SetStartMode(row.start);
-        schedule.SetStopMode(row.stop);
-        schedule.SetStartSunriseOffset(row.offset);
-        schedule.SetStopSunriseOffset(row.offset);
-        schedule.SetStartSunsetOffset(row.offset);
-        schedule.SetStopSunsetOffset(row.offset);
+        for (const auto set : {&Schedule::SetStartSunriseOffset, &Schedule::SetStopSunriseOffset,
+                               &Schedule::SetStartSunsetOffset, &Schedule::SetStopSunsetOffset})
+            (schedule.*set)(row.offset);
         EXPECT_EQ(schedule.Description(), row.description);
     }
 }
