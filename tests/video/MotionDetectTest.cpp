@@ -2,9 +2,9 @@
 
 #include <vector>
 
-#include "gtest/gtest.h"
 #include "support/FakeTime.h"
 #include "support/PropertyTable.h"
+#include "video/MotionScale.h"
 
 namespace tessaloom {
 namespace {
@@ -13,14 +13,15 @@ using namespace tessaloom::testing;
 
 // Frames of 20 x 50 pixels: 3000 colour components, so that 3 of them are a share of 0.001.
 struct Detection {
-    Detection() {
+    explicit Detection(float coverageLimit) {
         detector.SetBrighterMotionLimit(138);
         detector.SetDarkerMotionLimit(118);
+        detector.SetCoverageLimit(coverageLimit);
         detector.SetLastFrameInterval(1 / 86400.0);
         detector.OnTrigger([this] { ++triggers; });
         frame.SetWidthHeight(20, 50);
-        frame.Clear(0x646464);
-        detector.DiffFrames(frame);
+        After(0, 0);
+        triggers = 0;
     }
 
     // A frame whose first `pixels` pixels have the level `level`; all others stay at 100.
@@ -43,26 +44,26 @@ TEST(CalculateMotion, MeasuresTheShareOfComponentsOnALogarithmicScale) {
         const char* what;
         int pixels, level;
         float limit;
-        int triggers;
+        int blur, triggers;
     } rows[] = {
-        {"a thousandth at limit 0.5",      1,  120, 0.5F,  1},
-        {"a thousandth at limit 0.51",     1,  120, 0.51F, 0},
-        {"darker counts as well",          1,  80,  0.5F,  1},
-        {"the limits belong to the range", 1,  110, 0.5F,  1},
-        {"below the limits",               1,  109, 0.5F,  0},
-        {"limit 0 never triggers",         20, 255, 0,     0},
+        {"a thousandth at limit 0.5",      1,  120, 0.5F,  0, 1},
+        {"a thousandth at limit 0.51",     1,  120, 0.51F, 0, 0},
+        {"darker counts as well",          1,  80,  0.5F,  0, 1},
+        {"the limits belong to the range", 1,  110, 0.5F,  0, 1},
+        {"below the limits",               1,  109, 0.5F,  0, 0},
+        {"limit 0 never triggers",         20, 255, 0,     0, 0},
+        {"a still scene",                  0,  0,   0.01F, 0, 0},
+        {"small changes are blurred away", 1,  120, 0.01F, 3, 0},
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.what);
-        Detection at;
-        at.detector.SetCoverageLimit(row.limit);
-        EXPECT_EQ(at.After(row.pixels, row.level), row.triggers);
+        Detection at(row.limit);
+        at.detector.SetDiffPreBlurRadius(row.blur);
+        EXPECT_EQ(at.After(row.pixels, row.level), row.triggers) << row.what;
     }
 }
 
 TEST(CalculateMotion, RecordsWhatItMeasuredAtATrigger) {
-    Detection at;
-    at.detector.SetCoverageLimit(0.5F);
+    Detection at(0.5F);
     at.time.Set(FakeTime::FirstDay, 8, 30);
     at.After(1, 120);
     EXPECT_FLOAT_EQ(at.detector.LastMotionCoverage(), 0.5F);
@@ -71,17 +72,6 @@ TEST(CalculateMotion, RecordsWhatItMeasuredAtATrigger) {
     EXPECT_NEAR(at.detector.LastMotionTriggerTime(), FakeTime::FirstDay + 8.5 / 24, 1e-9);
     at.After(1, 60);
     EXPECT_EQ(at.detector.LastDarkMin(), 68);
-    EXPECT_EQ(at.detector.LastLightMax(), 128);
-}
-
-TEST(CalculateMotion, TriggersOnAStillSceneOnlyWhenNoChangeCountsAsLighter) {
-    Detection at;
-    at.detector.SetCoverageLimit(0.01F);
-    EXPECT_EQ(at.After(0, 0), 0);
-    at.detector.SetCoverageLimit(1);
-    at.detector.SetBrighterMotionLimit(128);
-    EXPECT_EQ(at.After(0, 0), 1);
-    EXPECT_EQ(at.detector.LastMotionCoverage(), 1);
 }
 
 TEST(CalculateMotion, RestsBetweenTriggers) {
@@ -89,28 +79,22 @@ TEST(CalculateMotion, RestsBetweenTriggers) {
         int rest;
         std::vector<int> triggersAfter;  // for frames a second apart, all of which qualify
     } rows[] = {
-        {0,  {1, 2, 3, 4, 5}},
-        {-1, {1, 1, 2, 2, 3}},
-        {-2, {0, 1, 1, 1, 2}},
-        {1,  {1, 2, 3, 4, 5}},
-        {3,  {0, 1, 1, 1, 2}},
+  // clang-format off
+        {0, {1, 2, 3}}, {-1, {1, 1, 2, 2, 3}}, {-2, {0, 1, 1, 1, 2}}, {1, {1, 2, 3}}, {3, {0, 1, 1, 1, 2}},
+  // clang-format on
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.rest);
-        Detection at;
-        at.detector.SetBrighterMotionLimit(128);
-        at.detector.SetCoverageLimit(0.5F);
+        Detection at(1);
+        at.detector.SetBrighterMotionLimit(128);  // no change counts as lighter, so all of a still scene does
         at.detector.SetMotionTriggerRestInterval(row.rest);
-        for (const int expected : row.triggersAfter) EXPECT_EQ(at.After(0, 0), expected);
+        for (const int expected : row.triggersAfter) EXPECT_EQ(at.After(0, 0), expected) << row.rest;
     }
 }
 
 TEST(DiffFrames, ComparesTheFirstFrameOfASizeWithItself) {
-    Detection at;
-    at.detector.SetCoverageLimit(0.01F);
+    Detection at(0.01F);
     at.frame.SetWidthHeight(21, 50);  // rows with a pad byte
     EXPECT_EQ(at.After(20, 255), 0);
-    EXPECT_TRUE(at.detector.PreviousDataValid());
     EXPECT_EQ(at.detector.Histogram()[128], 3 * 21 * 50);
     EXPECT_EQ(at.After(0, 0), 1) << "compared with the frame before";
     at.frame.SetWidthHeight(0, 0);
@@ -118,15 +102,26 @@ TEST(DiffFrames, ComparesTheFirstFrameOfASizeWithItself) {
     EXPECT_EQ(at.triggers, 1);
 }
 
-TEST(DiffFrames, BlursSmallChangesAway) {
-    for (const int radius : {0, 3}) {
-        Detection at;
-        at.detector.SetDiffPreBlurRadius(radius);
-        at.detector.SetCoverageLimit(0.01F);
-        at.frame.Clear(0x646464);
-        at.detector.DiffFrames(at.frame);
-        EXPECT_EQ(at.After(1, 120), radius == 0 ? 1 : 0) << radius;
-    }
+TEST(MotionScale, FindsEveryLimitAgainFromItsPercent) {
+    for (int limit = 128; limit <= 255; ++limit)
+        EXPECT_EQ(MotionScale::BrighterLimit(MotionScale::BrighterPercent(limit)), limit);
+    for (int limit = 0; limit <= 127; ++limit)
+        EXPECT_EQ(MotionScale::DarkerLimit(MotionScale::DarkerPercent(limit)), limit);
+}
+
+TEST(MotionScale, KeepsThePercentThatWasReadUntilTheLimitChanges) {
+    CountingOwner owner;
+    MotionDetect detector(owner);
+    detector.SetBrighterPercent(33.3);
+    EXPECT_EQ(detector.BrighterMotionLimit(), 170);  // 128 + 42.29
+    detector.SetBrighterMotionLimit(170);
+    EXPECT_EQ(detector.BrighterPercent(), 33.3);
+    detector.SetBrighterMotionLimit(171);
+    EXPECT_EQ(detector.BrighterPercent(), 33.86);  // 43 / 1.27
+    detector.SetDarkerPercent(-50.1);
+    EXPECT_EQ(detector.DarkerMotionLimit(), 63);  // 127 - 63.63
+    detector.SetCoveragePercent(12.5);
+    EXPECT_FLOAT_EQ(detector.CoverageLimit(), 0.125F);
 }
 
 }  // namespace
