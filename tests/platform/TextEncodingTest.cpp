@@ -29,18 +29,9 @@ TEST(TextEncoding, CutsBetweenCharacters) {
 }
 
 TEST(TextEncoding, FoldsLettersOnly) {
-    EXPECT_EQ(FoldCase("\xC3\x9C"
-                       "BER \xC3\x97 [Z]"),
-              "\xC3\xBC"
-              "ber \xC3\x97 [z]");
-    EXPECT_EQ(FoldCase("\xC5\xA0\xC5\xB8\xE2\x82\xAC"
-                       "A"),
-              "\xC5\xA1\xC3\xBF\xE2\x82\xAC"
-              "a");
-    EXPECT_EQ(FoldCase("\xF0\x9F\x98\x80"
-                       "B\xC3"),
-              "\xF0\x9F\x98\x80"
-              "b\xC3");
+    EXPECT_EQ(FoldCase("\u00DC BER \u00D7 [Z]"), "\u00FC ber \u00D7 [z]");
+    EXPECT_EQ(FoldCase("\u0160\u0178\u20AC A"), "\u0161\u00FF\u20AC a");
+    EXPECT_EQ(FoldCase("\U0001F600 B\xC3"), "\U0001F600 b\xC3");
 }
 
 }  // namespace
