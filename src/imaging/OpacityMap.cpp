@@ -32,7 +32,8 @@ void SetGrey(std::uint8_t* pixel, std::uint8_t value) { pixel[0] = pixel[1] = pi
 void FillFeathered(DIB& map, int width, int radius) {
     const int columns = map.Width();
     const int rows = map.Height();
-    const double corner = std::min<double>(radius, std::min(columns, rows) / 2.0);
+    // A fade turns the corner in an arc, too; two straight ones would meet in a visible mitre.
+    const double corner = std::min<double>(std::max(radius, width), std::min(columns, rows) / 2.0);
     std::vector<std::uint8_t> straight(static_cast<std::size_t>(std::max({columns, rows, 1})));
     for (std::size_t i = 0; i < straight.size(); ++i) straight[i] = Ramp(static_cast<double>(i) + 0.5, width);
 

@@ -11,9 +11,9 @@ class DIB;
 /// .. 255 all. A bitmap without pixels is left alone.
 namespace OpacityMap {
 
-/// Fills `map` with a soft edge: a rectangle whose corners are rounded with `radius` pixels (half the shorter
-/// side at most), and in which opacity grows linearly with the distance from the edge, up to all at `width`
-/// pixels. width 0: a hard edge, smoothed over one pixel at the corners.
+/// Fills `map` with a soft edge: a rectangle whose corners are rounded with the larger of `radius` and
+/// `width` (pixels; half the shorter side at most), and in which opacity grows linearly with the distance
+/// from the edge, up to all at `width` pixels. width 0: a hard edge, smoothed over one pixel at the corners.
 void FillFeathered(DIB& map, int width, int radius);
 
 /// Turns a picture into a map: its `alpha` where there is one (rows of its width, bottom row first), else its
