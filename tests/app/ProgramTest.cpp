@@ -192,6 +192,14 @@ TEST_F(ProgramTest, RendersACanvasAndWritesNothingElse) {
     EXPECT_EQ(List(), before);
 }
 
+TEST_F(ProgramTest, RendersTheGallery) {
+    ChildProgram program(TEST_DATA "/../../examples/gallery",
+                         {"--render", "gallery.can", "--out", home_ / "o.jpg"});
+    EXPECT_EQ(program.Status(), 0);
+    EXPECT_EQ(program.Log(), "") << "no setting or picture is at fault";
+    EXPECT_EQ(JpegSize(home_ / "o.jpg"), "1600 x 1290");
+}
+
 TEST_F(ProgramTest, RendersPicturesFromAddresses) {
     const auto picture = PictureData("quarters.jpg");
     LocalHttpServer server;
