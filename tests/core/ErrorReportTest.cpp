@@ -10,39 +10,26 @@
 namespace tessaloom {
 namespace {
 
-class TrapTest : public ::testing::Test {
-protected:
-    TrapTest() {
-        before_ = SetErrorReporter([this](const ErrorReport& report) { report_ = report; });
-    }
-    ~TrapTest() override { SetErrorReporter(before_); }
-
-    std::optional<ErrorReport> report_;
-    ErrorReporter before_;
-};
-
-TEST_F(TrapTest, GivesTheResultWhenNothingIsThrown) {
-    EXPECT_EQ(Trap({"A.cls", "Get"}, [] { return 7; }), 7);
-    EXPECT_FALSE(report_);
-}
-
-TEST_F(TrapTest, ReportsWhatIsThrownAndYieldsTheZeroValue) {
-    const auto body = []() -> int { throw Error(ErrorNumber::Overflow); };
+/// What is reported while `body` runs trapped.
+template <typename Body>
+std::optional<ErrorReport> Reported(Body body) {
+    std::optional<ErrorReport> last;
+    const ErrorReporter before = SetErrorReporter([&](const ErrorReport& report) { last = report; });
     EXPECT_EQ(Trap({"A.cls", "Get"}, body), 0);
-    ASSERT_TRUE(report_);
-    EXPECT_EQ(report_->module, "A.cls");
-    EXPECT_EQ(report_->procedure, "Get");
-    EXPECT_EQ(report_->number, 6);
-    EXPECT_EQ(report_->description, "Overflow");
-    EXPECT_GT(report_->line, 0);
+    SetErrorReporter(before);
+    return last;
 }
 
-TEST_F(TrapTest, ReportsForeignExceptionsToo) {
-    Trap({"A.cls", "Do"}, [] { throw std::bad_alloc(); });
-    ASSERT_TRUE(report_);
-    EXPECT_EQ(report_->number, 7);
-    Trap({"A.cls", "Do"}, [] { throw 5; });
-    EXPECT_EQ(report_->description, "Internal error");
+TEST(Trap, ReportsWhateverIsThrownAndYieldsTheZeroValue) {
+    const auto report = Reported([]() -> int { throw Error(ErrorNumber::Overflow); });
+    ASSERT_TRUE(report);
+    EXPECT_EQ(report->module + report->procedure, "A.clsGet");
+    EXPECT_EQ(report->number, 6);
+    EXPECT_EQ(report->description, "Overflow");
+    EXPECT_GT(report->line, 0);
+    EXPECT_EQ(Reported([]() -> int { throw std::bad_alloc(); }).value().number, 7);
+    EXPECT_EQ(Reported([]() -> int { throw 5; }).value().description, "Internal error");
+    EXPECT_FALSE(Reported([] { return 0; }));
 }
 
 TEST(ErrorReport, ReadsAsTheWindowShowsIt) {

@@ -53,17 +53,5 @@ TEST_F(INITest, CutsAtTheLimitBeforeItTurnsQuotesBack) {
     EXPECT_EQ(ini_.GetKey("s", "k", WriteDefault::No, ""), std::string(252, 'x') + "&3");
 }
 
-TEST_F(INITest, WritesATransactionAtItsEnd) {
-    ini_.Begin();
-    ini_.GetKey("s", "k", WriteDefault::Yes, "1");
-    EXPECT_EQ(Bytes(), "<missing>");
-    EXPECT_TRUE(ini_.Commit());
-    EXPECT_EQ(Bytes(), "[s]\r\nk=1\r\n");
-    ini_.Begin();
-    ini_.RemoveSection("s");
-    ini_.Rollback();
-    EXPECT_EQ(ini_.GetKey("s", "k", WriteDefault::No, ""), "1");
-}
-
 }  // namespace
 }  // namespace tessaloom

@@ -13,10 +13,34 @@ namespace {
 
 using namespace modMain;
 
+using Lines = std::vector<std::string>;
+
+constexpr const char* Created =
+    "New Portfolio: Your portfolio has been created.\n\n"
+    "You may now add canvases using the Open Canvas or New Canvas selections from the File Menu.";
 constexpr const char* SaveOpen =
     "Save Open Portfolio and Canvases?: Would you like to save the open portfolio and canvases?";
 constexpr const char* NoFile = "No file selected: No file was selected.";
 constexpr const char* NoFileAborting = "No file selected: No file was selected.  Aborting process.";
+constexpr const char* Full =
+    "Out of Canvas Locations: You already have all of the allowed canvases loaded.\n"
+    "Remove an existing canvas to make room for a new one.";
+constexpr const char* Exists =
+    "Canvas Save As: This file already exists.  To open an existing file, select \"Open Canvas\" instead.";
+constexpr const char* Remove = "Remove Canvas: Are you sure you want to remove this canvas?";
+constexpr const char* SaveFirst =
+    "Save Canvas: This canvas has been changed.  Would you like to save it first?";
+
+constexpr auto Yes = Answer::Yes, No = Answer::No, Cancel = Answer::Cancel;
+constexpr auto Nothing = std::nullopt;
+
+bool SaveAll() { return SaveAllProc(true); }
+
+/// What a person answers to the boxes and dialogs of one command.
+struct Answers {
+    std::deque<Answer> boxes = {};
+    std::deque<std::optional<std::string>> saves = {}, opens = {}, names = {};
+};
 
 class DocumentCommandsTest : public ::testing::Test {
 protected:
@@ -26,94 +50,79 @@ protected:
         tessaloom::Setup() = {};
     }
 
-    /// A new portfolio, with nothing shown so far.
+    /// Runs a command: what it showed, then its result, if any.
+    template <typename Command>
+    Lines Run(Command command, Answers answers = {}) {
+        it_.dialogs.answers = answers.boxes;
+        it_.dialogs.saveFiles = answers.saves;
+        it_.dialogs.openFiles = answers.opens;
+        it_.dialogs.texts = answers.names;
+        it_.dialogs.status.clear();
+        if constexpr (std::is_void_v<decltype(command())>) {
+            command();
+            return std::exchange(it_.dialogs.shown, {});
+        } else {
+            it_.dialogs.shown.emplace_back(command() ? "done" : "refused");
+            return std::exchange(it_.dialogs.shown, {});
+        }
+    }
     Portfolio& New() {
-        PortfolioNew();
-        Forget();
+        Run(PortfolioNew);
         return *OpenPortfolio();
     }
     Canvas& NewCanvas(const char* name = "A") {
-        it_.dialogs.texts = {name};
-        CanvasNew();
-        Forget();
+        Run(CanvasNew, {.names = {name}});
         return OpenPortfolio()->Canvas(OpenPortfolio()->ActiveCanvas());
     }
-    void Forget() {
-        it_.dialogs.shown.clear();
-        it_.dialogs.status.clear();
-    }
-    std::vector<std::string> Shown() { return std::exchange(it_.dialogs.shown, {}); }
-    std::string File(const std::string& path) {
-        return it_.files.ReadFile(path, 1'000'000).value_or("<missing>");
+    std::string File(const std::string& path) { return it_.files.ReadFile(path).value_or("<missing>"); }
+    bool Holds(const std::string& path, const char* text) {
+        return File(path).find(text) != std::string::npos;
     }
 
-    using Lines = std::vector<std::string>;
     TestPlatform it_;
 };
 
-TEST_F(DocumentCommandsTest, NewAsksNothingWhenNothingChanged) {
-    PortfolioNew();
-    const Lines created{
-        "New Portfolio: Your portfolio has been created.\n\n"
-        "You may now add canvases using the Open Canvas or New Canvas selections from the File Menu."};
-    EXPECT_EQ(Shown(), created);
+TEST_F(DocumentCommandsTest, NewAsksOnlyWhenSomethingChangedAndKeepsAllUntilItIsSaved) {
+    EXPECT_EQ(Run(PortfolioNew), Lines{Created});
     EXPECT_TRUE(it_.mainWindow.portfolioCommands);
-    PortfolioNew();
-    EXPECT_EQ(Shown(), created);
-}
-
-TEST_F(DocumentCommandsTest, NewLeavesTheOldPortfolioOnCancel) {
-    Portfolio& old = New();
-    old.SetNeedSaving(true);
-    it_.dialogs.answers = {Answer::Cancel};
-    PortfolioNew();
-    EXPECT_EQ(Shown(), Lines{SaveOpen});
-    EXPECT_EQ(OpenPortfolio(), &old);
-}
-
-TEST_F(DocumentCommandsTest, NewSavesOnYesAndKeepsAllWhenNoFileIsNamed) {
-    Portfolio& old = New();
+    EXPECT_EQ(Run(PortfolioNew), Lines{Created});
+    const Portfolio* old = OpenPortfolio();
     NewCanvas();
-    it_.dialogs.answers = {Answer::Yes};
-    it_.dialogs.saveFiles = {std::nullopt};
-    PortfolioNew();
-    EXPECT_EQ(Shown(), (Lines{SaveOpen, "Portfolio Save As", NoFile}));
-    EXPECT_EQ(OpenPortfolio(), &old);
-
-    it_.dialogs.answers = {Answer::Yes};
-    it_.dialogs.saveFiles = {"p.por", "c.can"};
-    PortfolioNew();
-    EXPECT_NE(File("p.por").find("[Canvas01]\r\nFileName=c.can"), std::string::npos);
-    EXPECT_NE(File("c.can").find("Name=A"), std::string::npos);
+    EXPECT_EQ(Run(PortfolioNew, {.boxes = {Cancel}}), Lines{SaveOpen});
+    EXPECT_EQ(Run(PortfolioNew, {.boxes = {Yes}, .saves = {Nothing}}),
+              (Lines{SaveOpen, "Portfolio Save As", NoFile}));
+    EXPECT_EQ(OpenPortfolio(), old);
+    EXPECT_EQ(Run(PortfolioNew,
+                  {
+                      .boxes = {Yes     },
+                        .saves = { "p.por", "c.can"}
+    }),
+              (Lines{SaveOpen, "Portfolio Save As", "Canvas Save As", Created}));
+    EXPECT_TRUE(Holds("p.por", "[Canvas01]\r\nFileName=c.can"));
+    EXPECT_TRUE(Holds("c.can", "Name=A"));
     EXPECT_EQ(OpenPortfolio()->FileName(), "");
 }
 
 TEST_F(DocumentCommandsTest, OpenLoadsTheChosenFileAndRemembersIt) {
     it_.files.WriteFile("p.por", "[WebServer]\r\nPort=8081\r\n");
-    it_.dialogs.openFiles = {std::nullopt};
-    PortfolioOpen();
+    EXPECT_EQ(Run(PortfolioOpen), Lines{"Portfolio Open"});
     EXPECT_EQ(OpenPortfolio(), nullptr);
-
-    it_.dialogs.openFiles = {"p.por"};
-    PortfolioOpen();
+    Run(PortfolioOpen, {.opens = {"p.por"}});
     ASSERT_NE(OpenPortfolio(), nullptr);
     EXPECT_EQ(OpenPortfolio()->FileName(), "p.por");
     EXPECT_EQ(tessaloom::Setup().lastPortfolio, "p.por");
-    EXPECT_NE(File("p.por").find("Port=8081"), std::string::npos);
+    EXPECT_TRUE(Holds("p.por", "Port=8081"));
     EXPECT_FALSE(OpenPortfolio()->NeedSaving());
 }
 
 TEST_F(DocumentCommandsTest, SaveAsNamesTheFileAndSaves) {
     New();
-    it_.dialogs.saveFiles = {std::nullopt, "p.por"};
-    EXPECT_FALSE(PortfolioSave());
-    EXPECT_EQ(Shown(), (Lines{"Portfolio Save As", NoFile}));
-    EXPECT_TRUE(PortfolioSave());
+    EXPECT_EQ(Run(PortfolioSave), (Lines{"Portfolio Save As", NoFile, "refused"}));
+    EXPECT_EQ(Run(PortfolioSave, {.saves = {"p.por"}}), (Lines{"Portfolio Save As", "done"}));
     EXPECT_EQ(it_.dialogs.status, (Lines{"Saving...", ""}));
     EXPECT_EQ(tessaloom::Setup().lastPortfolio, "p.por");
-    EXPECT_NE(File("p.por").find("[Canvas20]"), std::string::npos);
-    EXPECT_TRUE(PortfolioSave());
-    EXPECT_EQ(Shown(), Lines{"Portfolio Save As"});
+    EXPECT_TRUE(Holds("p.por", "[Canvas20]"));
+    EXPECT_EQ(Run(PortfolioSave), Lines{"done"});
 }
 
 TEST_F(DocumentCommandsTest, SaveAllWritesEveryCanvasOrThoseThatChanged) {
@@ -121,14 +130,18 @@ TEST_F(DocumentCommandsTest, SaveAllWritesEveryCanvasOrThoseThatChanged) {
         New();
         NewCanvas("A");
         NewCanvas("B");
-        it_.dialogs.saveFiles = {"p.por", "a.can", "b.can"};
-        ASSERT_TRUE(SaveAllProc(false));
-        it_.files.WriteFile("a.can", "");
-        it_.files.WriteFile("b.can", "");
+        ASSERT_EQ(Run(
+                      [] {
+                          return SaveAllProc(false);
+        },
+                      {.saves = {"p.por", "a.can", "b.can"}})
+                      .back(),
+                  "done");
+        for (const char* file : {"a.can", "b.can"}) it_.files.WriteFile(file, "");
         OpenPortfolio()->Canvas(2).SetName("C");
         EXPECT_TRUE(SaveAllProc(everything));
         EXPECT_EQ(File("a.can").empty(), !everything);
-        EXPECT_NE(File("b.can").find("Name=C"), std::string::npos);
+        EXPECT_TRUE(Holds("b.can", "Name=C"));
         EXPECT_FALSE(OpenPortfolio()->NeedSaving());
         for (const char* file : {"p.por", "a.can", "b.can"}) it_.files.DeleteFile(file);
     }
@@ -137,136 +150,108 @@ TEST_F(DocumentCommandsTest, SaveAllWritesEveryCanvasOrThoseThatChanged) {
 TEST_F(DocumentCommandsTest, KeepsThePortfolioOpenWhenACanvasCannotBeSaved) {
     Portfolio& old = New();
     NewCanvas();
-    it_.dialogs.saveFiles = {"p.por", "c.can"};
-    ASSERT_TRUE(SaveAllProc(true));
+    ASSERT_EQ(Run(SaveAll,
+                  {
+                      .saves = {"p.por", "c.can"}
+    })
+                  .back(),
+              "done");
     it_.files.WriteFile("c.can", std::string_view("\0", 1));  // never written to
     old.Canvas(1).SetName("B");
-    it_.dialogs.answers = {Answer::Yes};
-    PortfolioNew();
+    Run(PortfolioNew, {.boxes = {Yes}});
     EXPECT_EQ(OpenPortfolio(), &old);
     EXPECT_EQ(old.Canvas(1).Name(), "B");
 }
 
-TEST_F(DocumentCommandsTest, RefusesATwentyFirstCanvas) {
+TEST_F(DocumentCommandsTest, TakesTwentyNamedCanvases) {
     Portfolio& portfolio = New();
+    for (const auto& name : {std::optional<std::string>(), std::optional<std::string>("")})
+        EXPECT_EQ(Run(CanvasNew, {.names = {name}}), Lines{"Canvas Name"});
+    EXPECT_EQ(portfolio.CanvasesOpen(), 0);
+    for (const int slot : {-1, 0, 1, 21})
+        EXPECT_EQ(Run([=] { return CanvasSaveAsProc(slot); }), Lines{"refused"});
+
     for (int i = 0; i < 20; ++i) NewCanvas();
     EXPECT_EQ(portfolio.CanvasesOpen(), 20);
-    const Lines full{
-        "Out of Canvas Locations: You already have all of the allowed canvases loaded.\n"
-        "Remove an existing canvas to make room for a new one."};
-    CanvasNew();
-    EXPECT_EQ(Shown(), full);
-    CanvasOpen();
-    EXPECT_EQ(Shown(), full);
-
+    for (const auto command : {CanvasNew, CanvasOpen}) EXPECT_EQ(Run(command), Lines{Full});
     portfolio.SetActiveCanvas(7);
-    it_.dialogs.answers = {Answer::Yes, Answer::No};
-    CanvasRemove();
+    Run(CanvasRemove, {
+                          .boxes = {Yes, No}
+    });
     EXPECT_EQ(portfolio.CanvasesOpen(), 19);
     NewCanvas("again");
     EXPECT_EQ(portfolio.Canvas(7).Name(), "again");
 }
 
-TEST_F(DocumentCommandsTest, MakesNoCanvasWithoutAName) {
-    Portfolio& portfolio = New();
-    it_.dialogs.texts = {std::nullopt, ""};
-    CanvasNew();
-    CanvasNew();
-    EXPECT_EQ(Shown(), (Lines{"Canvas Name", "Canvas Name"}));
-    EXPECT_EQ(portfolio.CanvasesOpen(), 0);
-    for (const int slot : {-1, 0, 1, 21}) EXPECT_FALSE(CanvasSaveAsProc(slot));
-    EXPECT_TRUE(Shown().empty());
-}
-
 TEST_F(DocumentCommandsTest, OpensACanvasOnce) {
     Portfolio& portfolio = New();
     it_.files.WriteFile("folder\\c.can", "[General]\r\nName=C\r\nWidth=64\r\n");
-    it_.dialogs.openFiles = {std::nullopt, "folder\\c.can", "folder/c.can", "missing.can"};
-    CanvasOpen();
-    EXPECT_EQ(Shown(), (Lines{"Canvas Open", NoFileAborting}));
-    CanvasOpen();
+    EXPECT_EQ(Run(CanvasOpen), (Lines{"Canvas Open", NoFileAborting}));
+    Run(CanvasOpen, {.opens = {"folder\\c.can"}});
     EXPECT_EQ(portfolio.CanvasesOpen(), 1);
     EXPECT_EQ(portfolio.Canvas(1).Width(), 64);
     EXPECT_EQ(portfolio.ActiveCanvas(), 1);
     EXPECT_TRUE(portfolio.NeedSaving());
-    Forget();
-    CanvasOpen();
-    EXPECT_EQ(Shown(), (Lines{"Canvas Open", "Canvas Open: This canvas is already open."}));
+    EXPECT_EQ(Run(CanvasOpen, {.opens = {"folder/c.can"}}),
+              (Lines{"Canvas Open", "Canvas Open: This canvas is already open."}));
     portfolio.SetNeedSaving(false);
-    CanvasOpen();
+    Run(CanvasOpen, {.opens = {"missing.can"}});
     EXPECT_EQ(portfolio.CanvasesOpen(), 1);
     EXPECT_FALSE(portfolio.NeedSaving());
 }
 
 TEST_F(DocumentCommandsTest, NeverGivesOneFileToTwoDocuments) {
     Portfolio& portfolio = New();
-    it_.dialogs.saveFiles = {"p.por"};
-    ASSERT_TRUE(PortfolioSaveAs());
+    Run(PortfolioSaveAs, {.saves = {"p.por"}});
     it_.files.WriteFile("c.can", "[General]\r\nName=C\r\n");
-    it_.dialogs.openFiles = {"p.por", "c.can"};
-    CanvasOpen();
+    Run(CanvasOpen, {.opens = {"p.por"}});
     EXPECT_EQ(portfolio.CanvasesOpen(), 0);
-    CanvasOpen();
-    it_.dialogs.texts = {"second"};
-    CanvasNew();
+    Run(CanvasOpen, {.opens = {"c.can"}});
+    NewCanvas("second");
     it_.files.DeleteFile("c.can");
-    it_.dialogs.saveFiles = {"c.can", "c.can"};
-    Forget();
-    EXPECT_FALSE(CanvasSaveAsProc(2)) << "it is the file of the first, even while it is gone";
-    EXPECT_FALSE(PortfolioSaveAs());
-    EXPECT_EQ(Shown(),
-              (Lines{"Canvas Save As", "Canvas Save As: This canvas is already open.", "Portfolio Save As",
-                     "Portfolio Save As: This is the file of an open canvas."}));
+    EXPECT_EQ(Run([] { return CanvasSaveAsProc(2); }, {.saves = {"c.can"}}),
+              (Lines{"Canvas Save As", "Canvas Save As: This canvas is already open.", "refused"}))
+        << "it is the file of the first, even while it is gone";
+    EXPECT_EQ(
+        Run(PortfolioSaveAs, {.saves = {"c.can"}}),
+        (Lines{"Portfolio Save As", "Portfolio Save As: This is the file of an open canvas.", "refused"}));
     EXPECT_EQ(portfolio.FileName(), "p.por");
     EXPECT_EQ(portfolio.Canvas(2).FileName(), "");
 }
 
 TEST_F(DocumentCommandsTest, NeverOverwritesACanvasFileBySaveAs) {
     New();
-    Canvas& canvas = NewCanvas();
+    const Canvas& canvas = NewCanvas();
     it_.files.WriteFile("old.can", "kept");
-    it_.dialogs.saveFiles = {"old.can", std::nullopt, "new.can"};
-    EXPECT_FALSE(CanvasSave());
-    EXPECT_EQ(Shown(), (Lines{"Canvas Save As",
-                              "Canvas Save As: This file already exists.  To open an existing file, select "
-                              "\"Open Canvas\" instead."}));
+    EXPECT_EQ(Run(CanvasSave, {.saves = {"old.can"}}), (Lines{"Canvas Save As", Exists, "refused"}));
     EXPECT_EQ(File("old.can"), "kept");
-    EXPECT_FALSE(CanvasSaveAs());
-    EXPECT_EQ(Shown(), (Lines{"Canvas Save As", NoFileAborting}));
-    EXPECT_TRUE(CanvasSaveAs());
+    EXPECT_EQ(Run(CanvasSaveAs), (Lines{"Canvas Save As", NoFileAborting, "refused"}));
+    EXPECT_EQ(Run(CanvasSaveAs, {.saves = {"new.can"}}), (Lines{"Canvas Save As", "done"}));
     EXPECT_EQ(canvas.FileName(), "new.can");
-    EXPECT_TRUE(CanvasSave());
-    EXPECT_EQ(Shown(), Lines{"Canvas Save As"});
+    EXPECT_EQ(Run(CanvasSave), Lines{"done"});
 }
 
 TEST_F(DocumentCommandsTest, RemoveAsksBeforeItLosesAnything) {
-    Portfolio& portfolio = New();
+    const Portfolio& portfolio = New();
     NewCanvas();
-    const std::string sure = "Remove Canvas: Are you sure you want to remove this canvas?";
-    const std::string save = "Save Canvas: This canvas has been changed.  Would you like to save it first?";
-    it_.dialogs.answers = {Answer::No};
-    CanvasRemove();
-    EXPECT_EQ(Shown(), Lines{sure});
-    it_.dialogs.answers = {Answer::Yes, Answer::Yes};
-    it_.dialogs.saveFiles = {std::nullopt};
-    CanvasRemove();
-    EXPECT_EQ(Shown(), (Lines{sure, save, "Canvas Save As", NoFileAborting}));
+    EXPECT_EQ(Run(CanvasRemove, {.boxes = {No}}), Lines{Remove});
+    EXPECT_EQ(Run(CanvasRemove,
+                  {
+                      .boxes = {Yes, Yes}
+    }),
+              (Lines{Remove, SaveFirst, "Canvas Save As", NoFileAborting}));
     EXPECT_EQ(portfolio.CanvasesOpen(), 1);
-    it_.dialogs.answers = {Answer::Yes, Answer::Yes};
-    it_.dialogs.saveFiles = {"c.can"};
-    CanvasRemove();
+    Run(CanvasRemove, {
+                          .boxes = {Yes, Yes},
+                            .saves = {"c.can"  }
+    });
     EXPECT_EQ(portfolio.CanvasesOpen(), 0);
     EXPECT_TRUE(it_.files.FileExists("c.can"));
 }
 
 TEST_F(DocumentCommandsTest, DoNothingWithoutAPortfolio) {
-    EXPECT_FALSE(PortfolioSave());
-    EXPECT_FALSE(SaveAllProc(true));
-    CanvasNew();
-    CanvasOpen();
-    EXPECT_FALSE(CanvasSave());
-    CanvasRemove();
-    EXPECT_TRUE(Shown().empty());
+    for (const auto command : {PortfolioSave, SaveAll, CanvasSave}) EXPECT_EQ(Run(command), Lines{"refused"});
+    for (const auto command : {CanvasNew, CanvasOpen, CanvasRemove}) EXPECT_EQ(Run(command), Lines{});
 }
 
 }  // namespace

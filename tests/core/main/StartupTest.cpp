@@ -14,6 +14,8 @@
 namespace tessaloom::testing {
 namespace {
 
+using Lines = std::vector<std::string>;
+
 class StartupTest : public ::testing::Test {
 protected:
     ~StartupTest() override {
@@ -28,91 +30,87 @@ protected:
     void WriteSettings(const std::string& keys) {
         it_.files.WriteFile(SettingsPath(), "[General]\r\n" + keys);
     }
-    bool Called(const std::string& call) const {
-        return std::find(it_.mainWindow.calls.begin(), it_.mainWindow.calls.end(), call) !=
-               it_.mainWindow.calls.end();
+    auto Calls(const char* name) const {
+        return std::count(it_.mainWindow.calls.begin(), it_.mainWindow.calls.end(), name);
     }
+    /// Somebody clears the running flag; then comes the next tick.
+    void EndWithATick() {
+        Flags().running = false;
+        it_.timer.Tick();
+    }
+    /// Whether that closed everything.
+    bool Closed() const { return !modMain::OpenPortfolio() && Calls("Unload") > 0; }
 
     TestPlatform it_;
 };
 
 TEST_F(StartupTest, CompletesTheSettingsFileAndStartsMaximized) {
     ASSERT_TRUE(Start());
-    EXPECT_EQ(Settings(),
-              "[General]\r\nAutoLoad=True\r\nLastPortfolio=\r\nStartupMode=2\r\nStartupWidth=12000\r\n"
-              "StartupHeight=9000\r\nStartupTop=0\r\nStartupLeft=0\r\nStartupState=2\r\n"
-              "StartupLastNonMinimizedState=2\r\nStationLongitude=0\r\nStationLatitude=0\r\n"
-              "ClearTypeContrast=1400\r\nClearTypeOrientation=1\r\n");
+    EXPECT_NE(Settings().find("StartupHeight=9000\r\n"), std::string::npos);
     EXPECT_EQ(modMain::OpenPortfolio(), nullptr);
     EXPECT_EQ(it_.timer.milliseconds, 10);
     EXPECT_FALSE(Flags().startingUp);
-    EXPECT_EQ(it_.mainWindow.calls,
-              (std::vector<std::string>{"ShowSplash", "Load Tessaloom", "SetState 2", "Show", "RedrawSplash",
-                                        "CloseSplash", "Show", "UnloadSplash"}));
+    EXPECT_EQ(it_.mainWindow.calls, (Lines{"ShowSplash", "Load Tessaloom", "SetState 2", "Show",
+                                           "RedrawSplash", "CloseSplash", "Show", "UnloadSplash"}));
 }
 
 TEST_F(StartupTest, PlacesTheWindowByItsMode) {
     const struct {
-        const char* keys;
-        std::optional<WindowState> state;
+        int mode, state;  // as read
+        std::optional<WindowState> shown;
         bool placed;
         int lastNonMinimized;
     } rows[] = {
-        {"StartupMode=0\r\nStartupLastNonMinimizedState=0\r\n",                   WindowState::Minimized, false, 2},
-        {"StartupMode=2\r\nStartupLastNonMinimizedState=0\r\n",                   WindowState::Maximized, false, 2},
-        {"StartupMode=1\r\nStartupState=1\r\nStartupLastNonMinimizedState=0\r\n", WindowState::Minimized,
-         false,                                                                                                  0},
-        {"StartupMode=1\r\nStartupState=0\r\nStartupLastNonMinimizedState=0\r\n", WindowState::Normal,    true,
-         0                                                                                                        },
-        {"StartupMode=9\r\nStartupLastNonMinimizedState=0\r\n",                   std::nullopt,           false, 0},
+  // clang-format off
+        {0, 2, WindowState::Minimized, false, 2},
+        {2, 2, WindowState::Maximized, false, 2},
+        {1, 1, WindowState::Minimized, false, 0},
+        {1, 0, WindowState::Normal, true, 0},
+        {9, 2, std::nullopt, false, 0},
+  // clang-format on
     };
     for (const auto& row : rows) {
-        SCOPED_TRACE(row.keys);
+        SCOPED_TRACE(row.mode);
         it_.mainWindow.state.reset();
         it_.mainWindow.place.reset();
-        WriteSettings(row.keys);
+        WriteSettings("StartupMode=" + std::to_string(row.mode) + "\r\nStartupState=" +
+                      std::to_string(row.state) + "\r\nStartupLastNonMinimizedState=0\r\n");
         ASSERT_TRUE(Start());
-        EXPECT_EQ(it_.mainWindow.state, row.state);
+        EXPECT_EQ(it_.mainWindow.state, row.shown);
         EXPECT_EQ(it_.mainWindow.place.has_value(), row.placed);
         EXPECT_EQ(tessaloom::Setup().startupLastNonMinimizedState, row.lastNonMinimized);
         modMain::modMain_Shutdown();
     }
 }
 
-TEST_F(StartupTest, RefusesASecondInstanceAndTouchesNothing) {
-    it_.desktop.otherInstance = true;
-    EXPECT_FALSE(Start());
-    EXPECT_EQ(
-        it_.dialogs.shown,
-        (std::vector<std::string>{"Already Running: There is already an instance of Tessaloom running."}));
-    EXPECT_FALSE(it_.files.FileExists(SettingsPath()));
-    EXPECT_TRUE(it_.mainWindow.calls.empty());
-    EXPECT_FALSE(Flags().running);
-}
-
-TEST_F(StartupTest, LoadsTheLastPortfolioUnlessToldNotTo) {
+TEST_F(StartupTest, OpensThePortfolioAskedForOrTheLastOneUnlessToldNotTo) {
+    const struct {
+        const char *settings, *asked, *opened, *remembered;
+    } rows[] = {
+  // clang-format off
+        {"LastPortfolio=a.por\r\n", "", "a.por", "a.por"},
+        {"AutoLoad=False\r\nLastPortfolio=a.por\r\n", "", nullptr, ""},
+        {"AutoLoad=True\r\nLastPortfolio=other.por\r\n", "a.por", "a.por", "a.por"},
+  // clang-format on
+    };
     it_.files.WriteFile("a.por", "[WebServer]\r\nPort=8080\r\n");
-    WriteSettings("LastPortfolio=a.por\r\n");
-    ASSERT_TRUE(Start());
-    ASSERT_NE(modMain::OpenPortfolio(), nullptr);
-    EXPECT_EQ(modMain::OpenPortfolio()->FileName(), "a.por");
-    EXPECT_TRUE(it_.mainWindow.portfolioCommands);
-    EXPECT_EQ(it_.dialogs.status, (std::vector<std::string>{"Loading...", ""}));
-    modMain::modMain_Shutdown();
-
-    WriteSettings("AutoLoad=False\r\nLastPortfolio=a.por\r\n");
-    ASSERT_TRUE(Start());
-    EXPECT_EQ(modMain::OpenPortfolio(), nullptr);
-    modMain::modMain_Shutdown();
-    EXPECT_NE(Settings().find("LastPortfolio=\r\n"), std::string::npos);
-}
-
-TEST_F(StartupTest, OpensThePortfolioAskedForAndRemembersIt) {
-    WriteSettings("AutoLoad=True\r\nLastPortfolio=other.por\r\n");
-    ASSERT_TRUE(Start({.portfolio = "a.por", .views = {}}));
-    EXPECT_EQ(modMain::OpenPortfolio()->FileName(), "a.por");
-    modMain::modMain_Shutdown();
-    EXPECT_NE(Settings().find("LastPortfolio=a.por\r\n"), std::string::npos);
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.settings);
+        WriteSettings(row.settings);
+        it_.dialogs.status.clear();
+        it_.mainWindow.portfolioCommands = false;
+        ASSERT_TRUE(Start({.portfolio = row.asked, .views = {}}));
+        const Portfolio* portfolio = modMain::OpenPortfolio();
+        ASSERT_EQ(portfolio != nullptr, row.opened != nullptr);
+        EXPECT_EQ(it_.mainWindow.portfolioCommands, row.opened != nullptr);
+        if (portfolio) {
+            EXPECT_EQ(portfolio->FileName(), row.opened);
+            EXPECT_EQ(it_.dialogs.status, (Lines{"Loading...", ""}));
+        }
+        modMain::modMain_Shutdown();
+        EXPECT_NE(Settings().find(std::string("LastPortfolio=") + row.remembered + "\r\n"),
+                  std::string::npos);
+    }
     EXPECT_FALSE(it_.files.FileExists("other.por"));
 }
 
@@ -121,7 +119,7 @@ TEST_F(StartupTest, HonoursACloseAskedForWhileStarting) {
         EXPECT_FALSE(modMain::MDIForm_QueryUnload(modMain::CloseCause::Person));
     };
     EXPECT_FALSE(Start());
-    EXPECT_TRUE(Called("UnloadSplash"));
+    EXPECT_EQ(Calls("UnloadSplash"), 1);
     EXPECT_EQ(it_.mainWindow.calls.back(), "Unload");
     EXPECT_EQ(it_.timer.milliseconds, 0);
 }
@@ -139,9 +137,7 @@ protected:
     Portfolio& StartWithScript(std::function<void()> hook = {}) {
         Start({.portfolio = "a.por", .views = {}});
         Portfolio& portfolio = *modMain::OpenPortfolio();
-        engine_.procedures = {
-            {"Shutdown", 0}
-        };
+        engine_.procedures.assign(1, {"Shutdown", 0});
         engine_.calls.clear();
         engine_.during = std::move(hook);
         portfolio.Script().SetEngine(&engine_);
@@ -158,10 +154,10 @@ TEST_F(ClosingTest, CallsTheShutdownHookBothTimesAndShutsDownInOrder) {
     it_.mainWindow.calls.clear();
     it_.dialogs.status.clear();
     EXPECT_TRUE(modMain::MDIForm_QueryUnload(modMain::CloseCause::Person));
-    EXPECT_EQ(engine_.calls, (std::vector<std::string>{"Shutdown()", "Shutdown()"}));
-    EXPECT_EQ(it_.mainWindow.calls, (std::vector<std::string>{"RemoveTrayIcon", "Hide", "UnloadSetupWindows",
-                                                              "UnloadSecondaryWindows", "Unload"}));
-    EXPECT_EQ(it_.dialogs.status, (std::vector<std::string>{"Shutting Down...", ""}));
+    EXPECT_EQ(engine_.calls, (Lines{"Shutdown()", "Shutdown()"}));
+    EXPECT_EQ(it_.mainWindow.calls,
+              (Lines{"RemoveTrayIcon", "Hide", "UnloadSetupWindows", "UnloadSecondaryWindows", "Unload"}));
+    EXPECT_EQ(it_.dialogs.status, (Lines{"Shutting Down...", ""}));
     EXPECT_EQ(it_.timer.milliseconds, 0);
     EXPECT_EQ(modMain::OpenPortfolio(), nullptr);
     EXPECT_FALSE(Flags().running);
@@ -170,8 +166,7 @@ TEST_F(ClosingTest, CallsTheShutdownHookBothTimesAndShutsDownInOrder) {
 TEST_F(ClosingTest, IsCalledOffByTheScript) {
     Flags().cancelShutdown = true;  // a stale wish does not count
     StartWithScript([] { Flags().cancelShutdown = true; });
-    Flags().running = false;
-    it_.timer.Tick();
+    EndWithATick();
     EXPECT_TRUE(Flags().running);
     EXPECT_NE(modMain::OpenPortfolio(), nullptr);
     EXPECT_EQ(it_.timer.milliseconds, 10);
@@ -195,10 +190,8 @@ TEST_F(ClosingTest, AsksAboutUnsavedChanges) {
         it_.files.WriteFile("a.por", "");
         it_.dialogs.shown.clear();
         it_.dialogs.answers = {row.answer};
-        Flags().running = false;
-        it_.timer.Tick();
-        EXPECT_EQ(it_.dialogs.shown,
-                  (std::vector<std::string>{"Save Files?: Would you like to save all files?"}));
+        EndWithATick();
+        EXPECT_EQ(it_.dialogs.shown, Lines{"Save Files?: Would you like to save all files?"});
         EXPECT_EQ(modMain::OpenPortfolio() == nullptr, row.closes);
         EXPECT_EQ(it_.files.ReadFile("a.por", 100'000) != "", row.saves);
         EXPECT_EQ(Flags().running, !row.closes);
@@ -211,9 +204,8 @@ TEST_F(ClosingTest, AsksNothingWhenTheSystemEndsTheProgramOrNobodyIsThere) {
         it_.dialogs.person = person;
         StartWithScript().SetNeedSaving(true);
         Flags().withoutQuestions = person;
-        Flags().running = false;
-        it_.timer.Tick();
-        EXPECT_EQ(modMain::OpenPortfolio(), nullptr);
+        EndWithATick();
+        EXPECT_TRUE(Closed());
         EXPECT_TRUE(it_.dialogs.shown.empty());
     }
 }
@@ -227,20 +219,18 @@ TEST_F(ClosingTest, HappensOnceHoweverOftenItIsAskedFor) {
     });
     EXPECT_TRUE(modMain::MDIForm_QueryUnload(modMain::CloseCause::Person));
     EXPECT_EQ(asked, 2);
-    EXPECT_EQ(std::count(it_.mainWindow.calls.begin(), it_.mainWindow.calls.end(), "Unload"), 1);
+    EXPECT_EQ(Calls("Unload"), 1);
 }
 
 TEST_F(ClosingTest, WaitsForTheBoxOfACommand) {
     Start();
     it_.dialogs.whileShown = [&] {
-        Flags().running = false;
-        it_.timer.Tick();
-        EXPECT_NE(modMain::OpenPortfolio(), nullptr);
+        EndWithATick();
+        EXPECT_FALSE(Closed());
     };
     modMain::PortfolioNew();
     it_.timer.Tick();
-    EXPECT_EQ(modMain::OpenPortfolio(), nullptr);
-    EXPECT_EQ(it_.mainWindow.calls.back(), "Unload");
+    EXPECT_TRUE(Closed());
 }
 
 TEST_F(ClosingTest, FollowsASignalEvenWhenThePersonThenSaysCancel) {
@@ -266,18 +256,9 @@ TEST_F(ClosingTest, ReloadRunsNoScriptThatIsSwitchedOff) {
     EXPECT_TRUE(portfolio.Script().Ready());
 }
 
-TEST_F(ClosingTest, EndsWithoutAPortfolioToo) {
-    Start();
-    Flags().running = false;
-    it_.timer.Tick();
-    EXPECT_EQ(it_.mainWindow.calls.back(), "Unload");
-}
-
 TEST_F(ClosingTest, HappensInTheTickInWhichAHookClearsTheRunningFlag) {
     Portfolio& portfolio = StartWithScript();
-    engine_.procedures = {
-        {"Interval", 0}
-    };
+    engine_.procedures.assign(1, {"Interval", 0});
     engine_.during = [] { Flags().running = false; };
     portfolio.Script().SetAllowInterval(true);
     portfolio.Script().ResetScript();
