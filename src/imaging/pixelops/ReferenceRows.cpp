@@ -4,6 +4,7 @@
 #include "imaging/pixelops/BlurRows.h"
 #include "imaging/pixelops/FrameRows.h"
 #include "imaging/pixelops/MergeRows.h"
+#include "imaging/pixelops/SampleRows.h"
 #include "imaging/pixelops/ShadowRows.h"
 
 namespace tessaloom::pixelops::reference {
@@ -91,6 +92,19 @@ void MeanRow(std::uint8_t* out, const std::uint16_t* sums, int radius, std::size
         for (std::ptrdiff_t at = -reach; at <= reach; at += 3)
             sum += sums[static_cast<std::ptrdiff_t>(i) + at];
         out[i] = static_cast<std::uint8_t>(sum / area);
+    }
+}
+
+void SampleRow(std::uint8_t* dest, const Pixels& source, Position at, Position step, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i, dest += 3, at.x += step.x, at.y += step.y) {
+        const std::uint8_t* below = source.bits + (at.y >> 32) * source.rowBytes + (at.x >> 32) * 3;
+        const std::uint8_t* above = below + source.rowBytes;
+        const int right = static_cast<int>(at.x >> 24 & 0xFF), top = static_cast<int>(at.y >> 24 & 0xFF);
+        for (int c = 0; c < 3; ++c) {
+            const int lower = below[c] * (256 - right) + below[c + 3] * right;
+            const int upper = above[c] * (256 - right) + above[c + 3] * right;
+            dest[c] = static_cast<std::uint8_t>((lower * (256 - top) + upper * top + 32768) >> 16);
+        }
     }
 }
 

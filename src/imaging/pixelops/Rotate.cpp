@@ -3,6 +3,7 @@
 #include <numbers>
 
 #include "imaging/pixelops/Arithmetic.h"
+#include "imaging/pixelops/SampleRows.h"
 #include "imaging/pixelops/Tessaloom.h"
 
 namespace {
@@ -48,10 +49,8 @@ void QuarterTurns(const Canvas& dest, const Picture& source, int quarters) {
     }
 }
 
-/// A position on the source in 1/2^32 pixels; pixel centres are whole.
-struct Position {
-    std::int64_t x, y;
-};
+/// Pixels of the destination that are worked on together.
+constexpr int TileWidth = 32, TileHeight = 16;
 
 std::int64_t ToFixed(double pixels) { return std::llround(pixels * 4294967296.0); }
 
@@ -75,6 +74,22 @@ void Sample(std::uint8_t* to, const Picture& source, Position at) {
         to[c] = static_cast<std::uint8_t>((sums[c] + (65536 - covered) * to[c] + 32768) >> 16);
 }
 
+/// Whole pixels below a position.
+std::int64_t Floor(std::int64_t position) { return position >> 32; }
+
+/// `count` pixels along a line, most often all within the source or all beside it.
+void SamplePiece(std::uint8_t* to, const Picture& source, Position at, Position step, int count) {
+    const Position last{at.x + (count - 1) * step.x, at.y + (count - 1) * step.y};
+    const auto [left, right] = std::minmax({Floor(at.x), Floor(last.x)});
+    const auto [bottom, top] = std::minmax({Floor(at.y), Floor(last.y)});
+    if (right < -1 || left >= source.width || top < -1 || bottom >= source.height) return;
+    // From each pixel's left neighbour on, 8 bytes are read.
+    if (left >= 0 && right < source.width - 2 && bottom >= 0 && top < source.height - 1)
+        return SampleRow(to, {source.bits, RowBytes(source.width)}, at, step,
+                         static_cast<std::size_t>(count));
+    for (int i = 0; i < count; ++i, to += 3, at.x += step.x, at.y += step.y) Sample(to, source, at);
+}
+
 void Turn(const Canvas& dest, const Picture& source, double radians) {
     // The product of the three shears, undone: from a position on the destination to one on the source, both
     // measured from their centres.
@@ -83,12 +98,24 @@ void Turn(const Canvas& dest, const Picture& source, double radians) {
     const double firstX = (1 - dest.width) / 2.0, middleX = (source.width - 1) / 2.0;
     const double middleY = (source.height - 1) / 2.0;
     constexpr std::int64_t Half = std::int64_t{1} << 23;  // rounds to the 256ths that `Sample` looks at
-    for (int y = 0; y < dest.height; ++y) {
+    const auto rowStart = [&](int y) {
         const double upY = y + (1 - dest.height) / 2.0;
-        Position at{ToFixed(cosine * firstX + sine * upY + middleX) + Half,
-                    ToFixed(-sine * firstX + cosine * upY + middleY) + Half};
-        std::uint8_t* to = RowAt(dest.bits, dest.width, y);
-        for (int x = 0; x < dest.width; ++x, to += 3, at.x += step.x, at.y += step.y) Sample(to, source, at);
+        return Position{ToFixed(cosine * firstX + sine * upY + middleX) + Half,
+                        ToFixed(-sine * firstX + cosine * upY + middleY) + Half};
+    };
+    // In tiles, so that the source's rows that one piece crosses are still at hand for the next.
+    for (int bottom = 0; bottom < dest.height; bottom += TileHeight) {
+        const int top = std::min(bottom + TileHeight, dest.height);
+        Position starts[TileHeight];
+        for (int y = bottom; y < top; ++y) starts[y - bottom] = rowStart(y);
+        for (int x = 0; x < dest.width; x += TileWidth) {
+            const int count = std::min(TileWidth, dest.width - x);
+            for (int y = bottom; y < top; ++y) {
+                const Position start = starts[y - bottom];
+                SamplePiece(RowAt(dest.bits, dest.width, y) + x * std::ptrdiff_t{3}, source,
+                            {start.x + x * step.x, start.y + x * step.y}, step, count);
+            }
+        }
     }
 }
 

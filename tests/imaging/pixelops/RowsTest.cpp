@@ -6,6 +6,7 @@
 #include "imaging/pixelops/FrameRows.h"
 #include "imaging/pixelops/MergeRows.h"
 #include "imaging/pixelops/RowFixture.h"
+#include "imaging/pixelops/SampleRows.h"
 #include "imaging/pixelops/ShadowRows.h"
 
 namespace tessaloom::testing {
@@ -163,6 +164,27 @@ TEST(MeanRow, EqualsItsReferenceForAllSums) {
                 reference::MeanRow(expected.Data(), sums.data() + reach, radius, count);
                 ASSERT_EQ(out, expected) << count << " bytes, radius " << radius;
             }
+        }
+    });
+}
+
+TEST(SampleRow, StaysWithinOneOfItsReference) {
+    OnEachTarget([] {
+        RandomBytes random(9);
+        constexpr std::size_t Side = 40, RowBytes = Side * 3;
+        Bytes picture = random(RowBytes * Side);
+        const std::int64_t pixel = std::int64_t{1} << 32;
+        for (std::size_t count = 0; count <= 40; ++count) {
+            const auto anywhere = [&] {
+                return static_cast<std::int64_t>(random.Below(37) * 1000) * (pixel / 1000);
+            };
+            const Position from{anywhere(), anywhere()}, to{anywhere(), anywhere()};
+            const Position step{(to.x - from.x) / 40, (to.y - from.y) / 40};
+            Bytes out(count * 3), expected(count * 3);
+            SampleRow(out.Data(), {picture.Data(), RowBytes}, from, step, count);
+            reference::SampleRow(expected.Data(), {picture.Data(), RowBytes}, from, step, count);
+            for (std::size_t i = 0; i < count * 3; ++i)
+                ASSERT_NEAR(out.Data()[i], expected.Data()[i], 1) << i << " of " << count;
         }
     });
 }
