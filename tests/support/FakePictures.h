@@ -62,7 +62,9 @@ public:
 
 class FakePictureLoader : public PictureLoader {
 public:
-    void SetLimits(const PictureLimits&) override {}
+    PictureLimits limits;
+
+    void SetLimits(const PictureLimits& allowed) override { limits = allowed; }
 
     LoadedPicture Load(std::span<const std::uint8_t> file) override {
         const auto picture = PlainPicture::From(file);

@@ -15,7 +15,8 @@ namespace tessaloom::testing {
 class FakeUrlTransfers : public UrlTransfers {
 public:
     std::vector<std::string> requests;  ///< Addresses, in the order in which they were asked for.
-    int cancelled = 0;                  ///< Transfers that were ended while under way.
+    TransferLimits limits;
+    int cancelled = 0;  ///< Transfers that were ended while under way.
 
     /// The next poll brings this response, or this failure, to every transfer that waits for `address`.
     void Answer(std::string_view address, std::string_view body) {
@@ -25,7 +26,7 @@ public:
         answers_.push_back({std::string(address), "", std::string(reason)});
     }
 
-    void SetLimits(const TransferLimits&) override {}
+    void SetLimits(const TransferLimits& allowed) override { limits = allowed; }
     std::unique_ptr<UrlTransfer> MakeTransfer() override { return std::make_unique<Transfer>(*this); }
     void Poll() override {
         for (const Response& response : std::exchange(answers_, {})) {

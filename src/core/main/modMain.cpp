@@ -8,6 +8,7 @@
 #include "core/RunFlags.h"
 #include "core/SetupValues.h"
 #include "core/main/DocumentCommands.h"
+#include "core/main/Limits.h"
 #include "core/main/Program.h"
 #include "core/modNumbers.h"
 #include "imaging/modPictureBox.h"
@@ -38,6 +39,7 @@ void LoadSettings(const Platform& platform, INI& settings) {
     modTime::SetStation(Setup().stationLatitude, Setup().stationLongitude);
     platform.fonts.SetClearType(
         {Setup().clearTypeContrast, static_cast<SubPixelOrder>(Setup().clearTypeOrientation)});
+    LoadLimits(platform, settings);
 }
 
 /// Start-up modes, as "StartupMode" holds them.
