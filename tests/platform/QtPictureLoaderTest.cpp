@@ -4,6 +4,7 @@
 
 #include <QGuiApplication>
 #include <string>
+#include <utility>
 
 #include "support/PictureData.h"
 
@@ -49,6 +50,35 @@ TEST(QtPictureLoader, LoadsABitmapStoredFromTheTop) {
     const LoadedPicture picture = QtPictureLoader().Load(file);
     ASSERT_EQ(picture.height, 24);
     EXPECT_EQ(Colour(picture, 3, 3), Quarters[2]) << "the rows now read the other way";
+}
+
+TEST(QtPictureLoader, FillsWhatRunLengthsPassOverWithTheFirstColour) {
+    // 64 x 64, two colours; one white pixel, then the end of the picture.
+    Bytes file(62);
+    const auto put = [&](std::size_t at, unsigned value) {
+        for (std::size_t i = 0; i < 4; ++i) file[at + i] = static_cast<std::uint8_t>(value >> 8 * i);
+    };
+    file[0] = 'B';
+    file[1] = 'M';
+    const std::pair<std::size_t, unsigned> fields[] = {
+        {2,  66         },
+        {10, 62         },
+        {14, 40         },
+        {18, 64         },
+        {22, 64         },
+        {26, 8 << 16 | 1},
+        {30, 1          },
+        {34, 4          },
+        {46, 2          },
+        {54, 0x302010   },
+        {58, 0xFFFFFF   },
+    };
+    for (const auto& [at, value] : fields) put(at, value);
+    for (const int byte : {1, 1, 0, 1}) file.push_back(static_cast<std::uint8_t>(byte));
+    const LoadedPicture picture = QtPictureLoader().Load(file);
+    ASSERT_EQ(picture.width, 64);
+    EXPECT_EQ(Colour(picture, 0, 63), 0xFFFFFF);
+    for (int x = 1; x < 64; ++x) EXPECT_EQ(Colour(picture, x, 63 - x), 0x102030);
 }
 
 TEST(QtPictureLoader, GivesAlphaOnlyWhereThereIsTransparency) {

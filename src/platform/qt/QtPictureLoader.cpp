@@ -66,6 +66,15 @@ bool MayBeRead(const QByteArray& format, const QByteArray& file) {
     return true;
 }
 
+/// What the decoder writes onto: a file with run lengths may pass over pixels, which are then of the first
+/// colour, and not what the memory happened to hold. Decoders that need another bitmap make one.
+QImage Ground(QSize size, QImage::Format format) {
+    if (format != QImage::Format_Indexed8 || size.isEmpty()) return {};
+    QImage ground(size, format);
+    if (!ground.isNull()) ground.fill(0);
+    return ground;
+}
+
 LoadedPicture Convert(const QImage& image) {
     LoadedPicture picture;
     picture.width = image.width();
@@ -121,8 +130,8 @@ LoadedPicture QtPictureLoader::Load(std::span<const std::uint8_t> file) {
         if (isJpeg ? !limits_.AllowJpeg(size.width(), height, file) : !limits_.Allow(size.width(), height))
             return {};
     }
-    QImage image = reader.read();
-    if (image.isNull() || !limits_.Allow(image.width(), image.height())) return {};
+    QImage image = Ground({size.width(), static_cast<int>(height)}, reader.imageFormat());
+    if (!reader.read(&image) || image.isNull() || !limits_.Allow(image.width(), image.height())) return {};
     if (isJpeg && messages.Count() > 0) return {};
     image = std::move(image).convertToFormat(image.hasAlphaChannel() ? QImage::Format_ARGB32
                                                                      : QImage::Format_RGB32);
