@@ -54,6 +54,8 @@ std::string JpegSize(const std::string& path) {
     return "";
 }
 
+const std::vector<std::string> RunsDocuments{"--headless", "--portfolio", "p.por"};
+
 class ProgramTest : public ::testing::Test {
 protected:
     void Write(const std::string& name, std::string_view bytes) {
@@ -85,21 +87,29 @@ protected:
         EXPECT_THAT(program.Log(), HasSubstr("Shutting Down..."));
     }
 
+    /// Runs the documents up to their first picture and ends them in order. The log.
+    std::string RunOnce(const std::string& picture = "live.jpg", const ChildProgram::Options& options = {}) {
+        fs::remove(home_ / picture);
+        ChildProgram program(home_.Path(), RunsDocuments, options);
+        EXPECT_TRUE(Publishes(picture)) << program.Log();
+        EndInOrder(program);
+        return program.Log();
+    }
+
+    /// Runs the program to its end, which must be `status`. What it put out, or the log of a failure.
+    std::string Told(int status, const std::vector<std::string>& arguments) {
+        ChildProgram program(home_.Path(), arguments);
+        EXPECT_EQ(program.Status(), status) << program.Log();
+        return status == 0 ? program.Output() : program.Log();
+    }
+
     TemporaryFolder home_;
 };
 
-const std::vector<std::string> RunsDocuments{"--headless", "--portfolio", "p.por"};
-
 TEST_F(ProgramTest, AnswersQuestionsAboutItself) {
-    ChildProgram version(home_.Path(), {"--version"});
-    EXPECT_EQ(version.Status(), 0);
-    EXPECT_TRUE(version.Output().starts_with("Tessaloom ")) << version.Output();
-    ChildProgram help(home_.Path(), {"--help"});
-    EXPECT_EQ(help.Status(), 0);
-    EXPECT_THAT(help.Output(), HasSubstr("--list-devices"));
-    ChildProgram unknown(home_.Path(), {"--nonsense"});
-    EXPECT_EQ(unknown.Status(), 2);
-    EXPECT_THAT(unknown.Log(), HasSubstr("--nonsense"));
+    EXPECT_TRUE(Told(0, {"--version"}).starts_with("Tessaloom "));
+    EXPECT_THAT(Told(0, {"--help"}), HasSubstr("--list-devices"));
+    EXPECT_THAT(Told(2, {"--nonsense"}), HasSubstr("--nonsense"));
     ChildProgram nowhere(home_ / "missing", {});
     EXPECT_EQ(nowhere.Status(), 1);
     EXPECT_TRUE(List().empty());
@@ -109,11 +119,8 @@ TEST_F(ProgramTest, RefusesAPortfolioThatCannotWork) {
     Write("bytes.por", std::string_view("[Canvas01]\r\n\0", 13));
     fs::create_directory(home_ / "folder.por");
     ASSERT_EQ(mkfifo((home_ / "pipe.por").c_str(), 0600), 0);
-    for (const char* file : {"missing.por", "bytes.por", "folder.por", "pipe.por"}) {
-        ChildProgram program(home_.Path(), {"--headless", "--portfolio", file});
-        EXPECT_EQ(program.Status(), 78) << file;
-        EXPECT_THAT(program.Log(), HasSubstr(file));
-    }
+    for (const char* file : {"missing.por", "bytes.por", "folder.por", "pipe.por"})
+        EXPECT_THAT(Told(78, {"--headless", "--portfolio", file}), HasSubstr(file));
     EXPECT_FALSE(Exists("Tessaloom.INI"));
     EXPECT_FALSE(Exists("missing.por"));
 }
@@ -144,9 +151,7 @@ TEST_F(ProgramTest, LeavesTheFirstInstanceOfAFolderAlone) {
     ChildProgram first(home_.Path(), RunsDocuments);
     ASSERT_TRUE(Publishes());
     const Listing before = List();
-    ChildProgram second(home_.Path(), RunsDocuments);
-    EXPECT_EQ(second.Status(), 1);
-    EXPECT_THAT(second.Log(),
+    EXPECT_THAT(Told(1, RunsDocuments),
                 HasSubstr("Already Running: There is already an instance of Tessaloom running."));
     EXPECT_EQ(List(), before);
     EXPECT_TRUE(first.Runs());
@@ -178,17 +183,13 @@ TEST_F(ProgramTest, RendersACanvasAndWritesNothingElse) {
                        "[Graphic001]\r\nEnabled=True\r\nSourceType=1\r\nSourceFileName=a.svg\r\n"
                        "[Graphic002]\r\nEnabled=True\r\nSourceType=1\r\nSourceFileName=missing.png\r\n");
     Write("Tessaloom.INI", "[General]\r\nClearTypeContrast=2000\r\n");
-    Listing before = List();
-    ChildProgram program(home_.Path(), {"--render", "c.can", "--out", "o.jpg"});
-    EXPECT_EQ(program.Status(), 0) << program.Log();
+    const Listing before = List();
+    Told(0, {"--render", "c.can", "--out", "o.jpg"});
     EXPECT_EQ(JpegSize(home_ / "o.jpg"), "64 x 48");
     fs::remove(home_ / "o.jpg");
     EXPECT_EQ(List(), before);
 
-    for (const char* canvas : {"missing.can", "a.svg/c.can"}) {
-        ChildProgram fails(home_.Path(), {"--render", canvas, "--out", "o.jpg"});
-        EXPECT_EQ(fails.Status(), 1);
-    }
+    for (const char* canvas : {"missing.can", "a.svg/c.can"}) Told(1, {"--render", canvas, "--out", "o.jpg"});
     EXPECT_EQ(List(), before);
 }
 
@@ -243,14 +244,8 @@ TEST_F(ProgramTest, ListsAllThatIsWrongWithADocument) {
     EXPECT_EQ(List(), before);
 
     WriteDocuments();
-    {
-        ChildProgram completes(home_.Path(), RunsDocuments);
-        ASSERT_TRUE(Publishes());
-        EndInOrder(completes);
-    }
-    ChildProgram whole(home_.Path(), {"--check", "p.por"});
-    EXPECT_EQ(whole.Status(), 0) << whole.Output();
-    EXPECT_EQ(whole.Output(), "");
+    RunOnce();
+    EXPECT_EQ(Told(0, {"--check", "p.por"}), "");
 }
 
 TEST_F(ProgramTest, StartsAndEndsWithAnySettingsFile) {
@@ -265,35 +260,21 @@ TEST_F(ProgramTest, StartsAndEndsWithAnySettingsFile) {
     for (const std::string& settings : {bytes, noise, longLine, wrong, std::string("[")}) {
         SCOPED_TRACE(settings.substr(0, 40));
         WriteDocuments();
-        fs::remove(home_ / "live.jpg");
         Write("Tessaloom.INI", settings);
-        ChildProgram program(home_.Path(), RunsDocuments);
-        ASSERT_TRUE(Publishes()) << program.Log();
-        EndInOrder(program);
-        if (settings == bytes) {
-            EXPECT_EQ(Read("Tessaloom.INI"), settings) << "not a text, so left alone";
-        }
-        EXPECT_EQ(program.Log().find('\x1B'), std::string::npos);
+        const std::string log = RunOnce();
+        EXPECT_TRUE(settings != bytes || Read("Tessaloom.INI") == bytes) << "not a text, so left alone";
+        EXPECT_EQ(log.find('\x1B'), std::string::npos);
+        if (settings != wrong) continue;
+        for (const char* fault :
+             {"StartupTop=-1e300: out of range, 0 taken", "StationLatitude=1e999: not a number, 0 taken",
+              "AutoLoad=perhaps: neither True nor False, False taken"})
+            EXPECT_THAT(log, HasSubstr(home_.Path() + "\\Tessaloom.INI [General] " + fault));
     }
 
     fs::remove(home_ / "Tessaloom.INI");
     fs::create_directory(home_ / "Tessaloom.INI");
-    fs::remove(home_ / "live.jpg");
-    ChildProgram program(home_.Path(), RunsDocuments);
-    ASSERT_TRUE(Publishes()) << program.Log();
-    EndInOrder(program);
+    RunOnce();
     EXPECT_TRUE(fs::is_empty(home_ / "Tessaloom.INI"));
-}
-
-TEST_F(ProgramTest, NamesTheSettingsThatItCouldNotUse) {
-    Write("Tessaloom.INI", "[General]\r\nStartupTop=high\r\nClearTypeContrast=5000\r\nAutoLoad=perhaps\r\n");
-    ChildProgram program(home_.Path(), {"--headless"});
-    ASSERT_TRUE(Becomes([&] { return Read("Tessaloom.INI").find("Orientation") != std::string::npos; }));
-    EndInOrder(program);
-    for (const char* fault : {"[General] StartupTop=high: not a number, 0 taken",
-                              "[General] ClearTypeContrast=5000: out of range, 2200 taken",
-                              "[General] AutoLoad=perhaps: neither True nor False, False taken"})
-        EXPECT_THAT(program.Log(), HasSubstr(home_.Path() + "\\Tessaloom.INI " + fault));
 }
 
 TEST_F(ProgramTest, WorksInAFolderThatItMayNotWriteTo) {
@@ -309,13 +290,9 @@ TEST_F(ProgramTest, WorksInAFolderThatItMayNotWriteTo) {
         ChildProgram probe(home_.Path(), {"--version"}, options);
         if (probe.Status() != 0) GTEST_SKIP() << "the program lies where only its owner may run it";
     }
-    {
-        ChildProgram program(home_.Path(), RunsDocuments, options);
-        ASSERT_TRUE(Publishes("out/live.jpg")) << program.Log();
-        EndInOrder(program);
-        EXPECT_THAT(program.Log(), HasSubstr("c.can cannot be written"));
-        EXPECT_THAT(program.Log(), HasSubstr("Tessaloom.INI cannot be written"));
-    }
+    const std::string log = RunOnce("out/live.jpg", options);
+    EXPECT_THAT(log, HasSubstr("c.can cannot be written"));
+    EXPECT_THAT(log, HasSubstr("Tessaloom.INI cannot be written"));
     EXPECT_EQ(Read("p.por"), Portfolio);
     EXPECT_EQ(Read("c.can"), canvas);
     EXPECT_FALSE(Exists("Tessaloom.INI"));
@@ -331,12 +308,9 @@ TEST_F(ProgramTest, KeepsItsFilesFreeOfTheUsersDecimalComma) {
     WriteDocuments();
     Write("c.can", std::string(Canvas) + "RotationAngle=12.5\r\nShadowOffsetX=1.25\r\n");
     Write("Tessaloom.INI", "[General]\r\nStationLatitude=50.25\r\nStationLongitude=-7.5\r\n");
-    ChildProgram program(home_.Path(), RunsDocuments,
-                         {
-                             .environment = {"LC_ALL=de_DE.UTF-8", "LOCPATH=" + locales.Path()}
-    });
-    ASSERT_TRUE(Publishes()) << program.Log();
-    EndInOrder(program);
+    ChildProgram::Options german;
+    german.environment = {"LC_ALL=de_DE.UTF-8", "LOCPATH=" + locales.Path()};
+    RunOnce("live.jpg", german);
     EXPECT_THAT(Read("Tessaloom.INI"), HasSubstr("StationLatitude=50.25\r\nStationLongitude=-7.5\r\n"));
     EXPECT_THAT(Read("Tessaloom.INI"), HasSubstr("StartupWidth=12000\r\n"));
     for (const auto& [path, bytes] : List())
@@ -393,9 +367,7 @@ TEST_F(ProgramTest, LosesNoDocumentWhenItIsKilledWhileSaving) {
             ASSERT_TRUE(found == bytes || found == newer[name]) << name << " in round " << round;
             fresh += found == bytes ? 0U : 1U;
         }
-        asLaid += fresh == 0 ? 1 : 0;
-        completed += fresh == older.size() ? 1 : 0;
-        between += fresh > 0 && fresh < older.size() ? 1 : 0;
+        ++(fresh == 0 ? asLaid : fresh == older.size() ? completed : between);
         longest *= fresh == older.size() ? 0.97 : 1.04;
     }
     RecordProperty("KilledBetweenDocuments", between);
