@@ -80,16 +80,14 @@ private:
 class RecordingDesktop : public Desktop {
 public:
     std::vector<std::string> wallpapers;
-    std::string userDataFolder = "data";
-    int beeps = 0;
     bool otherInstance = false;  ///< Another one holds every folder.
 
     bool SetWallpaper(std::string_view path) override {
         wallpapers.emplace_back(path);
         return true;
     }
-    void Beep() override { ++beeps; }
-    std::string UserDataFolder() const override { return userDataFolder; }
+    void Beep() override {}
+    std::string UserDataFolder() const override { return "data"; }
     bool ClaimInstance(std::string_view) override { return !otherInstance; }
 };
 
@@ -175,8 +173,7 @@ class TestPlatform {
 public:
     FakeTime time;
     MemoryFileSystem files;
-    std::vector<std::string> profileTroubles;
-    ProfileFiles profile{files, [this](const std::string& message) { profileTroubles.push_back(message); }};
+    ProfileFiles profile{files};
     UserLocale locale = EnglishLocale();
     BlockFonts fonts;
     FakePictureLoader pictureLoader;
