@@ -61,19 +61,6 @@ TEST(TimedActivity, ComputesItsNextTimeWhenThatHasCome) {
     EXPECT_EQ(activity.NextTime(), modTime::Never);
 }
 
-TEST(TimedActivity, RunsOncePerGridPointAndOnceAfterALongSleep) {
-    FakeTime time(FakeTime::FirstDay + 2 * Minute);
-    TimedActivity activity = FiveMinutes(time);
-    EXPECT_EQ(RunsWithin(activity, time, 3600), 1 + 12);  // at once, then on the grid
-
-    time.Advance(3 * 3600 + 70);
-    EXPECT_EQ(RunsWithin(activity, time, 60), 1);
-    EXPECT_NEAR(activity.NextTime(), FakeTime::FirstDay + (4 * 60 + 5) * Minute, Close);
-
-    activity.Force(time.Now());
-    EXPECT_EQ(RunsWithin(activity, time, 1), 1);
-}
-
 TEST(ClockWatch, KeepsActivitiesRunningThroughTheHourThatComesTwice) {
     FakeTime time(FakeTime::FirstDay + 175 * Minute);
     TimedActivity activity = FiveMinutes(time);
