@@ -11,6 +11,7 @@ TEST(TextEncoding, TakesIllFormedUtf8AsWindows1252) {
     } rows[] = {
         {"plain ascii, longer than a word",           "plain ascii, longer than a word"          },
         {"caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80", "caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80"},
+        {"\xF4\x8F\xBF\xBF",                          "\xF4\x8F\xBF\xBF"                         }, // the last character
         {"caf\xE9",                                   "caf\xC3\xA9"                              },
         {"\x80 \x9F \xA0 \xFF",                       "\xE2\x82\xAC \xC5\xB8 \xC2\xA0 \xC3\xBF"  },
         {"\x81\x8D",                                  "\xC2\x81\xC2\x8D"                         },

@@ -247,6 +247,8 @@ TEST_F(DocumentCommandsTest, RemoveAsksBeforeItLosesAnything) {
     });
     EXPECT_EQ(portfolio.CanvasesOpen(), 0);
     EXPECT_TRUE(it_.files.FileExists("c.can"));
+    NewCanvas().SetNeedSaving(false);
+    EXPECT_EQ(Run(CanvasRemove, {.boxes = {Yes}}), Lines{Remove});
 }
 
 TEST_F(DocumentCommandsTest, DoNothingWithoutAPortfolio) {

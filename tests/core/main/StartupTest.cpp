@@ -151,6 +151,7 @@ protected:
 
 TEST_F(ClosingTest, CallsTheShutdownHookBothTimesAndShutsDownInOrder) {
     StartWithScript();
+    Flags().cancelShutdown = true;  // a stale wish does not count
     it_.mainWindow.calls.clear();
     it_.dialogs.status.clear();
     EXPECT_TRUE(modMain::MDIForm_QueryUnload(modMain::CloseCause::Person));
@@ -164,7 +165,6 @@ TEST_F(ClosingTest, CallsTheShutdownHookBothTimesAndShutsDownInOrder) {
 }
 
 TEST_F(ClosingTest, IsCalledOffByTheScript) {
-    Flags().cancelShutdown = true;  // a stale wish does not count
     StartWithScript([] { Flags().cancelShutdown = true; });
     EndWithATick();
     EXPECT_TRUE(Flags().running);
