@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "imaging/pixelops/ScaleRows.h"
+
 namespace tessaloom {
 
 void AxisWeights::Prepare(int sourceLength, int destLength, int from, int count) {
@@ -50,15 +52,74 @@ void AxisWeights::AddLine(double centre, int sourceLength) {
 
 namespace {
 
+using namespace pixelops;
+
 void AddRow(float* sum, const std::uint8_t* row, float weight, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) sum[i] += weight * static_cast<float>(row[i]);
 }
 
+/// Calls use(tap, weight) with the weights in 65536ths. What rounding loses of one is given to the next, so
+/// that together they stay what they are; a weight of 1 becomes the largest that there is.
+template <typename Use>
+void InWholeNumbers(std::span<const float> weights, Use use) {
+    double sum = 0;
+    int given = 0;
+    for (std::size_t tap = 0; tap < weights.size(); ++tap) {
+        sum += static_cast<double>(weights[tap]) * 65536;
+        const int whole = std::clamp(static_cast<int>(sum + 0.5) - given, 0, 65535);
+        given += whole;
+        use(tap, static_cast<std::uint16_t>(whole));
+    }
+}
+
 }  // namespace
+
+std::size_t AxisWeights::MostTaps() const {
+    std::size_t most = 0;
+    for (const Entry& entry : entries_) most = std::max(most, entry.end - entry.begin);
+    return most;
+}
+
+void Resampler::PrepareColumns(int width, std::size_t taps) {
+    const std::size_t padded = (static_cast<std::size_t>(width) + 3) / 4 * 4;
+    firsts_.assign(padded, 0);
+    columnWeights_.assign(taps * padded * 4, 0);
+    for (int x = 0; x < width; ++x) {
+        const AxisWeights::Taps columns = columns_[x];
+        const auto at = static_cast<std::size_t>(x);
+        firsts_[at] = columns.first * 3;
+        InWholeNumbers(columns.weights, [&](std::size_t tap, std::uint16_t weight) {
+            std::fill_n(columnWeights_.begin() + static_cast<std::ptrdiff_t>((tap * padded + at) * 4), 4,
+                        weight);
+        });
+    }
+}
 
 void Resampler::Run(const Target& target, const Source& source) {
     columns_.Prepare(source.width, target.fullWidth, target.left, target.width);
     rows_.Prepare(source.height, target.fullHeight, target.top, target.height);
+    // Whole numbers round too coarsely where very many pixels make up one.
+    constexpr std::size_t MostTaps = 64;
+    const std::size_t columnTaps = columns_.MostTaps();
+    if (columnTaps > MostTaps || rows_.MostTaps() > MostTaps) return RunInFractions(target, source);
+
+    PrepareColumns(target.width, columnTaps);
+    const auto rowBytes = static_cast<std::size_t>(source.width) * 3;
+    mixed_.assign(rowBytes + 3 * columnTaps + 1, 0);  // taps without weight may lie beyond the row
+    const PixelMix columns{firsts_.data(), columnWeights_.data(), firsts_.size(), columnTaps};
+    for (int y = 0; y < target.height; ++y) {
+        const auto [firstRow, weights] = rows_[y];
+        std::uint16_t rowWeights[MostTaps];
+        InWholeNumbers(weights, [&](std::size_t tap, std::uint16_t weight) { rowWeights[tap] = weight; });
+        MixRows(mixed_.data(),
+                {source.pixels + firstRow * source.rowStep, source.rowStep, rowWeights, weights.size()},
+                rowBytes);
+        MixPixels(target.pixels + y * target.rowStep, mixed_.data(), columns,
+                  static_cast<std::size_t>(target.width));
+    }
+}
+
+void Resampler::RunInFractions(const Target& target, const Source& source) {
     row_.resize(static_cast<std::size_t>(source.width) * 3);
     for (int y = 0; y < target.height; ++y) {
         std::fill(row_.begin(), row_.end(), 0.0F);

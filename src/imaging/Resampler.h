@@ -23,6 +23,9 @@ public:
     /// The taps of the prepared pixel number `i`, 0 .. `count` - 1.
     Taps operator[](int i) const;
 
+    /// The most weights that a prepared pixel has.
+    std::size_t MostTaps() const;
+
 private:
     void AddMean(double begin, double end, int sourceLength);
     void AddLine(double centre, int sourceLength);
@@ -35,7 +38,8 @@ private:
     std::vector<float> weights_;
 };
 
-/// Scales 24-bit rows smoothly. Keeps its buffers, so that scaling to a steady size allocates nothing.
+/// Scales 24-bit rows smoothly, each component within 1 of the exact mean, rounded. Keeps its buffers, so
+/// that scaling to a steady size allocates nothing.
 class Resampler {
 public:
     /// `pixels` is the first pixel of the first row; `rowStep` the bytes from a row to the next, maybe
@@ -58,8 +62,14 @@ public:
     void Run(const Target& target, const Source& source);
 
 private:
+    void PrepareColumns(int width, std::size_t taps);
+    void RunInFractions(const Target& target, const Source& source);
+
     AxisWeights columns_;
     AxisWeights rows_;
+    std::vector<std::int32_t> firsts_;          ///< See pixelops::PixelMix.
+    std::vector<std::uint16_t> columnWeights_;  ///< Likewise.
+    std::vector<std::uint16_t> mixed_;          ///< The source rows that make up one destination row, mixed.
     std::vector<float> row_;  ///< The weighted sum of the source rows that make up one destination row.
 };
 

@@ -31,6 +31,9 @@ public:
     /// Whether the source pixels must be looked at.
     bool Selective() const { return groups_ > 0; }
 
+    /// The range of colours that hides what lies in it, where nothing else is to be looked at; else null.
+    const ColourRange* OnlyHidden() const { return groups_ == 1 && ranges_[0].kept == 0 ? ranges_ : nullptr; }
+
     /// How much is kept of each component, 0 .. 255, by the colours of the pixels.
     void KeepRow(std::uint8_t* kept, const std::uint8_t* source, std::size_t pixels) const {
         std::memset(kept, 255, pixels * 3);

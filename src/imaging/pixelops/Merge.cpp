@@ -25,7 +25,8 @@ Laying LayingOf(int opacityMode) {
     }
 }
 
-/// What `Merge` and `MergeText` share; `colour` is a piece of the text's colour, or null.
+/// What `Merge` and `MergeText` share; `colour` is a piece of the text's colour, or null; with it there is a
+/// map.
 struct Layer {
     const std::uint8_t* source;
     int width, height;
@@ -69,8 +70,8 @@ void MergeLayer(std::uint8_t* dest, int destWidth, int destHeight, const Layer& 
     if (!dest || destWidth < 1 || destHeight < 1 || coverage.opacity == 0) return;
     const Overlap area = Clip(destWidth, destHeight, layer.width, layer.height, x, y);
     if (area.width < 1) return;
-    const bool copies = layer.laying == Laying::Blend && coverage.opacity == 255 && !layer.map &&
-                        !layer.colour && !coverage.Selective();
+    const bool whole = layer.laying == Laying::Blend && coverage.opacity == 255 && !layer.map;
+    const ColourRange* const hidden = whole ? coverage.OnlyHidden() : nullptr;
     const int bytes = area.width * 3;
     for (int row = 0; row < area.height; ++row) {
         const auto at = [&](const std::uint8_t* bits) {
@@ -79,8 +80,10 @@ void MergeLayer(std::uint8_t* dest, int destWidth, int destHeight, const Layer& 
         };
         std::uint8_t* const to = RowAt(dest, destWidth, area.destY + row) + area.destX * std::ptrdiff_t{3};
         const std::uint8_t* const source = at(layer.source);
-        if (copies)
+        if (whole && !coverage.Selective())
             std::memmove(to, source, static_cast<std::size_t>(bytes));
+        else if (hidden)
+            HideRow(to, source, *hidden, static_cast<std::size_t>(area.width));
         else
             MergeRow(layer, {to, source, coverage.Selective() ? source : nullptr, at(layer.map), bytes},
                      coverage);

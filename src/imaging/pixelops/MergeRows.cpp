@@ -13,6 +13,7 @@ namespace tessaloom::pixelops::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR
 
+using reference::HideRow;
 using reference::KeepRow;
 using reference::LayRow;
 using reference::ScaleRow;
@@ -157,74 +158,103 @@ constexpr auto Thirds = [] {
     return bytes;
 }();
 
-/// For each byte of three vectors and each of the places from two bytes before it to two behind: the bounds
-/// of the component that stands there if it belongs to the same pixel, and all values otherwise. Thus no
-/// component need be shuffled to its neighbours.
-class Bounds {
-public:
-    explicit Bounds(const ColourRange& range) {
-        const D8 d;
-        for (std::size_t i = 0; i < 3 * hn::Lanes(d); i += hn::Lanes(d)) {
-            for (std::size_t at = 0; at < 5; ++at) {
-                V8 low = hn::Zero(d), aboveHigh = hn::Zero(d);
-                for (std::size_t place = 0; place < 3; ++place) {  // of the byte in its pixel
-                    if (place + at < 2 || place + at > 4) continue;
-                    const V8 bytes = hn::LoadU(d, Thirds.data() + i + (3 - place) % 3);
-                    const std::size_t component = place + at - 2;
-                    const auto beyond = static_cast<std::uint8_t>(255 - range.high[component]);
-                    low = hn::Or(low, hn::And(bytes, hn::Set(d, range.low[component])));
-                    aboveHigh = hn::Or(aboveHigh, hn::And(bytes, hn::Set(d, beyond)));
-                }
-                hn::Store(low, d, low_[at] + i);
-                hn::Store(hn::Not(aboveHigh), d, high_[at] + i);
-            }
-        }
-    }
+/// Bytes of a row that are matched at a time: whole pixels, and whole vectors three at a time.
+constexpr std::size_t MatchedBytes = 3072;
 
-    /// All ones in the bytes whose pixel lies within the range; `i` is their place in the three vectors.
-    HWY_INLINE V8 Within(const std::uint8_t* bytes, std::size_t i) const {
-        const D8 d;
-        V8 off = hn::Zero(d);
-        for (int at = 0; at < 5; ++at) {
-            const V8 value = hn::LoadU(d, bytes + at - 2);
-            off = hn::Or(off, hn::Or(hn::SaturatedSub(hn::Load(d, low_[at] + i), value),
-                                     hn::SaturatedSub(value, hn::Load(d, high_[at] + i))));
-        }
-        return hn::VecFromMask(d, hn::Eq(off, hn::Zero(d)));
-    }
-
-private:
-    HWY_ALIGN std::uint8_t low_[5][3 * MaximumLanes];
-    HWY_ALIGN std::uint8_t high_[5][3 * MaximumLanes];
-};
-
-/// Lowers three vectors of `kept`; two bytes before and behind those of `source` are read.
-HWY_INLINE void Keep(std::uint8_t* kept, const std::uint8_t* source, const Bounds& bounds, V8 value) {
+/// All ones in the bytes of `source` that begin a pixel of the range; `bytes` is a multiple of three vectors.
+/// A pixel's other components are read at the next two addresses, so that nothing need be shuffled.
+HWY_INLINE void FindPixels(std::uint8_t* found, const std::uint8_t* source, const ColourRange& range,
+                           std::size_t bytes) {
     const D8 d;
     const std::size_t lanes = hn::Lanes(d);
-    for (std::size_t i = 0; i < 3 * lanes; i += lanes) {
-        const V8 limit = hn::Or(hn::Not(bounds.Within(source + i, i)), value);
-        hn::StoreU(hn::Min(hn::LoadU(d, kept + i), limit), d, kept + i);
+    const V8 lowBlue = hn::Set(d, range.low[0]), highBlue = hn::Set(d, range.high[0]);
+    const V8 lowGreen = hn::Set(d, range.low[1]), highGreen = hn::Set(d, range.high[1]);
+    const V8 lowRed = hn::Set(d, range.low[2]), highRed = hn::Set(d, range.high[2]);
+    for (std::size_t i = 0; i < bytes; i += 3 * lanes) {
+        for (std::size_t part = 0; part < 3 * lanes; part += lanes) {
+            const std::uint8_t* at = source + i + part;
+            const V8 blue = hn::LoadU(d, at), green = hn::LoadU(d, at + 1), red = hn::LoadU(d, at + 2);
+            const V8 below =
+                hn::Or(hn::Or(hn::SaturatedSub(lowBlue, blue), hn::SaturatedSub(lowGreen, green)),
+                       hn::SaturatedSub(lowRed, red));
+            const V8 above =
+                hn::Or(hn::Or(hn::SaturatedSub(blue, highBlue), hn::SaturatedSub(green, highGreen)),
+                       hn::SaturatedSub(red, highRed));
+            const V8 within = hn::VecFromMask(d, hn::Eq(hn::Or(below, above), hn::Zero(d)));
+            hn::StoreU(hn::And(within, hn::LoadU(d, Thirds.data() + part)), d, found + i + part);
+        }
     }
 }
 
-void KeepRow(std::uint8_t* kept, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
+/// All ones in all bytes of the pixels that were found.
+HWY_INLINE V8 WholePixels(const std::uint8_t* found) {
     const D8 d;
-    const std::size_t step = 3 * hn::Lanes(d), bytes = pixels * 3;
-    if (hn::Lanes(d) > MaximumLanes || bytes < step) return reference::KeepRow(kept, source, range, pixels);
-    const Bounds bounds(range);
-    const V8 value = hn::Set(d, range.kept);
-    // The ends by copies, as what lies beyond them is not to be read.
-    const auto keepCopy = [&](std::size_t i) HWY_ATTR {
-        std::uint8_t sourceCopy[2 + 3 * MaximumLanes + 2], keptCopy[3 * MaximumLanes];
-        std::memcpy(sourceCopy + 2, source + i, step);
-        std::memcpy(keptCopy, kept + i, step);
-        Keep(keptCopy, sourceCopy + 2, bounds, value);
-        std::memcpy(kept + i, keptCopy, step);
-    };
-    keepCopy(0);
-    for (std::size_t i = step; i + step + 2 <= bytes; i += step) Keep(kept + i, source + i, bounds, value);
-    if (bytes > step) keepCopy(bytes - step);  // what was lowered before is lowered once more
+    return hn::Or(hn::LoadU(d, found), hn::Or(hn::LoadU(d, found - 1), hn::LoadU(d, found - 2)));
+}
+
+/// Calls use(i, mask) for each vector of a row, and use.Last(i, masks, count) for the bytes that remain.
+template <typename Use>
+HWY_INLINE void MatchRow(const std::uint8_t* source, const ColourRange& range, std::size_t bytes,
+                         const Use& use) {
+    const D8 d;
+    const std::size_t lanes = hn::Lanes(d), step = 3 * lanes;
+    std::uint8_t buffer[2 + MatchedBytes] = {};
+    std::uint8_t* const found = buffer + 2;
+    std::size_t i = 0;
+    while (i + step + 2 <= bytes) {  // two bytes behind the last vector are read
+        const std::size_t left = (bytes - i - 2) / step * step;
+        const std::size_t count = left < MatchedBytes ? left : MatchedBytes;
+        FindPixels(found, source + i, range, count);
+        for (std::size_t at = 0; at < count; at += lanes) use(i + at, WholePixels(found + at));
+        i += count;
+    }
+    if (i == bytes) return;
+    std::uint8_t rest[6 * MaximumLanes + 2] = {}, masks[6 * MaximumLanes];
+    std::memcpy(rest, source + i, bytes - i);
+    FindPixels(found, rest, range, 2 * step);
+    for (std::size_t at = 0; at < 2 * step; at += lanes) hn::StoreU(WholePixels(found + at), d, masks + at);
+    use.Last(i, masks, bytes - i);
+}
+
+struct Keep {
+    std::uint8_t* kept;
+    std::uint8_t value;
+
+    HWY_INLINE void operator()(std::size_t i, V8 mask) const {
+        const D8 d;
+        const V8 limit = hn::Or(hn::Not(mask), hn::Set(d, value));
+        hn::StoreU(hn::Min(hn::LoadU(d, kept + i), limit), d, kept + i);
+    }
+    HWY_INLINE void Last(std::size_t i, const std::uint8_t* masks, std::size_t count) const {
+        for (std::size_t at = 0; at < count; ++at)
+            if (masks[at] && value < kept[i + at]) kept[i + at] = value;
+    }
+};
+
+void KeepRow(std::uint8_t* kept, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
+    if (hn::Lanes(D8()) > MaximumLanes) return reference::KeepRow(kept, source, range, pixels);
+    MatchRow(source, range, pixels * 3, Keep{kept, range.kept});
+}
+
+struct Hide {
+    std::uint8_t* dest;
+    const std::uint8_t* source;
+
+    HWY_INLINE void operator()(std::size_t i, V8 mask) const {
+        const D8 d;
+        const V8 result =
+            hn::IfThenElse(hn::MaskFromVec(mask), hn::LoadU(d, dest + i), hn::LoadU(d, source + i));
+        hn::StoreU(result, d, dest + i);
+    }
+    HWY_INLINE void Last(std::size_t i, const std::uint8_t* masks, std::size_t count) const {
+        for (std::size_t at = 0; at < count; ++at)
+            if (!masks[at]) dest[i + at] = source[i + at];
+    }
+};
+
+void HideRow(std::uint8_t* dest, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
+    if (hn::Lanes(D8()) > MaximumLanes) return reference::HideRow(dest, source, range, pixels);
+    MatchRow(source, range, pixels * 3, Hide{dest, source});
 }
 
 /// One vector of `ScaleRow`.
@@ -253,6 +283,7 @@ namespace tessaloom::pixelops {
 
 HWY_EXPORT(LayRow);
 HWY_EXPORT(KeepRow);
+HWY_EXPORT(HideRow);
 HWY_EXPORT(ScaleRow);
 
 void LayRow(Laying laying, std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t* map,
@@ -262,6 +293,10 @@ void LayRow(Laying laying, std::uint8_t* dest, const std::uint8_t* paint, const 
 
 void KeepRow(std::uint8_t* kept, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
     HWY_DYNAMIC_DISPATCH(KeepRow)(kept, source, range, pixels);
+}
+
+void HideRow(std::uint8_t* dest, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
+    HWY_DYNAMIC_DISPATCH(HideRow)(dest, source, range, pixels);
 }
 
 void ScaleRow(std::uint8_t* kept, const std::uint8_t* map, int opacity, std::size_t count) {

@@ -31,6 +31,9 @@ void LayRow(Laying laying, std::uint8_t* dest, const std::uint8_t* paint, const 
 /// Lowers the three components of `kept` to range.kept where the pixel of `source` lies within the range.
 void KeepRow(std::uint8_t* kept, const std::uint8_t* source, const ColourRange& range, std::size_t pixels);
 
+/// Copies the pixels of `source` that lie beside the range; range.kept does not matter.
+void HideRow(std::uint8_t* dest, const std::uint8_t* source, const ColourRange& range, std::size_t pixels);
+
 /// kept[i] = [[opacity * map[i] / 255] * kept[i] / 255]
 void ScaleRow(std::uint8_t* kept, const std::uint8_t* map, int opacity, std::size_t count);
 
@@ -39,6 +42,7 @@ void ScaleRow(std::uint8_t* kept, const std::uint8_t* map, int opacity, std::siz
 void LayRow(Laying laying, std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t* map,
             int opacity, std::size_t count);
 void KeepRow(std::uint8_t* kept, const std::uint8_t* source, const ColourRange& range, std::size_t pixels);
+void HideRow(std::uint8_t* dest, const std::uint8_t* source, const ColourRange& range, std::size_t pixels);
 void ScaleRow(std::uint8_t* kept, const std::uint8_t* map, int opacity, std::size_t count);
 
 }  // namespace tessaloom::pixelops

@@ -5,6 +5,7 @@
 #include "imaging/pixelops/FrameRows.h"
 #include "imaging/pixelops/MergeRows.h"
 #include "imaging/pixelops/SampleRows.h"
+#include "imaging/pixelops/ScaleRows.h"
 #include "imaging/pixelops/ShadowRows.h"
 
 namespace tessaloom::pixelops::reference {
@@ -22,6 +23,12 @@ int Laid(Laying laying, int dest, int paint, int opacity) {
     }
 }
 
+bool Within(const std::uint8_t* pixel, const ColourRange& range) {
+    bool within = true;
+    for (int c = 0; c < 3; ++c) within &= pixel[c] >= range.low[c] && pixel[c] <= range.high[c];
+    return within;
+}
+
 }  // namespace
 
 void LayRow(Laying laying, std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t* map,
@@ -32,11 +39,14 @@ void LayRow(Laying laying, std::uint8_t* dest, const std::uint8_t* paint, const 
 }
 
 void KeepRow(std::uint8_t* kept, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
-    for (std::size_t i = 0; i < pixels; ++i, source += 3, kept += 3) {
-        bool within = true;
-        for (int c = 0; c < 3; ++c) within &= source[c] >= range.low[c] && source[c] <= range.high[c];
-        for (int c = 0; c < 3 && within; ++c) kept[c] = std::min(kept[c], range.kept);
-    }
+    for (std::size_t i = 0; i < pixels * 3; i += 3)
+        for (std::size_t c = 0; Within(source + i, range) && c < 3; ++c)
+            kept[i + c] = std::min(kept[i + c], range.kept);
+}
+
+void HideRow(std::uint8_t* dest, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
+    for (std::size_t i = 0; i < pixels * 3; i += 3)
+        if (!Within(source + i, range)) std::copy_n(source + i, 3, dest + i);
 }
 
 void ScaleRow(std::uint8_t* kept, const std::uint8_t* map, int opacity, std::size_t count) {
@@ -105,6 +115,27 @@ void SampleRow(std::uint8_t* dest, const Pixels& source, Position at, Position s
             const int upper = above[c] * (256 - right) + above[c + 3] * right;
             dest[c] = static_cast<std::uint8_t>((lower * (256 - top) + upper * top + 32768) >> 16);
         }
+    }
+}
+
+void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        unsigned sum = static_cast<unsigned>((mix.taps + 1) / 2);
+        const std::uint8_t* at = mix.first + i;
+        for (std::size_t tap = 0; tap < mix.taps; ++tap, at += mix.step)
+            sum += *at * 256U * mix.weights[tap] >> 16;
+        row[i] = static_cast<std::uint16_t>(sum);
+    }
+}
+
+void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels) {
+    for (std::size_t i = 0; i < pixels * 3; ++i) {
+        const std::size_t x = i / 3;
+        unsigned sum = static_cast<unsigned>(128 + (mix.taps + 1) / 2);
+        const std::uint16_t* at = row + mix.firsts[x] + i % 3;
+        for (std::size_t tap = 0; tap < mix.taps; ++tap, at += 3)
+            sum += std::uint32_t{*at} * mix.weights[(tap * mix.padded + x) * 4] >> 16;
+        dest[i] = static_cast<std::uint8_t>(sum >> 8);
     }
 }
 

@@ -7,6 +7,7 @@
 #include "imaging/pixelops/MergeRows.h"
 #include "imaging/pixelops/RowFixture.h"
 #include "imaging/pixelops/SampleRows.h"
+#include "imaging/pixelops/ScaleRows.h"
 #include "imaging/pixelops/ShadowRows.h"
 
 namespace tessaloom::testing {
@@ -34,7 +35,7 @@ TEST(LayRow, EqualsItsReference) {
     });
 }
 
-TEST(KeepRow, EqualsItsReference) {
+TEST(KeepRowAndHideRow, EqualTheirReferences) {
     OnEachTarget([] {
         RandomBytes random(2);
         for (const std::size_t count : RowLengths()) {
@@ -51,6 +52,9 @@ TEST(KeepRow, EqualsItsReference) {
                 KeepRow(kept.Data(), source.Data(), range, pixels);
                 reference::KeepRow(expected.Data(), source.Data(), range, pixels);
                 ASSERT_EQ(kept, expected) << pixels << " pixels, kept " << int{range.kept};
+                HideRow(kept.Data(), source.Data(), range, pixels);
+                reference::HideRow(expected.Data(), source.Data(), range, pixels);
+                ASSERT_EQ(kept, expected) << pixels << " pixels, hidden";
             }
         }
     });
@@ -185,6 +189,42 @@ TEST(SampleRow, StaysWithinOneOfItsReference) {
             reference::SampleRow(expected.Data(), {picture.Data(), RowBytes}, from, step, count);
             for (std::size_t i = 0; i < count * 3; ++i)
                 ASSERT_NEAR(out.Data()[i], expected.Data()[i], 1) << i << " of " << count;
+        }
+    });
+}
+
+TEST(MixRows, EqualsItsReference) {
+    OnEachTarget([] {
+        RandomBytes random(10);
+        for (const std::size_t count : RowLengths()) {
+            Bytes rows = random(count + 40);
+            const std::uint16_t weights[] = {0, 21845, 30000, 13691};
+            for (std::size_t taps = 1; taps <= 4; ++taps) {
+                std::vector<std::uint16_t> out(count), expected(count);
+                MixRows(out.data(), {rows.Data(), 11, weights, taps}, count);
+                reference::MixRows(expected.data(), {rows.Data(), 11, weights, taps}, count);
+                ASSERT_EQ(out, expected) << count << " bytes, taps " << taps;
+            }
+        }
+    });
+}
+
+TEST(MixPixels, EqualsItsReference) {
+    OnEachTarget([] {
+        RandomBytes random(11);
+        for (std::size_t pixels = 0; pixels < 70; ++pixels) {
+            const std::size_t padded = (pixels + 3) / 4 * 4, taps = 1 + pixels % 5;
+            std::vector<std::uint16_t> row((50 + taps) * 3 + 1), weights(padded * taps * 4);
+            for (std::uint16_t& value : row) value = static_cast<std::uint16_t>(random.Below(65281));
+            for (std::size_t i = 0; i < weights.size(); ++i)
+                weights[i] = static_cast<std::uint16_t>(65535 / taps - i / 4);
+            std::vector<std::int32_t> firsts(padded);
+            for (std::int32_t& first : firsts) first = static_cast<std::int32_t>(random.Below(50) * 3);
+            const PixelMix mix{firsts.data(), weights.data(), padded, taps};
+            Bytes out(pixels * 3), expected(pixels * 3);
+            MixPixels(out.Data(), row.data(), mix, pixels);
+            reference::MixPixels(expected.Data(), row.data(), mix, pixels);
+            ASSERT_EQ(out, expected) << pixels << " pixels";
         }
     });
 }

@@ -1,0 +1,109 @@
+#include "imaging/pixelops/ScaleRows.h"
+
+#include <cstring>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "imaging/pixelops/ScaleRows.cpp"
+#include <hwy/foreach_target.h>
+#include <hwy/highway.h>
+
+HWY_BEFORE_NAMESPACE();
+namespace tessaloom::pixelops::HWY_NAMESPACE {
+
+#if HWY_TARGET == HWY_SCALAR
+
+using reference::MixPixels;
+using reference::MixRows;
+
+#else
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count) {
+    const hn::ScalableTag<std::uint16_t> d;
+    const hn::Rebind<std::uint8_t, decltype(d)> bytes;
+    const auto half = hn::Set(d, static_cast<std::uint16_t>((mix.taps + 1) / 2));
+    std::size_t i = 0;
+    for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
+        auto sum = half;
+        const std::uint8_t* at = mix.first + i;
+        for (std::size_t tap = 0; tap < mix.taps; ++tap, at += mix.step) {
+            const auto value = hn::ShiftLeft<8>(hn::PromoteTo(d, hn::LoadU(bytes, at)));
+            sum = hn::Add(sum, hn::MulHigh(value, hn::Set(d, mix.weights[tap])));
+        }
+        hn::StoreU(sum, d, row + i);
+    }
+    reference::MixRows(row + i, {mix.first + i, mix.step, mix.weights, mix.taps}, count - i);
+}
+
+using D8 = hn::FixedTag<std::uint8_t, 16>;
+using D16 = hn::FixedTag<std::uint16_t, 8>;
+using V8 = hn::Vec<D8>;
+using V16 = hn::Vec<D16>;
+
+/// The pixels x and x + 1 of the result, in 256ths, four numbers each.
+HWY_INLINE V16 MixPair(const std::uint16_t* row, const PixelMix& mix, std::size_t x, V16 half) {
+    const D16 d;
+    const hn::Half<D16> pixel;
+    const std::uint16_t *first = row + mix.firsts[x], *second = row + mix.firsts[x + 1];
+    const std::uint16_t* weights = mix.weights + x * 4;
+    V16 sum = half;
+    for (std::size_t tap = 0; tap < mix.taps; ++tap) {
+        const V16 pair = hn::Combine(d, hn::LoadU(pixel, second), hn::LoadU(pixel, first));
+        sum = hn::Add(sum, hn::MulHigh(pair, hn::LoadU(d, weights)));
+        first += 3;
+        second += 3;
+        weights += mix.padded * 4;
+    }
+    return sum;
+}
+
+HWY_INLINE V8 MixFour(const std::uint16_t* row, const PixelMix& mix, std::size_t x, V16 half) {
+    const D8 d;
+    // The upper halves of the components, to the 12 bytes where they belong.
+    constexpr std::uint8_t Z = 0x80;
+    alignas(16) static constexpr std::uint8_t Order[2][16] = {
+        {1, 3, 5, 9, 11, 13, Z, Z, Z, Z, Z,  Z,  Z, Z, Z, Z},
+        {Z, Z, Z, Z, Z,  Z,  1, 3, 5, 9, 11, 13, Z, Z, Z, Z}
+    };
+    return hn::Or(
+        hn::TableLookupBytesOr0(hn::BitCast(d, MixPair(row, mix, x, half)), hn::Load(d, Order[0])),
+        hn::TableLookupBytesOr0(hn::BitCast(d, MixPair(row, mix, x + 2, half)), hn::Load(d, Order[1])));
+}
+
+void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels) {
+    const D8 d;
+    const V16 half = hn::Set(D16(), static_cast<std::uint16_t>(128 + (mix.taps + 1) / 2));
+    std::size_t x = 0;
+    // What is stored behind four pixels is overwritten by the next ones.
+    for (; x + 6 <= pixels; x += 4) hn::StoreU(MixFour(row, mix, x, half), d, dest + x * 3);
+    for (; x < pixels; x += 4) {
+        std::uint8_t last[16];
+        hn::StoreU(MixFour(row, mix, x, half), d, last);
+        std::memcpy(dest + x * 3, last, (pixels - x < 4 ? pixels - x : 4) * 3);
+    }
+}
+
+#endif
+
+}  // namespace tessaloom::pixelops::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+
+namespace tessaloom::pixelops {
+
+HWY_EXPORT(MixRows);
+HWY_EXPORT(MixPixels);
+
+void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count) {
+    HWY_DYNAMIC_DISPATCH(MixRows)(row, mix, count);
+}
+
+void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels) {
+    HWY_DYNAMIC_DISPATCH(MixPixels)(dest, row, mix, pixels);
+}
+
+}  // namespace tessaloom::pixelops
+
+#endif

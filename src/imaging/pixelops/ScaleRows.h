@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+/// The two halves of scaling: rows are mixed into one, then its pixels into those of the result. Weights are
+/// in 65536ths, 65535 at most; between the halves components are in 256ths. As in MergeRows.h, `reference`
+/// defines the results.
+namespace tessaloom::pixelops {
+
+/// `taps` rows, `step` bytes apart, and the weight of each. Together they weigh 65536 at most.
+struct RowMix {
+    const std::uint8_t* first;
+    std::ptrdiff_t step;
+    const std::uint16_t* weights;
+    std::size_t taps;  ///< 64 at most.
+};
+
+/// Which neighbouring pixels of a row make up each pixel of the result. The arrays hold `padded` pixels: a
+/// multiple of 4, no less than the result has.
+struct PixelMix {
+    const std::int32_t* firsts;    ///< Where the first pixel's components begin.
+    const std::uint16_t* weights;  ///< Of tap t and pixel x, four times over from (t * padded + x) * 4 on.
+    std::size_t padded;
+    std::size_t taps;  ///< 64 at most.
+};
+
+namespace reference {
+
+/// row[i] = the sum of the rows' floor(256 * byte * weight / 65536), and half a unit for each (upwards: a
+/// weight of 65535 means all).
+void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count);
+
+/// A component of the result is the sum of floor(component * weight / 65536) and half a unit for each tap,
+/// again upwards, rounded to a byte. After a pixel's last component, one more must be readable in `row`.
+void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels);
+
+}  // namespace reference
+
+void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count);
+void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels);
+
+}  // namespace tessaloom::pixelops
