@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "model/CanvasView.h"
 #include "model/Documents.h"
 #include "publish/CanvasSaves.h"
 #include "script/host/Script.h"
@@ -10,20 +9,6 @@ namespace tessaloom::testing {
 namespace {
 
 constexpr int Red = 0x0000FF, Green = 0x00FF00, Blue = 0xFF0000, White = 0xFFFFFF;
-
-/// Counts the compositions.
-class CountingView : public CanvasView {
-public:
-    explicit CountingView(int& shown) : shown_(shown) {}
-    void ShowPicture(const DIB&) override { ++shown_; }
-    void CanvasChanged() override {}
-    void ActivitateFormTimer() override {}
-    int Left() const override { return 12; }
-    int Top() const override { return 34; }
-
-private:
-    int& shown_;
-};
 
 struct CanvasUpdate : Documents, ::testing::Test {
     CanvasUpdate() {
@@ -38,14 +23,15 @@ struct CanvasUpdate : Documents, ::testing::Test {
         return shown - before;
     }
 
-    void PlugScript(std::vector<ScriptProcedure> procedures) {
-        engine.procedures = std::move(procedures);
+    void PlugScript() {
+        // clang-format off
+        engine.procedures = {{"TextUpdate", 2}, {"GraphicUpdate", 2}};
+        // clang-format on
         Write("script.txt", "'");
         Script& script = portfolio.Script();
         script.SetEngine(&engine);
         script.SetAllowTextUpdate(true);
         script.SetAllowGraphicUpdate(true);
-        script.SetAllowInterval(true);
         script.SetEnabled(true);
         ASSERT_TRUE(script.Ready()) << script.Status();
     }
@@ -139,10 +125,9 @@ TEST_F(CanvasUpdate, ShadowsLieBeneathAllPicturesOfTheirPass) {
     const struct {
         int intensity, besideBlock;
     } rows[] = {
-        {100, 0       },
-        {50,  0x7F7F7F},
-        {0,   White   },
-        {100, 0       }
+  // clang-format off
+        {100, 0}, {50, 0x7F7F7F}, {0, White}, {100, 0},
+  // clang-format on
     };
     for (const auto& [intensity, expected] : rows) {
         SCOPED_TRACE(intensity);
@@ -172,46 +157,37 @@ TEST_F(CanvasUpdate, ScheduleTakesLayersAwayAndBringsThemBack) {
         schedule->SetStartAbsoluteTime(8 / 24.0);
         schedule->SetStopAbsoluteTime(9 / 24.0);
     }
-    const auto showing = [&] {
-        return canvas.Picture().Pixel(2, 5) == Green && canvas.Picture().Pixel(25, 5) == Red;
-    };
-    const auto empty = [&] {
-        return canvas.Picture().Pixel(2, 5) == 0 && canvas.Picture().Pixel(25, 5) == 0;
+    const auto shows = [&](int text, int graphic) {
+        return canvas.Picture().Pixel(2, 5) == text && canvas.Picture().Pixel(25, 5) == graphic;
     };
     Tick();
-    EXPECT_TRUE(empty());
+    EXPECT_TRUE(shows(0, 0));
     Tick();
-    EXPECT_TRUE(showing()) << "08:00:00";
+    EXPECT_TRUE(shows(Green, Red)) << "08:00:00";
     EXPECT_EQ(Compositions(), 0);
     Tick(3600);
-    EXPECT_TRUE(empty()) << "09:00:01";
+    EXPECT_TRUE(shows(0, 0)) << "09:00:01";
     canvas.Text(1)->Schedule().SetScheduleMode(Schedule::Always);
     canvas.Graphic(100)->Schedule().SetScheduleMode(Schedule::Always);
     Tick();
-    EXPECT_TRUE(showing()) << "no window any more";
+    EXPECT_TRUE(shows(Green, Red)) << "no window any more";
 }
 
-TEST_F(CanvasUpdate, LayersAreRefreshedWhenTheirTimeHasCome) {
+TEST_F(CanvasUpdate, LayersAreRefreshedWhenTheirTimeHasComeOrAllAre) {
     Text& text = Boxes(canvas, 1, "<TimeSS>", Green, 0, 0);
     text.SetRate(10);
     Tick();
-    const std::string first = text.ProcessedString();
-    Tick(4);
-    EXPECT_EQ(text.ProcessedString(), first);
-    Tick(6);
-    EXPECT_NE(text.ProcessedString(), first);
-    const std::string second = text.ProcessedString();
-    canvas.ForceReload();
-    Tick(1);
-    EXPECT_NE(text.ProcessedString(), second) << "every layer is due";
-}
-
-TEST_F(CanvasUpdate, EmptyCanvasIsItsBackground) {
-    EXPECT_EQ(Compositions(), 1);
-    canvas.SetBackgroundColor(Blue);
-    EXPECT_EQ(Compositions(), 1);
-    EXPECT_EQ(canvas.Picture().Pixel(0, 0), Blue);
-    EXPECT_EQ(Compositions(), 0);
+    std::string last = text.ProcessedString();
+    for (const auto& [seconds, reload] : {
+             std::pair{4, false},
+             {6, false},
+             {1, true }
+    }) {
+        if (reload) canvas.ForceReload();
+        Tick(seconds);
+        EXPECT_EQ(text.ProcessedString() == last, seconds == 4);
+        last = text.ProcessedString();
+    }
 }
 
 TEST_F(CanvasUpdate, CanvasesShowEachOther) {
@@ -237,10 +213,7 @@ TEST_F(CanvasUpdate, CanvasesShowEachOther) {
 }
 
 TEST_F(CanvasUpdate, HooksAreCalledForScriptedLayersThatAreDue) {
-    PlugScript({
-        {"TextUpdate",    2},
-        {"GraphicUpdate", 2}
-    });
+    PlugScript();
     Boxes(canvas, 4, "A", Green, 0, 0).SetScripted(true);
     Boxes(canvas, 5, "A", Green, 0, 0).SetScripted(false);
     Block(canvas, 6, Red, 0, 0, 4, 4).SetScripted(true);
@@ -250,10 +223,6 @@ TEST_F(CanvasUpdate, HooksAreCalledForScriptedLayersThatAreDue) {
     engine.calls.clear();
     Tick(10);
     EXPECT_EQ(engine.calls, (std::vector<std::string>{"TextUpdate(1,4)"})) << "the graphic has no rate";
-    engine.calls.clear();
-    portfolio.Script().SetAllowTextUpdate(false);
-    Tick(10);
-    EXPECT_TRUE(engine.calls.empty());
 }
 
 TEST_F(CanvasUpdate, HookThatEndsTheProgramLeavesThePictureAsItWas) {
@@ -261,14 +230,15 @@ TEST_F(CanvasUpdate, HookThatEndsTheProgramLeavesThePictureAsItWas) {
     Block(second, 1, Red, 0, 0, 4, 4);
     Block(canvas, 1, Red, 0, 0, 10, 10);
     Tick();
-    PlugScript({
-        {"TextUpdate", 2}
-    });
+    PlugScript();
     engine.during = [] { Flags().running = false; };
     Boxes(canvas, 1, "A", Green, 0, 0).SetScripted(true);
     canvas.Graphic(1)->Setx(20);
     second.SetBackgroundColor(Blue);
+    canvas.Saves().SetFixedEnabled(true);
+    const int changes = files.Changes();
     EXPECT_EQ(Compositions(), 0);
+    EXPECT_EQ(files.Changes(), changes) << "nothing is saved";
     EXPECT_EQ(canvas.Picture().Pixel(5, 5), Red);
     EXPECT_EQ(second.Picture().Pixel(20, 20), 0) << "the other canvases are not updated either";
     Flags().running = true;

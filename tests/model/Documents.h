@@ -1,16 +1,41 @@
 #pragma once
 
+#include <fstream>
+#include <iterator>
+#include <map>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "imaging/Graphic.h"
 #include "model/Canvas.h"
+#include "model/CanvasView.h"
 #include "model/Portfolio.h"
 #include "support/TestPlatform.h"
 #include "text/Text.h"
 
 namespace tessaloom::testing {
+
+/// A file of tests/data/model.
+inline std::string Data(const std::string& name) {
+    std::ifstream file(TEST_DATA "/model/" + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// Counts the compositions of a canvas.
+class CountingView : public CanvasView {
+public:
+    explicit CountingView(int& shown) : shown_(shown) {}
+    void ShowPicture(const DIB&) override { ++shown_; }
+    void CanvasChanged() override {}
+    void ActivitateFormTimer() override {}
+    int Left() const override { return 12; }
+    int Top() const override { return 34; }
+
+private:
+    int& shown_;
+};
 
 /// A portfolio on a platform of fakes, and short ways to build documents and to look at them.
 struct Documents : TestPlatform {
@@ -73,6 +98,22 @@ struct Documents : TestPlatform {
     }
 
     void Write(std::string_view file, std::string_view text) { files[file].bytes = text; }
+
+    /// The keys of each section of a profile file, in order.
+    std::map<std::string, std::vector<std::string>> Contents(const std::string& file) {
+        std::map<std::string, std::vector<std::string>> sections;
+        for (const ProfileSection& section : profile.Sections(file))
+            for (const ProfileKey& key : profile.Keys(file, section.name))
+                sections[section.name].push_back(key.name + "=" + key.value);
+        return sections;
+    }
+
+    /// What was reported since the last call.
+    std::vector<std::string> TakeFaults() {
+        std::vector<std::string> lines;
+        for (const DocumentFault& fault : std::exchange(faults, {})) lines.push_back(fault.Text());
+        return lines;
+    }
 };
 
 }  // namespace tessaloom::testing

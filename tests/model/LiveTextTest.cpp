@@ -4,6 +4,8 @@
 #include <string>
 
 #include "model/Documents.h"
+#include "script/host/Script.h"
+#include "support/RecordingScriptEngine.h"
 #include "text/VWS.h"
 
 namespace tessaloom {
@@ -50,6 +52,12 @@ TEST_F(LiveText, ACaptionFollowsTheWeatherFile) {
     weather.SetCSVFile("w.csv");
     weather.SetCSVDelay(1);
     weather.SetCSVEnabled(true);
+    testing::RecordingScriptEngine engine;
+    engine.procedures.push_back({"NewCSVData", 0});
+    Write("script.txt", "'");
+    portfolio.Script().SetEngine(&engine);
+    portfolio.Script().SetAllowNewCSVData(true);
+    portfolio.Script().SetEnabled(true);
     Text& caption = Boxes(canvas, 1, "<csvouttemp>F <csvmaxtemptoday> <csvbaromtrendarrow>", 0xFFFFFF, 0, 0);
     caption.SetRate(1);
     // clang-format off
@@ -57,22 +65,25 @@ TEST_F(LiveText, ACaptionFollowsTheWeatherFile) {
         const char* what;
         std::function<void()> change;
         const char* shown;
+        std::size_t hooks;
     } const rows[] = {
-        {"no file yet",        [] {},                                             "N/AF N/A N/A"},
-        {"a record",           [&] { WriteWeather(1, "21.50", "0.05"); },         "21.50F 21.50 <trendup>"},
-        {"a colder one",       [&] { WriteWeather(2, "20.5", "-1"); },            "20.5F 21.5 <trenddown>"},
-        {"half of one",        [&] { Write("w.csv", "0,1.01,2026,1,15,12,0,3,1"); }, "20.5F 21.5 <trenddown>"},
-        {"the whole of it",    [&] { WriteWeather(3, "", ""); },                  "N/AF 22 <trenddown>"},
-        {"the same time",      [&] { WriteWeather(3, "30"); },                    "N/AF 22 <trenddown>"},
-        {"the file is gone",   [&] { files.DeleteFile("w.csv"); },                "N/AF N/A N/A"},
-        {"it is back",         [&] { WriteWeather(4, "19"); },                    "19F 22 <trendsteady>"},
+        {"no file yet",        [] {},                                             "N/AF N/A N/A", 0},
+        {"a record",           [&] { WriteWeather(1, "21.50", "0.05"); },         "21.50F 21.50 <trendup>", 1},
+        {"a colder one",       [&] { WriteWeather(2, "20.5", "-1"); },            "20.5F 21.5 <trenddown>", 1},
+        {"half of one",        [&] { Write("w.csv", "0,1.01,2026,1,15,12,0,3,1"); }, "20.5F 21.5 <trenddown>", 0},
+        {"the whole of it",    [&] { WriteWeather(3, "", ""); },                  "N/AF 22 <trenddown>", 1},
+        {"the same time",      [&] { WriteWeather(3, "30"); },                    "N/AF 22 <trenddown>", 0},
+        {"the file is gone",   [&] { files.DeleteFile("w.csv"); },                "N/AF N/A N/A", 0},
+        {"it is back",         [&] { WriteWeather(4, "19"); },                    "19F 22 <trendsteady>", 1},
     };
     // clang-format on
     for (const auto& row : rows) {
+        engine.calls.clear();
         row.change();
         PassASecond();
         PassASecond();
         EXPECT_EQ(caption.ProcessedString(), row.shown) << row.what;
+        EXPECT_EQ(engine.calls.size(), row.hooks) << row.what;
     }
 }
 

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "core/INI.h"
 #include "imaging/BmpFile.h"
 #include "model/Documents.h"
 #include "platform/jpeg/TurboJpegCodec.h"
@@ -28,27 +27,15 @@ struct RealParts : TestPlatform, ::testing::Test {
 };
 
 TEST_F(RealParts, PublishThePictureThatTheDocumentDescribes) {
-    INI canvasFile(realProfile, folder / "c.can"), portfolioFile(realProfile, folder / "p.por");
-    portfolioFile.SetKey("Canvas01", "FileName", folder / "c.can");
-    const struct {
-        const char *section, *key;
-        std::string value;
-    } settings[] = {
-        {"General",    "Width",          "200"             },
-        {"General",    "Height",         "100"             },
-        {"Capture",    "FixedEnabled",   "True"            },
-        {"Capture",    "FixedRate",      "1"               },
-        {"Capture",    "FixedFileName",  folder / "out.jpg"},
-        {"Graphic001", "Enabled",        "True"            },
-        {"Graphic001", "SourceType",     "1"               },
-        {"Graphic001", "SourceFileName", folder / "red.bmp"},
-        {"Graphic001", "LocationX",      "120"             },
-        {"Text001",    "Enabled",        "True"            },
-        {"Text001",    "Text",           "WWW"             },
-        {"Text001",    "Color",          "&H000000"        },
-        {"Text001",    "FontSize",       "30"              },
-    };
-    for (const auto& [section, key, value] : settings) canvasFile.SetKey(section, key, value);
+    realFiles.WriteFile(folder / "p.por", "[Canvas01]\r\nFileName=" + (folder / "c.can") + "\r\n");
+    realFiles.WriteFile(folder / "c.can",
+                        "[General]\r\nWidth=200\r\nHeight=100\r\n"
+                        "[Capture]\r\nFixedEnabled=True\r\nFixedRate=1\r\nFixedFileName=" +
+                            (folder / "out.jpg") +
+                            "\r\n[Graphic001]\r\nEnabled=True\r\nSourceType=1\r\nLocationX=120\r\n"
+                            "SourceFileName=" +
+                            (folder / "red.bmp") +
+                            "\r\n[Text001]\r\nEnabled=True\r\nText=WWW\r\nColor=&H000000\r\nFontSize=30\r\n");
     DIB red;
     red.SetWidthHeight(64, 64);
     red.Clear(Red);

@@ -1,24 +1,10 @@
 #include <gtest/gtest.h>
 
-#include "model/CanvasView.h"
 #include "model/Documents.h"
 #include "publish/CanvasSaves.h"
 
 namespace tessaloom::testing {
 namespace {
-
-class CountingView : public CanvasView {
-public:
-    explicit CountingView(int& shown) : shown_(shown) {}
-    void ShowPicture(const DIB&) override { ++shown_; }
-    void CanvasChanged() override {}
-    void ActivitateFormTimer() override {}
-    int Left() const override { return 0; }
-    int Top() const override { return 0; }
-
-private:
-    int& shown_;
-};
 
 TEST(Simulation, PublishesExactlyItsTimetablesForADay) {
     constexpr int TicksPerSecond = 10, SecondsPerHour = 3600;
