@@ -18,19 +18,19 @@ TEST(DIB, MakesItsPixelsByTheRulesOfItsSetters) {
         int width, height;
         bool surface, pixels;
     } cases[] = {
-        {"fresh",              [](DIB&) {},                                                    0,       0,       false, false},
-        {"width alone",        [](DIB& d) { d.SetWidth(320); },                                320,     0,       false, false},
-        {"width, then height", [](DIB& d) { d.SetWidth(320), d.SetHeight(240); },              320,     240,     true,  true },
-        {"height, then width", [](DIB& d) { d.SetHeight(240), d.SetWidth(320); },              320,     240,     true,  true },
-        {"both",               [](DIB& d) { d.SetWidthHeight(5, 7); },                         5,       7,       true,  true },
-        {"both to 0",          [](DIB& d) { d.SetWidthHeight(5, 7), d.SetWidthHeight(0, 0); }, 0,       0,       false, false},
-        {"one to 0 together",  [](DIB& d) { d.SetWidthHeight(5, 7), d.SetWidthHeight(5, 0); }, 5,       0,       false,
-         false                                                                                                               },
-        {"one to 0 alone",     [](DIB& d) { d.SetWidthHeight(5, 7), d.SetWidth(0); },          0,       7,       true,  false},
-        {"negative",           [](DIB& d) { d.SetWidthHeight(-5, 7); },                        -5,      7,       true,  false},
-        {"more than there is", [](DIB& d) { d.SetWidthHeight(INT_MAX, INT_MAX); },             INT_MAX, INT_MAX, true,
-         false                                                                                                               },
-        {"unloaded",           [](DIB& d) { d.SetWidthHeight(5, 7), d.UnloadClass(); },        5,       7,       false, false},
+  // clang-format off
+        {"fresh", [](DIB&) {}, 0, 0, false, false},
+        {"width alone", [](DIB& d) { d.SetWidth(320);}, 320, 0, false, false},
+        {"width, then height", [](DIB& d) { d.SetWidth(320), d.SetHeight(240);}, 320, 240, true, true},
+        {"height, then width", [](DIB& d) { d.SetHeight(240), d.SetWidth(320);}, 320, 240, true, true},
+        {"both", [](DIB& d) { d.SetWidthHeight(5, 7);}, 5, 7, true, true},
+        {"both to 0", [](DIB& d) { d.SetWidthHeight(5, 7), d.SetWidthHeight(0, 0);}, 0, 0, false, false},
+        {"one to 0 together", [](DIB& d) { d.SetWidthHeight(5, 7), d.SetWidthHeight(5, 0);}, 5, 0, false, false},
+        {"one to 0 alone", [](DIB& d) { d.SetWidthHeight(5, 7), d.SetWidth(0);}, 0, 7, true, false},
+        {"negative", [](DIB& d) { d.SetWidthHeight(-5, 7);}, -5, 7, true, false},
+        {"more than there is", [](DIB& d) { d.SetWidthHeight(INT_MAX, INT_MAX);}, INT_MAX, INT_MAX, true, false},
+        {"unloaded", [](DIB& d) { d.SetWidthHeight(5, 7), d.UnloadClass();}, 5, 7, false, false},
+  // clang-format on
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
@@ -87,12 +87,10 @@ TEST(IJL, PadsRows) {
     const struct {
         int width, height, bytes, expected;
     } cases[] = {
-        {100,     10,      3, 3000  },
-        {101,     10,      3, 3040  },
-        {21846,   1,       3, 4     },
-        {21848,   2,       3, 131088},
-        {INT_MAX, 1,       3, 0     },
-        {40000,   INT_MAX, 3, 0     }
+  // clang-format off
+        {100, 10, 3, 3000}, {101, 10, 3, 3040}, {21846, 1, 3, 4}, {21848, 2, 3, 131088}, {INT_MAX, 1, 3, 0},
+        {40000, INT_MAX, 3, 0}, {641, 1, 3, 1924}, {640, 1, 3, 1920},
+  // clang-format on
     };
     for (const auto& c : cases) EXPECT_EQ(PaddedSize(c.width, c.height, c.bytes), c.expected) << c.width;
 }
@@ -104,13 +102,16 @@ TEST(WriteBmp, DescribesThePixelsThatFollow) {
     dib.Clear(0x0102FF);
     const auto file = WriteBmp(dib);
     ASSERT_EQ(file.size(), 54U + 24U);
-    auto number = [&](std::size_t at) { return file[at] | file[at + 1] << 8 | file[at + 2] << 16; };
-    EXPECT_EQ(number(2), 78);
-    EXPECT_EQ(number(10), 54);
-    EXPECT_EQ(number(18), 3);
-    EXPECT_EQ(number(22), 2);
-    EXPECT_EQ(number(28), 24);
-    EXPECT_EQ(number(54), 0xFF0201);
+    const struct {
+        std::size_t at;
+        int value;
+    } numbers[] = {
+  // clang-format off
+        {2, 78}, {10, 54}, {18, 3}, {22, 2}, {28, 24}, {54, 0xFF0201},
+  // clang-format on
+    };
+    for (const auto& [at, value] : numbers)
+        EXPECT_EQ(file[at] | file[at + 1] << 8 | file[at + 2] << 16, value) << at;
 }
 
 }  // namespace

@@ -32,18 +32,11 @@ struct Place {
     int x, y, width, height, sourceX, sourceY;
 };
 constexpr Place Places[] = {
-    {0,       0,  7,       5,       0,       0      },
-    {-3,      -2, 7,       5,       0,       0      },
-    {5,       4,  7,       5,       0,       0      },
-    {2,       1,  3,       2,       -1,      -1     },
-    {2,       1,  30,      20,      3,       2      },
-    {0,       0,  INT_MAX, INT_MAX, 0,       0      },
-    {INT_MIN, 0,  7,       5,       0,       0      },
-    {INT_MAX, 3,  7,       5,       0,       0      },
-    {0,       0,  7,       5,       INT_MAX, INT_MIN},
-    {0,       0,  -4,      5,       0,       0      },
-    {-5,      0,  INT_MAX, 2,       -5,      1      },
-    {9,       6,  1,       1,       6,       4      }
+  // clang-format off
+    {0, 0, 7, 5, 0, 0}, {-3, -2, 7, 5, 0, 0}, {5, 4, 7, 5, 0, 0}, {2, 1, 3, 2, -1, -1}, {2, 1, 30, 20, 3, 2},
+    {0, 0, INT_MAX, INT_MAX, 0, 0}, {INT_MIN, 0, 7, 5, 0, 0}, {INT_MAX, 3, 7, 5, 0, 0},
+    {0, 0, 7, 5, INT_MAX, INT_MIN}, {0, 0, -4, 5, 0, 0}, {-5, 0, INT_MAX, 2, -5, 1}, {9, 6, 1, 1, 6, 4},
+  // clang-format on
 };
 
 TEST(BitBlt, CopiesWhatLiesOnBothBitmaps) {
@@ -90,23 +83,20 @@ TEST(StretchBlt, IsACopyAtTheSameSize) {
 
 TEST(StretchBlt, ShowsTheSamePartWhenItIsClipped) {
     const auto source = Make(23, 17, 5);
-    const struct {
-        int width, height;
-    } sizes[] = {
-        {60, 50},
-        {11, 40},
-        {9,  5 }
-    };
     for (const StretchMode mode : {StretchMode::ColorOnColor, StretchMode::Halftone}) {
-        for (const auto& size : sizes) {
-            const auto whole = Make(size.width, size.height), part = Make(8, 6);
+        for (const auto& [width, height] : {
+                 std::pair{60, 50},
+                 {11, 40},
+                 {9,  5 }
+        }) {
+            const auto whole = Make(width, height), part = Make(8, 6);
             whole->hDC()->SetStretchBltMode(mode), part->hDC()->SetStretchBltMode(mode);
-            whole->hDC()->StretchBlt(0, 0, size.width, size.height, *source->hDC(), 2, 1, 20, 15);
-            part->hDC()->StretchBlt(-3, -2, size.width, size.height, *source->hDC(), 2, 1, 20, 15);
-            for (int y = 0; y + 2 < size.height && y < 6; ++y)
-                for (int x = 0; x + 3 < size.width && x < 8; ++x)
+            whole->hDC()->StretchBlt(0, 0, width, height, *source->hDC(), 2, 1, 20, 15);
+            part->hDC()->StretchBlt(-3, -2, width, height, *source->hDC(), 2, 1, 20, 15);
+            for (int y = 0; y + 2 < height && y < 6; ++y)
+                for (int x = 0; x + 3 < width && x < 8; ++x)
                     ASSERT_EQ(part->Pixel(x, y), whole->Pixel(x + 3, y + 2))
-                        << size.width << " at " << x << ", " << y;
+                        << width << " at " << x << ", " << y;
         }
     }
 }
@@ -119,6 +109,7 @@ TEST(StretchBlt, TakesTheNearestPixelOrTheMean) {
         StretchMode mode;
         std::vector<int> expected;
     } cases[] = {
+  // clang-format off
         {StretchMode::ColorOnColor, {30, 200}                         },
         {StretchMode::ColorOnColor, {10, 50, 200}                     },
         {StretchMode::ColorOnColor, {10, 10, 30, 30, 50, 50, 200, 200}},
@@ -126,6 +117,7 @@ TEST(StretchBlt, TakesTheNearestPixelOrTheMean) {
         {StretchMode::Halftone,     {20, 125}                         },
         {StretchMode::Halftone,     {15, 40, 163}                     }, // 4/3 source pixels each: 162.5
         {StretchMode::Halftone,     {10, 15, 25, 35, 45, 88, 163, 200}}, // 87.5, 162.5
+  // clang-format on
     };
     for (const auto& c : cases) {
         const int width = static_cast<int>(c.expected.size());

@@ -5,7 +5,6 @@
 
 #include "PictureFixture.h"
 #include "support/FakeLayerHost.h"
-#include "support/PropertyTable.h"
 
 namespace tessaloom::testing {
 namespace {
@@ -36,73 +35,27 @@ protected:
     Graphic layer{host, timing, access};
 };
 
-TEST_F(GraphicTest, ClampsAndTellsEveryStoredProperty) {
-    using G = Graphic;
-    // clang-format off
-    const Property<G> rows[] = {
-        Number<G, &G::Layer, &G::SetLayer>("Layer", 1, 0, 3),
-        Number<G, &G::SourceType, &G::SetSourceType>("SourceType", 3, 0, 4),
-        Number<G, &G::SourceVideoFeed, &G::SetSourceVideoFeed>("SourceVideoFeed", 0, -1, 9),
-        Number<G, &G::SourceCanvas, &G::SetSourceCanvas>("SourceCanvas", 1, 1, 20),
-        Number<G, &G::Rate, &G::SetRate>("Rate", 0, 0, 86400),
-        Number<G, &G::UpdateBaseTime, &G::SetUpdateBaseTime>("UpdateBaseTime", 0, 0, 86400),
-        Number<G, &G::x, &G::Setx>("x", 0, -3000, 3000),
-        Number<G, &G::Y, &G::SetY>("Y", 0, -2000, 2000),
-        Number<G, &G::Alignment, &G::SetAlignment>("Alignment", 0, 0, 8),
-        Number<G, &G::CropLeft, &G::SetCropLeft>("CropLeft", 0, 0, 3000),
-        Number<G, &G::CropRight, &G::SetCropRight>("CropRight", 0, 0, 3000),
-        Number<G, &G::CropTop, &G::SetCropTop>("CropTop", 0, 0, 2000),
-        Number<G, &G::CropBottom, &G::SetCropBottom>("CropBottom", 0, 0, 2000),
-        Number<G, &G::StretchWidth, &G::SetStretchWidth>("StretchWidth", 320, 0, 3000),
-        Number<G, &G::StretchHeight, &G::SetStretchHeight>("StretchHeight", 240, 0, 2000),
-        Number<G, &G::Opacity, &G::SetOpacity>("Opacity", 100, 0, 100),
-        Number<G, &G::OpacityMode, &G::SetOpacityMode>("OpacityMode", 2, 0, 3),
-        Number<G, &G::FeatherRadius, &G::SetFeatherRadius>("FeatherRadius", 0, 0, 3000),
-        Number<G, &G::FeatherWidth, &G::SetFeatherWidth>("FeatherWidth", 0, 0, 3000),
-        Number<G, &G::TransparentColorCount, &G::SetTransparentColorCount>("TransparentColorCount", 1, 0, 999),
-        Number<G, &G::BackgroundColor, &G::SetBackgroundColor>("BackgroundColor", 0, 0, 0xFFFFFF),
-        Number<G, &G::ShadowSize, &G::SetShadowSize>("ShadowSize", 1, 1, 4),
-        Number<G, &G::ShadowOffsetX, &G::SetShadowOffsetX>("ShadowOffsetX", 2, -3000, 3000),
-        Number<G, &G::ShadowOffsetY, &G::SetShadowOffsetY>("ShadowOffsetY", 2, -2000, 2000),
-        Plain<G, &G::ColorProcessing, &G::SetColorProcessing>("ColorProcessing", 0, 77),
-        Plain<G, &G::RotationAngle, &G::SetRotationAngle>("RotationAngle", 0.0F, 12.5F),
-        Plain<G, &G::Enabled, &G::SetEnabled>("Enabled", true, false),
-        Plain<G, &G::Stretched, &G::SetStretched>("Stretched", false, true),
-        Plain<G, &G::StretchSmoothing, &G::SetStretchSmoothing>("StretchSmoothing", false, true),
-        Plain<G, &G::OpacityUseFile, &G::SetOpacityUseFile>("OpacityUseFile", false, true),
-        Plain<G, &G::TransparentColorEnable, &G::SetTransparentColorEnable>("TransparentColorEnable", false, true),
-        Plain<G, &G::Shadow, &G::SetShadow>("Shadow", false, true),
-        Plain<G, &G::Scripted, &G::SetScripted>("Scripted", false, true),
-        Plain<G, &G::SourceFileName, &G::SetSourceFileName>("SourceFileName", std::string(), std::string("a.jpg")),
-        Plain<G, &G::SourceURL, &G::SetSourceURL>("SourceURL", std::string(), std::string("http://h/a.jpg")),
-        Plain<G, &G::SourceVideoFeedName, &G::SetSourceVideoFeedName>("SourceVideoFeedName", std::string(),
-                                                                      std::string("Porch")),
-        Plain<G, &G::OpacityFileName, &G::SetOpacityFileName>("OpacityFileName", std::string(),
-                                                              std::string("m.png")),
-    };
-    // clang-format on
-    CheckProperties<Graphic>(layer, host.owner, rows);
-    EXPECT_TRUE(timing.scripted);
-}
-
-TEST_F(GraphicTest, KeepsPercentagesOfTheTransparentTableAsTheyWereSet) {
-    struct Row {
-        int position, set, kept, inImage;
-    };
+TEST_F(GraphicTest, KeepsWhatWasSetOutsideTheListOfKeys) {
     layer.SetTransparentColorEnable(true);
-    for (const auto& row : {
-             Row{0, 0x123456, 0x123456, 0x123456},
-             Row{2, 50,       50,       127     },
-             Row{3, 250,      100,      255     },
-             Row{6, 1,        1,        3       },
-             Row{5, -1,       0,        0       }
-    }) {
+    const struct {
+        int position, set, kept, inImage;
+    } rows[] = {
+  // clang-format off
+        {0, 0x123456, 0x123456, 0x123456}, {2, 50, 50, 127}, {3, 250, 100, 255}, {6, 1, 1, 3}, {5, -1, 0, 0},
+        {1, 50, 50, 50}, {7, 1, 1, 3}, {4, Blue, Blue, Blue},
+  // clang-format on
+    };
+    for (const auto& row : rows) {
         layer.SetTransparentColorTable(row.position, row.set);
         layer.UpdateImage();
         EXPECT_EQ(layer.TransparentColorTable(row.position), row.kept) << row.position;
         EXPECT_EQ(layer.Image().TransparentColorTable(row.position), row.inImage) << row.position;
     }
-    EXPECT_EQ(layer.TransparentColorTable(4000), 0);
+    for (const int none : {-1, 4000}) EXPECT_EQ(layer.TransparentColorTable(none), 0);
+    layer.SetSourceVideoFeed(10);
+    EXPECT_EQ(layer.SourceVideoFeed(), 9);
+    layer.SetSourceVideoFeed(-2);
+    EXPECT_EQ(layer.SourceVideoFeed(), Graphic::NoFeed);
 }
 
 TEST_F(GraphicTest, MarksThePassesThatAChangeShowsIn) {
@@ -178,6 +131,7 @@ TEST_F(GraphicTest, KeepsTheLastGoodPictureOfAFile) {
         std::size_t reports;
     };
     const Row rows[] = {
+  // clang-format off
         {"rewritten",          {4, 4, Blue},            Blue, {1}, 0},
         {"being rewritten",    {4, 4, Red, 255, false}, Blue, {},  0},
         {"whole",              {3, 3, Blue},            Blue, {1}, 0},
@@ -189,6 +143,7 @@ TEST_F(GraphicTest, KeepsTheLastGoodPictureOfAFile) {
         {"back",               {5, 5, Red},             Red,  {1}, 2},
         {"gone for a moment",  {0, 0},                  Red,  {},  2},
         {"back again",         {5, 5, Blue},            Blue, {1}, 2},
+  // clang-format on
     };
     for (const std::string name : {"a.jpg", "a.png"}) {
         SCOPED_TRACE(name);
@@ -197,11 +152,8 @@ TEST_F(GraphicTest, KeepsTheLastGoodPictureOfAFile) {
         ShowFile(name);
         for (const auto& row : rows) {
             SCOPED_TRACE(row.name);
-            if (row.picture.width > 0) {
-                Put(name, row.picture);
-            } else {
-                files.DeleteFile(name);
-            }
+            Put(name, row.picture);
+            if (row.picture.width == 0) files.DeleteFile(name);
             EXPECT_EQ(Update(), row.marked);
             EXPECT_EQ(TopLeft(), row.shown);
             EXPECT_EQ(reports.size(), row.reports);
@@ -262,17 +214,6 @@ TEST_F(GraphicTest, TakesInFeedsAndCanvasesOnlyWhenTheyChanged) {
     EXPECT_EQ(layer.Width(), 6);
 }
 
-TEST_F(GraphicTest, ReturnsToAFileAfterAnotherSource) {
-    Put("a.jpg", {8, 6, Red});
-    ShowFile("a.jpg");
-    layer.SetSourceType(Graphic::PlainBlock);
-    Update();
-    EXPECT_EQ(layer.Width(), 320);
-    layer.SetSourceType(Graphic::PictureFile);
-    EXPECT_EQ(Update(), Passes{1});
-    EXPECT_EQ(layer.Width(), 8);
-}
-
 TEST_F(GraphicTest, MakesAPlainBlockOfAtLeastOnePixel) {
     layer.SetStretchWidth(0);
     layer.SetStretchHeight(5);
@@ -284,8 +225,15 @@ TEST_F(GraphicTest, MakesAPlainBlockOfAtLeastOnePixel) {
     EXPECT_EQ(layer.Height(), 5);
     EXPECT_EQ(TopLeft(), Blue);
     EXPECT_EQ(Update(), Passes{}) << "an unchanged block";
-    layer.SetBackgroundColor(Red);
-    Update();
+    Put("a.jpg", {8, 6, Red});
+    ShowFile("a.jpg");
+    EXPECT_EQ(layer.Width(), 1) << "cut by 3, then stretched";
+    layer.SetSourceType(Graphic::PlainBlock);
+    layer.SetBackgroundColor(White);
+    EXPECT_EQ(Update(), Passes{1});
+    EXPECT_EQ(TopLeft(), White);
+    layer.SetSourceType(Graphic::PictureFile);
+    EXPECT_EQ(Update(), Passes{1});
     EXPECT_EQ(TopLeft(), Red);
 }
 
@@ -295,14 +243,14 @@ TEST_F(GraphicTest, CutsAndStretchesFeedsAndCanvasesLikeFiles) {
     Fill(source, 20, 10, Red);
     host.feeds[0] = host.canvases[1] = &source;
     layer.SetSourceFileName("a.jpg");
+    layer.SetCropRight(1);
+    layer.SetCropBottom(4);
     for (const int type : {Graphic::VideoFeed, Graphic::OtherCanvas, Graphic::PictureFile}) {
         SCOPED_TRACE(type);
         layer.SetSourceType(type);
         layer.SetStretched(false);
         layer.SetCropLeft(3);
-        layer.SetCropRight(1);
         layer.SetCropTop(2);
-        layer.SetCropBottom(4);
         Update();
         EXPECT_EQ(layer.Width(), 16);
         EXPECT_EQ(layer.Height(), 4);
@@ -491,9 +439,6 @@ TEST_F(GraphicTest, DrawsItselfAndItsShadowAtTheirPlaces) {
     EXPECT_EQ(shadow.Pixel(9, 6), shadow.Pixel(10, 6));
     EXPECT_GT(shadow.Pixel(9, 6) & 0xFF, 200) << "the middle of the shadow";
     EXPECT_EQ(shadow.Pixel(2, 1), Black);
-
-    layer.UnloadClass();
-    EXPECT_EQ(layer.Width(), 0);
 }
 
 }  // namespace

@@ -39,21 +39,15 @@ protected:
 };
 
 TEST_F(ImageTest, ClampsItsProperties) {
-    for (const auto& [set, stored] : std::vector<std::pair<float, float>>{
-             {360,    0     },
-             {-10,    0     },
-             {400,    0     },
-             {359.5F, 359.5F},
-             {90,     90    },
-             {-360,   0     }
-    }) {
+    const std::pair<float, float> angles[] = {
+  // clang-format off
+        {360, 0}, {-10, 0}, {400, 0}, {359.5F, 359.5F}, {90, 90}, {-360, 0},
+  // clang-format on
+    };
+    for (const auto& [set, stored] : angles) {
         image.SetRotationAngle(set);
         EXPECT_EQ(image.RotationAngle(), stored) << set;
     }
-    image.SetOpacityValue(150);
-    EXPECT_EQ(image.OpacityValue(), 100);
-    image.SetOpacityValue(-1);
-    EXPECT_EQ(image.OpacityValue(), 0);
     image.SetWidthHeight(5000, 5000);
     EXPECT_EQ(image.Width(), 3000);
     EXPECT_EQ(image.Height(), 2000);
@@ -62,48 +56,29 @@ TEST_F(ImageTest, ClampsItsProperties) {
     EXPECT_EQ(image.StretchedHeight(), 2000);
 }
 
-TEST_F(ImageTest, ScalesThePercentagesOfTheTransparentTable) {
-    struct Row {
-        int position, set, stored;
-    };
-    for (const auto& [position, set, stored] : {
-             Row{2,      50,   127 },
-             {1,      50,   50  },
-             {6,      100,  255 },
-             {7,      1,    3   },
-             {3,      200,  255 },
-             {4,      Blue, Blue},
-             {-1,     5,    0   },
-             {100000, 5,    0   }
-    }) {
-        image.SetTransparentColorTable(position, set);
-        EXPECT_EQ(image.TransparentColorTable(position), stored) << position;
-    }
-}
-
 TEST_F(ImageTest, MarksTheStagesThatASetterAffects) {
     struct Row {
         std::string name;
         std::function<void(Image&)> set;
         std::vector<Stage> dirty;
     };
-    const std::vector<Stage> all = {Stage::Picture, Stage::Image,          Stage::Crop,
-                                    Stage::Stretch, Stage::Rotation,       Stage::OpacityFile,
-                                    Stage::Opacity, Stage::RotatedOpacity, Stage::Shadow};
+    using S = Stage;
+    // clang-format off
+    const std::vector<S> all = {S::Picture, S::Image, S::Crop, S::Stretch, S::Rotation, S::OpacityFile, S::Opacity,
+                                S::RotatedOpacity, S::Shadow};
     const Row rows[] = {
-        {"StretchEnabled",
-         [](Image& i) { i.SetStretchEnabled(true); },
-         {Stage::Stretch, Stage::Rotation, Stage::RotatedOpacity}                                                                },
-        {"StretchSmoothing",          [](Image& i) { i.SetStretchSmoothing(true); },     {Stage::Stretch}                        },
-        {"Stretched size",            [](Image& i) { i.SetStretchedWidthHeight(7, 7); }, {Stage::Stretch}                        },
-        {"RotationAngle",             [](Image& i) { i.SetRotationAngle(30); },          {Stage::Rotation, Stage::RotatedOpacity}},
-        {"ShadowEnabled",             [](Image& i) { i.SetShadowEnabled(true); },        {Stage::Shadow}                         },
-        {"ShadowSize without shadow", [](Image& i) { i.SetShadowSize(3); },              {}                                      },
-        {"ColorProcessing",           [](Image& i) { i.SetColorProcessing(1); },         all                                     },
-        {"Crop",                      [](Image& i) { i.SetCrop(1, 0, 0, 0); },           {Stage::Crop}                           },
-        {"FeatherWidth",              [](Image& i) { i.SetFeatherWidth(2); },            {Stage::Opacity}                        },
-        {"the same value",            [](Image& i) { i.SetCrop(0, 0, 0, 0); },           {}                                      },
+        {"StretchEnabled",   [](Image& i) { i.SetStretchEnabled(true); }, {S::Stretch, S::Rotation, S::RotatedOpacity}},
+        {"StretchSmoothing", [](Image& i) { i.SetStretchSmoothing(true); }, {S::Stretch}},
+        {"Stretched size",   [](Image& i) { i.SetStretchedWidthHeight(7, 7); }, {S::Stretch}},
+        {"RotationAngle",    [](Image& i) { i.SetRotationAngle(30); }, {S::Rotation, S::RotatedOpacity}},
+        {"ShadowEnabled",    [](Image& i) { i.SetShadowEnabled(true); }, {S::Shadow}},
+        {"without shadow",   [](Image& i) { i.SetShadowSize(3); }, {}},
+        {"ColorProcessing",  [](Image& i) { i.SetColorProcessing(1); }, all},
+        {"Crop",             [](Image& i) { i.SetCrop(1, 0, 0, 0); }, {S::Crop}},
+        {"FeatherWidth",     [](Image& i) { i.SetFeatherWidth(2); }, {S::Opacity}},
+        {"the same value",   [](Image& i) { i.SetCrop(0, 0, 0, 0); }, {}},
     };
+    // clang-format on
     Put("a.jpg", {8, 6, Red});
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
@@ -113,7 +88,7 @@ TEST_F(ImageTest, MarksTheStagesThatASetterAffects) {
         fresh.GetFinalizedDIB();
         row.set(fresh);
         for (const Stage stage : all) {
-            const bool expected = std::find(row.dirty.begin(), row.dirty.end(), stage) != row.dirty.end();
+            const bool expected = std::ranges::count(row.dirty, stage) > 0;
             EXPECT_EQ(fresh.Dirty(stage), expected) << static_cast<int>(stage);
         }
         fresh.GetFinalizedDIB();
@@ -256,15 +231,15 @@ TEST_F(ImageTest, LaysTextDownInItsColour) {
     SupplyText(4, 3, 255);
     image.SetTextColor(Red);
     image.SetOpacityMode(2);
-    Fill(canvas, 10, 8, Black);
-    image.MergeImageTo(canvas, 1, 1);
-    EXPECT_EQ(CountPixels(canvas, Red), 12);
-
-    image.SetOpacityValue(50);
-    Fill(canvas, 10, 8, Black);
-    image.MergeImageTo(canvas, 1, 1);
-    EXPECT_EQ(CountPixels(canvas, 127), 12);
-
+    for (const auto& [percent, colour] : {
+             std::pair{100, Red},
+             {50,  127}
+    }) {
+        image.SetOpacityValue(percent);
+        Fill(canvas, 10, 8, Black);
+        image.MergeImageTo(canvas, 1, 1);
+        EXPECT_EQ(CountPixels(canvas, colour), 12);
+    }
     image.SetOpacityValue(100);
     image.SetRotationAngle(45);
     Fill(canvas, 10, 8, Black);
@@ -402,26 +377,10 @@ TEST_F(ImageTest, HasNothingToMergeBeforeAPictureCame) {
 
 /// Settings of an image, as numbers that a random walk changes one by one.
 struct Walk {
-    enum Setting {
-        Type,
-        Frame,
-        Size,
-        Cut,
-        Stretch,
-        StretchSize,
-        Smooth,
-        Angle,
-        Feather,
-        Radius,
-        File,
-        Transparent,
-        Percent,
-        Shadow,
-        Softness,
-        Colors,
-        Mode,
-        Count
-    };
+    // clang-format off
+    enum Setting { Type, Frame, Size, Cut, Stretch, StretchSize, Smooth, Angle, Feather, Radius, File, Transparent,
+                   Percent, Shadow, Softness, Colors, Mode, Count };
+    // clang-format on
 
     std::array<int, Count> values{};
 
