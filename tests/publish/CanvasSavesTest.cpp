@@ -127,6 +127,8 @@ TEST(CanvasSaves, NamesSequentialFilesByTimeStamp) {
 TEST(CanvasSaves, NumbersSequentialFilesAndKeepsTheNextNumberAtOnce) {
     Saves at(false, true);
     at.saves.SetSequentialType(1);
+    at.saves.SetSequentialBaseTime(-60);
+    EXPECT_EQ(at.saves.SequentialBaseTime(), 0);
     at.saves.SetSequentialNumber(99999998);
     at.saves.SetSequentialPath("C:\\seq");
     const int told = at.owner.changes;

@@ -21,6 +21,8 @@ TEST(FTPPush, UploadsOnItsTimetableWithinItsSchedule) {
     };
     EXPECT_EQ(uploadsAfter(0), 0) << "disabled";
     push.SetEnabled(true);
+    push.SetBaseTime(-60);
+    EXPECT_EQ(push.BaseTime(), 0);
     EXPECT_EQ(uploadsAfter(0), 1) << "new: due at once";
     EXPECT_EQ(uploadsAfter(59), 1);
     EXPECT_EQ(uploadsAfter(1), 2);

@@ -169,6 +169,8 @@ TEST(Script, KeepsTheIntervalThatItsOwnHookForces) {
     script.SetNextTime();
     EXPECT_NEAR(script.NextTime(), at.time.Now(), 1e-10) << "due in the next tick";
     script.SetRate(10);
+    script.SetBaseTime(-3);
+    EXPECT_EQ(script.BaseTime(), 0);
     script.SetBaseTime(3);
     script.RestartTime();
     EXPECT_NEAR(script.NextTime(), tick.moment + 3 / 86400.0, 1e-9) << "counted from the tick";
