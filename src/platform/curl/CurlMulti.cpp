@@ -13,6 +13,10 @@ namespace {
 /// Kept open for the next request, over all servers.
 constexpr long MostConnections = 16;
 
+/// What one poll takes in, so that it is over within a millisecond or two: 100 MB a second at the program's
+/// rate.
+constexpr std::size_t BytesPerPoll = 1 << 20;
+
 CURLM* MakeMulti() {
     static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
     return ready == CURLE_OK ? curl_multi_init() : nullptr;
@@ -39,6 +43,7 @@ bool CurlMulti::Start(CurlTransfer& transfer, CURL* handle) {
 }
 
 void CurlMulti::Remove(CurlTransfer& transfer, CURL* handle) {
+    std::erase(heldUp_, &transfer);
     std::erase(untold_, &transfer);
     std::ranges::replace(telling_, &transfer, nullptr);
     if (!handle) return;
@@ -51,9 +56,20 @@ void CurlMulti::TellLater(CurlTransfer& transfer) {
     if (std::ranges::find(untold_, &transfer) == untold_.end()) untold_.push_back(&transfer);
 }
 
+bool CurlMulti::MayTake(CurlTransfer& transfer, std::size_t bytes) {
+    if (pollBytes_ < BytesPerPoll) {
+        pollBytes_ += bytes;
+        return true;
+    }
+    heldUp_.push_back(&transfer);
+    return false;
+}
+
 void CurlMulti::Poll() {
     if (running_ > 0) {
         const BrokenPipeGuard guard;
+        pollBytes_ = 0;
+        for (CurlTransfer* transfer : std::exchange(heldUp_, {})) transfer->Resume();
         int running = 0;
         curl_multi_perform(multi_, &running);
         TakeCompletions();

@@ -31,6 +31,9 @@ public:
     /// Counts `transfer`'s listener among those to be told at the end of the present, or the next, poll.
     void TellLater(CurlTransfer& transfer);
 
+    /// Whether `transfer` may take that many more bytes in this poll; if not, the next one resumes it.
+    bool MayTake(CurlTransfer& transfer, std::size_t bytes);
+
     const std::string& CertificateFile() const { return certificateFile_; }
 
     TransferLimits limits;
@@ -43,6 +46,8 @@ private:
     CURLM* multi_;
     std::string certificateFile_;
     int running_ = 0;                     ///< Handles that libcurl works on.
+    std::size_t pollBytes_ = 0;           ///< Taken in the present poll.
+    std::vector<CurlTransfer*> heldUp_;   ///< To be resumed by the next poll.
     std::vector<CurlTransfer*> untold_;   ///< With a state that their listeners do not know yet.
     std::vector<CurlTransfer*> telling_;  ///< The same while they are told; null: removed meanwhile.
 };

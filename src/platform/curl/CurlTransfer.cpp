@@ -77,9 +77,8 @@ void CurlTransfer::Cancel() {
 
 std::string CurlTransfer::GetChunk(std::size_t bytes) {
     if (state_ != TransferState::ResponseCompleted) return {};
-    std::string chunk = body_.substr(taken_, bytes);
-    taken_ += chunk.size();
-    if (chunk.empty()) DropBody();
+    std::string chunk = body_.Take(bytes);
+    multi_.heldBytes -= chunk.size();
     return chunk;
 }
 
@@ -125,12 +124,12 @@ std::size_t CurlTransfer::TakeHeader(char*, std::size_t size, std::size_t count,
     return 0;
 }
 
-/// A count other than the one given breaks the transfer off. What a server sends along with a redirect or an
-/// error does not come here.
+/// A count other than the one given, or the one that means a pause, breaks the transfer off. What a server
+/// sends along with a redirect or an error does not come here.
 std::size_t CurlTransfer::TakeBody(char* data, std::size_t size, std::size_t count, void* self) {
     auto& transfer = *static_cast<CurlTransfer*>(self);
     const std::size_t bytes = size * count;
-    if (bytes > transfer.limits_.bytes - transfer.body_.size()) {
+    if (bytes > transfer.limits_.bytes - transfer.body_.Size()) {
         transfer.excess_ = "the response is larger than " + Megabytes(transfer.limits_.bytes);
         return 0;
     }
@@ -139,13 +138,15 @@ std::size_t CurlTransfer::TakeBody(char* data, std::size_t size, std::size_t cou
             "all responses together are larger than " + Megabytes(transfer.limits_.bytesTogether);
         return 0;
     }
+    if (!transfer.multi_.MayTake(transfer, bytes)) return CURL_WRITEFUNC_PAUSE;
+    const std::size_t before = transfer.body_.Size();
     try {
-        transfer.body_.append(data, bytes);
+        transfer.body_.Append({data, bytes});
     } catch (const std::bad_alloc&) {
         transfer.excess_ = "there is no memory for the response";
-        return 0;
     }
-    transfer.multi_.heldBytes += bytes;
+    transfer.multi_.heldBytes += transfer.body_.Size() - before;
+    if (!transfer.excess_.empty()) return 0;
     if (transfer.state_ == TransferState::Requesting) transfer.Enter(TransferState::Receiving);
     return bytes;
 }
@@ -199,9 +200,8 @@ void CurlTransfer::Release() {
 }
 
 void CurlTransfer::DropBody() {
-    multi_.heldBytes -= body_.size();
-    body_ = {};
-    taken_ = 0;
+    multi_.heldBytes -= body_.Size();
+    body_.Clear();
 }
 
 }  // namespace tessaloom

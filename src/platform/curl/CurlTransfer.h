@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "platform/UrlTransfer.h"
+#include "platform/curl/ResponseBody.h"
 
 namespace tessaloom {
 
@@ -33,6 +34,9 @@ public:
     /// The request is over, one way or the other.
     void Ended(CURLcode result);
 
+    /// Lets a response go on that was held up for the sake of the poll's length.
+    void Resume() { curl_easy_pause(handle_, CURLPAUSE_CONT); }
+
     /// Tells the listener of the present state; it may destroy this object.
     void TellState();
 
@@ -53,8 +57,7 @@ private:
     TransferState state_ = TransferState::Idle;
     std::string failure_;
     std::string excess_;  ///< Why this side broke the transfer off.
-    std::string body_;
-    std::size_t taken_ = 0;        ///< Bytes of `body_` that were handed out.
+    ResponseBody body_;
     std::size_t headerBytes_ = 0;  ///< Over all redirects.
     TransferLimits limits_;
 };
