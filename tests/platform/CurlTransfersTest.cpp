@@ -62,8 +62,8 @@ protected:
 };
 
 TEST_F(CurlTransfersTest, FetchAResponseInChunksAndTellOfEachState) {
-    std::string picture;
-    for (int i = 0; i < 250'000; ++i) picture += static_cast<char>(i * 31 >> 3);
+    std::string picture;  // more than one poll takes in
+    for (int i = 0; i < 3'300'000; ++i) picture += static_cast<char>(i * 31 >> 3);
     server.Serve("/a picture.jpg", "not asked for like this");
     server.Serve("/a%20picture.jpg", picture);
     std::vector<State> told;
