@@ -107,6 +107,7 @@ void Resampler::Run(const Target& target, const Source& source) {
     const auto rowBytes = static_cast<std::size_t>(source.width) * 3;
     mixed_.assign(rowBytes + 3 * columnTaps + 1, 0);  // taps without weight may lie beyond the row
     const PixelMix columns{firsts_.data(), columnWeights_.data(), firsts_.size(), columnTaps};
+    if (target.fullHeight > source.height) return Enlarge(target, source, columns);
     for (int y = 0; y < target.height; ++y) {
         const auto [firstRow, weights] = rows_[y];
         std::uint16_t rowWeights[MostTaps];
@@ -116,6 +117,33 @@ void Resampler::Run(const Target& target, const Source& source) {
                 rowBytes);
         MixPixels(target.pixels + y * target.rowStep, mixed_.data(), columns,
                   static_cast<std::size_t>(target.width));
+    }
+}
+
+void Resampler::Enlarge(const Target& target, const Source& source, const PixelMix& columns) {
+    // A source row goes into several rows of the result: it is brought to their width once.
+    const auto pixels = static_cast<std::size_t>(target.width);
+    int held[] = {-1, -1};
+    const auto wide = [&](int row) {
+        std::vector<std::uint16_t>& result = wide_[row % 2];
+        if (held[row % 2] != row) {
+            constexpr std::uint16_t All = 65535;
+            MixRows(mixed_.data(), {source.pixels + row * source.rowStep, 0, &All, 1},
+                    static_cast<std::size_t>(source.width) * 3);
+            result.resize(pixels * 3 + 2);
+            SpreadPixels(result.data(), mixed_.data(), columns, pixels);
+            held[row % 2] = row;
+        }
+        return result.data();
+    };
+    for (int y = 0; y < target.height; ++y) {
+        const auto [first, weights] = rows_[y];
+        std::uint16_t weight = 0;  // of the second row, where there is one
+        if (weights.size() > 1)
+            InWholeNumbers(weights, [&](std::size_t, std::uint16_t last) { weight = last; });
+        const std::uint16_t* const one = wide(first);
+        const std::uint16_t* const other = weights.size() > 1 ? wide(first + 1) : one;
+        BlendRows(target.pixels + y * target.rowStep, one, other, weight, pixels * 3);
     }
 }
 

@@ -6,6 +6,10 @@
 
 namespace tessaloom {
 
+namespace pixelops {
+struct PixelMix;
+}
+
 /// Which source pixels of one axis make up each destination pixel, and with what weights (their sum is 1).
 ///
 /// Shrinking takes the mean over what a destination pixel covers, with fractions at its ends; enlarging takes
@@ -63,6 +67,7 @@ public:
 
 private:
     void PrepareColumns(int width, std::size_t taps);
+    void Enlarge(const Target& target, const Source& source, const pixelops::PixelMix& columns);
     void RunInFractions(const Target& target, const Source& source);
 
     AxisWeights columns_;
@@ -70,6 +75,7 @@ private:
     std::vector<std::int32_t> firsts_;          ///< See pixelops::PixelMix.
     std::vector<std::uint16_t> columnWeights_;  ///< Likewise.
     std::vector<std::uint16_t> mixed_;          ///< The source rows that make up one destination row, mixed.
+    std::vector<std::uint16_t> wide_[2];        ///< Two source rows in the width of the destination.
     std::vector<float> row_;  ///< The weighted sum of the source rows that make up one destination row.
 };
 

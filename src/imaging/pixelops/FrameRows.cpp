@@ -25,21 +25,20 @@ using D16 = hn::ScalableTag<std::uint16_t>;
 using V8 = hn::Vec<D8>;
 using V16 = hn::Vec<D16>;
 
-void FillRow(std::uint8_t* dest, const std::uint8_t* pixel, std::size_t pixels) {
+void FillRow(std::uint8_t* dest, const std::uint8_t* pattern, std::size_t pixels) {
     const D8 d;
     const std::size_t lanes = hn::Lanes(d), count = pixels * 3;
     std::size_t i = 0;
-    if (count >= 3 * lanes) {
-        reference::FillRow(dest, pixel, lanes);  // the pattern repeats after three vectors
-        const V8 first = hn::LoadU(d, dest), second = hn::LoadU(d, dest + lanes),
-                 third = hn::LoadU(d, dest + 2 * lanes);
+    if (3 * lanes <= FillBytes) {
+        const V8 first = hn::LoadU(d, pattern), second = hn::LoadU(d, pattern + lanes),
+                 third = hn::LoadU(d, pattern + 2 * lanes);
         for (; i + 3 * lanes <= count; i += 3 * lanes) {
             hn::StoreU(first, d, dest + i);
             hn::StoreU(second, d, dest + i + lanes);
             hn::StoreU(third, d, dest + i + 2 * lanes);
         }
     }
-    reference::FillRow(dest + i, pixel, (count - i) / 3);
+    reference::FillRow(dest + i, pattern, (count - i) / 3);
 }
 
 HWY_INLINE V8 Difference(const std::uint8_t* current, const std::uint8_t* previous, V8 threshold) {
@@ -147,8 +146,8 @@ HWY_EXPORT(DiffRow);
 HWY_EXPORT(DiffCountRow);
 HWY_EXPORT(WidenRow);
 
-void FillRow(std::uint8_t* dest, const std::uint8_t* pixel, std::size_t pixels) {
-    HWY_DYNAMIC_DISPATCH(FillRow)(dest, pixel, pixels);
+void FillRow(std::uint8_t* dest, const std::uint8_t* pattern, std::size_t pixels) {
+    HWY_DYNAMIC_DISPATCH(FillRow)(dest, pattern, pixels);
 }
 
 void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,

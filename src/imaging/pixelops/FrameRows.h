@@ -18,10 +18,13 @@ struct Counts {
     }
 };
 
+/// Three vectors of 64 bytes: whole pixels.
+constexpr std::size_t FillBytes = 192;
+
 namespace reference {
 
-/// Repeats the three bytes of `pixel`.
-void FillRow(std::uint8_t* dest, const std::uint8_t* pixel, std::size_t pixels);
+/// Copies `pattern` over and over: `FillBytes` bytes of equal pixels.
+void FillRow(std::uint8_t* dest, const std::uint8_t* pattern, std::size_t pixels);
 
 /// out[i] = clamp(128 + current[i] - previous[i]) where they differ by `threshold` (0 .. 256) or more, else
 /// 128. `out` may be one of the other two.
@@ -38,7 +41,7 @@ void WidenRow(std::uint8_t* dest, const std::uint8_t* source, std::size_t pixels
 
 }  // namespace reference
 
-void FillRow(std::uint8_t* dest, const std::uint8_t* pixel, std::size_t pixels);
+void FillRow(std::uint8_t* dest, const std::uint8_t* pattern, std::size_t pixels);
 void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
              std::size_t count);
 void DiffCountRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,

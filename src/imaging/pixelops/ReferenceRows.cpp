@@ -29,6 +29,16 @@ bool Within(const std::uint8_t* pixel, const ColourRange& range) {
     return within;
 }
 
+/// The component number `i` of a result, in 256ths.
+std::uint32_t Mixed(const std::uint16_t* row, const PixelMix& mix, std::size_t i) {
+    const std::size_t x = i / 3;
+    auto sum = static_cast<std::uint32_t>((mix.taps + 1) / 2);
+    const std::uint16_t* at = row + mix.firsts[x] + i % 3;
+    for (std::size_t tap = 0; tap < mix.taps; ++tap, at += 3)
+        sum += std::uint32_t{*at} * mix.weights[(tap * mix.padded + x) * 4] >> 16;
+    return sum;
+}
+
 }  // namespace
 
 void LayRow(Laying laying, std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t* map,
@@ -62,8 +72,9 @@ void SoftenRow(std::uint8_t* dest, const FiveLines& lines, const Softness& softn
                                             16);
 }
 
-void FillRow(std::uint8_t* dest, const std::uint8_t* pixel, std::size_t pixels) {
-    for (std::size_t i = 0; i < pixels * 3; ++i) dest[i] = pixel[i % 3];
+void FillRow(std::uint8_t* dest, const std::uint8_t* pattern, std::size_t pixels) {
+    for (std::size_t i = 0; i < pixels * 3; i += FillBytes)
+        std::copy_n(pattern, std::min(FillBytes, pixels * 3 - i), dest + i);
 }
 
 void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
@@ -128,15 +139,21 @@ void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count) {
     }
 }
 
+void SpreadPixels(std::uint16_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels) {
+    for (std::size_t i = 0; i < pixels * 3; ++i) dest[i] = static_cast<std::uint16_t>(Mixed(row, mix, i));
+}
+
 void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels) {
-    for (std::size_t i = 0; i < pixels * 3; ++i) {
-        const std::size_t x = i / 3;
-        unsigned sum = static_cast<unsigned>(128 + (mix.taps + 1) / 2);
-        const std::uint16_t* at = row + mix.firsts[x] + i % 3;
-        for (std::size_t tap = 0; tap < mix.taps; ++tap, at += 3)
-            sum += std::uint32_t{*at} * mix.weights[(tap * mix.padded + x) * 4] >> 16;
-        dest[i] = static_cast<std::uint8_t>(sum >> 8);
-    }
+    for (std::size_t i = 0; i < pixels * 3; ++i)
+        dest[i] = static_cast<std::uint8_t>((Mixed(row, mix, i) + 128) >> 8);
+}
+
+void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t* other, std::uint16_t weight,
+               std::size_t count) {
+    const std::uint32_t part = weight;
+    for (std::size_t i = 0; i < count; ++i)
+        dest[i] =
+            static_cast<std::uint8_t>((one[i] - (one[i] * part >> 16) + (other[i] * part >> 16) + 128) >> 8);
 }
 
 }  // namespace tessaloom::pixelops::reference

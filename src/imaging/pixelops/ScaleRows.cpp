@@ -12,8 +12,10 @@ namespace tessaloom::pixelops::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR
 
+using reference::BlendRows;
 using reference::MixPixels;
 using reference::MixRows;
+using reference::SpreadPixels;
 
 #else
 
@@ -41,14 +43,17 @@ using D16 = hn::FixedTag<std::uint16_t, 8>;
 using V8 = hn::Vec<D8>;
 using V16 = hn::Vec<D16>;
 
-/// The pixels x and x + 1 of the result, in 256ths, four numbers each.
+/// The pixels x and x + 1 of the result, in 256ths, four numbers each. known: the taps, 0 where they are not
+/// known before.
+template <std::size_t known>
 HWY_INLINE V16 MixPair(const std::uint16_t* row, const PixelMix& mix, std::size_t x, V16 half) {
     const D16 d;
     const hn::Half<D16> pixel;
     const std::uint16_t *first = row + mix.firsts[x], *second = row + mix.firsts[x + 1];
     const std::uint16_t* weights = mix.weights + x * 4;
     V16 sum = half;
-    for (std::size_t tap = 0; tap < mix.taps; ++tap) {
+    const std::size_t taps = known == 0 ? mix.taps : known;
+    for (std::size_t tap = 0; tap < taps; ++tap) {
         const V16 pair = hn::Combine(d, hn::LoadU(pixel, second), hn::LoadU(pixel, first));
         sum = hn::Add(sum, hn::MulHigh(pair, hn::LoadU(d, weights)));
         first += 3;
@@ -58,6 +63,7 @@ HWY_INLINE V16 MixPair(const std::uint16_t* row, const PixelMix& mix, std::size_
     return sum;
 }
 
+template <std::size_t known>
 HWY_INLINE V8 MixFour(const std::uint16_t* row, const PixelMix& mix, std::size_t x, V16 half) {
     const D8 d;
     // The upper halves of the components, to the 12 bytes where they belong.
@@ -67,21 +73,72 @@ HWY_INLINE V8 MixFour(const std::uint16_t* row, const PixelMix& mix, std::size_t
         {Z, Z, Z, Z, Z,  Z,  1, 3, 5, 9, 11, 13, Z, Z, Z, Z}
     };
     return hn::Or(
-        hn::TableLookupBytesOr0(hn::BitCast(d, MixPair(row, mix, x, half)), hn::Load(d, Order[0])),
-        hn::TableLookupBytesOr0(hn::BitCast(d, MixPair(row, mix, x + 2, half)), hn::Load(d, Order[1])));
+        hn::TableLookupBytesOr0(hn::BitCast(d, MixPair<known>(row, mix, x, half)), hn::Load(d, Order[0])),
+        hn::TableLookupBytesOr0(hn::BitCast(d, MixPair<known>(row, mix, x + 2, half)),
+                                hn::Load(d, Order[1])));
 }
 
-void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels) {
+template <std::size_t known>
+HWY_INLINE void MixPixelsOf(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix,
+                            std::size_t pixels) {
     const D8 d;
     const V16 half = hn::Set(D16(), static_cast<std::uint16_t>(128 + (mix.taps + 1) / 2));
     std::size_t x = 0;
     // What is stored behind four pixels is overwritten by the next ones.
-    for (; x + 6 <= pixels; x += 4) hn::StoreU(MixFour(row, mix, x, half), d, dest + x * 3);
+    for (; x + 6 <= pixels; x += 4) hn::StoreU(MixFour<known>(row, mix, x, half), d, dest + x * 3);
     for (; x < pixels; x += 4) {
         std::uint8_t last[16];
-        hn::StoreU(MixFour(row, mix, x, half), d, last);
+        hn::StoreU(MixFour<known>(row, mix, x, half), d, last);
         std::memcpy(dest + x * 3, last, (pixels - x < 4 ? pixels - x : 4) * 3);
     }
+}
+
+void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels) {
+    if (mix.taps == 2) return MixPixelsOf<2>(dest, row, mix, pixels);
+    if (mix.taps == 3) return MixPixelsOf<3>(dest, row, mix, pixels);
+    MixPixelsOf<0>(dest, row, mix, pixels);
+}
+
+template <std::size_t known>
+HWY_INLINE void SpreadPixelsOf(std::uint16_t* dest, const std::uint16_t* row, const PixelMix& mix,
+                               std::size_t pixels) {
+    const D8 d8;
+    const D16 d16;
+    const V16 half = hn::Set(d16, static_cast<std::uint16_t>((mix.taps + 1) / 2));
+    constexpr std::uint8_t Z = 0x80;
+    alignas(16) static constexpr std::uint8_t Order[16] = {0,  1,  2,  3,  4, 5, 8, 9,
+                                                           10, 11, 12, 13, Z, Z, Z, Z};
+    std::size_t x = 0;
+    for (; x + 2 <= pixels; x += 2) {  // two numbers more than a pair has are stored
+        const V8 pair = hn::BitCast(d8, MixPair<known>(row, mix, x, half));
+        hn::StoreU(hn::BitCast(d16, hn::TableLookupBytesOr0(pair, hn::Load(d8, Order))), d16, dest + x * 3);
+    }
+    if (x < pixels) {
+        std::uint16_t last[8];
+        hn::StoreU(MixPair<known>(row, mix, x, half), d16, last);
+        std::memcpy(dest + x * 3, last, 6);
+    }
+}
+
+void SpreadPixels(std::uint16_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels) {
+    if (mix.taps == 2) return SpreadPixelsOf<2>(dest, row, mix, pixels);
+    SpreadPixelsOf<0>(dest, row, mix, pixels);
+}
+
+void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t* other, std::uint16_t weight,
+               std::size_t count) {
+    const hn::ScalableTag<std::uint16_t> d;
+    const hn::RebindToSigned<decltype(d)> s;
+    const hn::Rebind<std::uint8_t, decltype(d)> bytes;
+    const auto part = hn::Set(d, weight), half = hn::Set(d, 128);
+    std::size_t i = 0;
+    for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
+        const auto first = hn::LoadU(d, one + i), second = hn::LoadU(d, other + i);
+        const auto rest = hn::Sub(first, hn::MulHigh(first, part));
+        const auto sum = hn::Add(hn::Add(rest, half), hn::MulHigh(second, part));
+        hn::StoreU(hn::DemoteTo(bytes, hn::BitCast(s, hn::ShiftRight<8>(sum))), bytes, dest + i);
+    }
+    reference::BlendRows(dest + i, one + i, other + i, weight, count - i);
 }
 
 #endif
@@ -94,7 +151,9 @@ HWY_AFTER_NAMESPACE();
 namespace tessaloom::pixelops {
 
 HWY_EXPORT(MixRows);
+HWY_EXPORT(SpreadPixels);
 HWY_EXPORT(MixPixels);
+HWY_EXPORT(BlendRows);
 
 void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count) {
     HWY_DYNAMIC_DISPATCH(MixRows)(row, mix, count);
@@ -102,6 +161,15 @@ void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count) {
 
 void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels) {
     HWY_DYNAMIC_DISPATCH(MixPixels)(dest, row, mix, pixels);
+}
+
+void SpreadPixels(std::uint16_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels) {
+    HWY_DYNAMIC_DISPATCH(SpreadPixels)(dest, row, mix, pixels);
+}
+
+void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t* other, std::uint16_t weight,
+               std::size_t count) {
+    HWY_DYNAMIC_DISPATCH(BlendRows)(dest, one, other, weight, count);
 }
 
 }  // namespace tessaloom::pixelops

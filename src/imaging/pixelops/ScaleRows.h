@@ -27,17 +27,27 @@ struct PixelMix {
 
 namespace reference {
 
-/// row[i] = the sum of the rows' floor(256 * byte * weight / 65536), and half a unit for each (upwards: a
-/// weight of 65535 means all).
+/// row[i] = the sum of the rows' floor(256 * byte * weight / 65536), and half a unit for each row, rounded
+/// upwards, so that a weight of 65535 means all.
 void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count);
 
-/// A component of the result is the sum of floor(component * weight / 65536) and half a unit for each tap,
-/// again upwards, rounded to a byte. After a pixel's last component, one more must be readable in `row`.
+/// A component of the result is the sum of floor(component * weight / 65536) and half a unit for each tap, as
+/// above. After a pixel's last component, one more must be readable in `row`. `dest` has room for two more.
+void SpreadPixels(std::uint16_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels);
+
+/// As `SpreadPixels`, rounded to bytes.
 void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels);
+
+/// dest[i] = the byte next to one - floor(one * weight / 65536) + floor(other * weight / 65536)
+void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t* other, std::uint16_t weight,
+               std::size_t count);
 
 }  // namespace reference
 
 void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count);
+void SpreadPixels(std::uint16_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels);
 void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels);
+void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t* other, std::uint16_t weight,
+               std::size_t count);
 
 }  // namespace tessaloom::pixelops

@@ -93,14 +93,15 @@ TEST(SoftenRow, EqualsItsReference) {
     });
 }
 
-TEST(FillRow, EqualsItsReference) {
+TEST(FillRow, RepeatsThePixel) {
     OnEachTarget([] {
         RandomBytes random(5);
         for (const std::size_t count : RowLengths()) {
             Bytes dest = random(count / 3 * 3), expected = dest;
-            const std::uint8_t pixel[] = {1, 200, 77};
-            FillRow(dest.Data(), pixel, count / 3);
-            reference::FillRow(expected.Data(), pixel, count / 3);
+            std::uint8_t pattern[FillBytes];
+            for (std::size_t i = 0; i < FillBytes; ++i) pattern[i] = static_cast<std::uint8_t>(i % 3 * 70);
+            FillRow(dest.Data(), pattern, count / 3);
+            for (std::size_t i = 0; i < expected.Size(); ++i) expected.Data()[i] = pattern[i % 3];
             ASSERT_EQ(dest, expected) << count / 3 << " pixels";
         }
     });
@@ -209,7 +210,7 @@ TEST(MixRows, EqualsItsReference) {
     });
 }
 
-TEST(MixPixels, EqualsItsReference) {
+TEST(MixPixelsAndSpreadPixels, EqualTheirReferences) {
     OnEachTarget([] {
         RandomBytes random(11);
         for (std::size_t pixels = 0; pixels < 70; ++pixels) {
@@ -225,6 +226,27 @@ TEST(MixPixels, EqualsItsReference) {
             MixPixels(out.Data(), row.data(), mix, pixels);
             reference::MixPixels(expected.Data(), row.data(), mix, pixels);
             ASSERT_EQ(out, expected) << pixels << " pixels";
+            std::vector<std::uint16_t> wide(pixels * 3 + 2), expectedWide(pixels * 3);
+            SpreadPixels(wide.data(), row.data(), mix, pixels);
+            reference::SpreadPixels(expectedWide.data(), row.data(), mix, pixels);
+            wide.resize(pixels * 3);
+            ASSERT_EQ(wide, expectedWide) << pixels << " pixels";
+        }
+    });
+}
+
+TEST(BlendRows, EqualsItsReference) {
+    OnEachTarget([] {
+        RandomBytes random(12);
+        for (const std::size_t count : RowLengths()) {
+            std::vector<std::uint16_t> rows(count + 5);
+            for (std::uint16_t& value : rows) value = static_cast<std::uint16_t>(random.Below(65313));
+            for (const std::uint16_t weight : {0, 1, 32768, 65535}) {
+                Bytes out(count), expected(count);
+                BlendRows(out.Data(), rows.data(), rows.data() + 5, weight, count);
+                reference::BlendRows(expected.Data(), rows.data(), rows.data() + 5, weight, count);
+                ASSERT_EQ(out, expected) << count << " bytes, weight " << weight;
+            }
         }
     });
 }
