@@ -54,6 +54,10 @@ TEST_F(GraphicTest, KeepsWhatWasSetOutsideTheListOfKeys) {
     for (const int none : {-1, 4000}) EXPECT_EQ(layer.TransparentColorTable(none), 0);
     layer.SetSourceVideoFeed(10);
     EXPECT_EQ(layer.SourceVideoFeed(), 9);
+    layer.SetUpdateBaseTime(86401);
+    EXPECT_EQ(layer.UpdateBaseTime(), 86400);
+    layer.SetUpdateBaseTime(-1);
+    EXPECT_EQ(layer.UpdateBaseTime(), 0);
     layer.SetSourceVideoFeed(-2);
     EXPECT_EQ(layer.SourceVideoFeed(), Graphic::NoFeed);
 }

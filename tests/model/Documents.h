@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <fstream>
 #include <iterator>
 #include <map>
@@ -106,6 +107,17 @@ struct Documents : TestPlatform {
             for (const ProfileKey& key : profile.Keys(file, section.name))
                 sections[section.name].push_back(key.name + "=" + key.value);
         return sections;
+    }
+
+    /// The lines of a profile file that a file of tests/data/model does not have.
+    std::vector<std::string> Differences(const std::string& file, const std::string& data) {
+        Write("expected", Data(data));
+        auto expected = Contents("expected");
+        std::vector<std::string> lines;
+        for (const auto& [section, keys] : Contents(file))
+            for (const std::string& line : keys)
+                if (!std::ranges::count(expected[section], line)) lines.push_back(line);
+        return lines;
     }
 
     /// What was reported since the last call.

@@ -31,6 +31,12 @@ TEST_F(PortfolioTest, LoadingCompletesAFileWithItsDefaults) {
     EXPECT_EQ(TakeFaults(), Lines{"p.por: missing file, the defaults are taken"});
 }
 
+TEST_F(PortfolioTest, NewPortfolioHasTheDefaultsOfAFileButForAFewKeys) {
+    ASSERT_TRUE(portfolio.SaveFile());
+    EXPECT_EQ(Differences("p.por", "completed.por"),
+              (Lines{"CSVDelay=0", "CSVBarometerOffset=0", "Port=18080"}));
+}
+
 TEST_F(PortfolioTest, SavesAllKeysInTheOrderOfWriting) {
     portfolio.Script().SetBaseTime(3661);
     portfolio.VideoFeed(3).SetFeedName("Garden");

@@ -22,11 +22,16 @@ TEST(MotionDetect, ClampsItsPropertiesOutsideTheFile) {
         Number<M, &M::SaveDiffQuality, &M::SetSaveDiffQuality>("SaveDiffQuality", 80, 1, 100),
     };
     CheckProperties<M>(detector, owner, rows);
+    detector.SetMotionTriggerTime(5000);
+    EXPECT_EQ(detector.MotionTriggerTime(), 1000);
+    EXPECT_EQ(detector.LastMotionCoverage(), -1);
 }
 
 TEST(VideoFeed, TakesAFrameAMinuteAtLeast) {
     CountingOwner owner;
     VideoFeed feed(owner);
+    feed.SetVfWInput(10);
+    EXPECT_EQ(feed.VfWInput(), 9);
     for (const double tooSlow : {0.001, 0.0, -5.0, std::nan("")}) {
         feed.SetRate(tooSlow);
         EXPECT_EQ(feed.Rate(), 1.0 / 60) << tooSlow;
