@@ -9,6 +9,8 @@
 /// pixels. Colours are 0x00BBGGRR. Every routine clips, returns 0, and does nothing for a null buffer or a
 /// size below 1. None keeps state or allocates (`ColorProcess` alone takes two rows for sharpening). All
 /// quotients are rounded to the nearest whole number; written as [x / n] below.
+/// Vector instructions are chosen at run time; results are the same on every processor, but for `Rotate`,
+/// where a component may differ by 1.
 ///
 /// How a source pixel is laid down (`Merge`, `MergeText`, `Shadow`), for each of its three components:
 ///   o = [Opacity255 * map / 255]   (o = Opacity255 without a map)
