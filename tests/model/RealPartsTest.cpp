@@ -19,7 +19,7 @@ struct RealParts : TestPlatform, ::testing::Test {
     TemporaryFolder folder;
     PosixFileSystem realFiles;
     ProfileFiles realProfile{realFiles};
-    FreeTypeFonts realFonts;
+    FreeTypeFonts realFonts{TEST_DATA "/fonts.conf"};
     QtPictureLoader realPictures;
     TurboJpegCodec realJpeg;
     Platform real{realFiles, realProfile, locale,  time,       realFonts, realPictures,
