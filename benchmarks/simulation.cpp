@@ -148,7 +148,7 @@ private:
     FreeTypeFonts fonts_;
     TurboJpegCodec codec_;
     Platform platform_{
-        files_, profiles_,      fakes_.locale,  fakes_.time,       fonts_,      fakes_.pictureLoader,
+        files_, profiles_,      fakes_.locale,  fakes_.time,       fonts_,       fakes_.pictureLoader,
         codec_, fakes_.dialogs, fakes_.desktop, fakes_.mainWindow, fakes_.timer, fakes_.urlTransfers};
     Portfolio portfolio_{platform_};
     long seconds_ = 0;

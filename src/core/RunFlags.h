@@ -9,7 +9,8 @@ struct RunFlags {
     bool quitDuringStartup =
         false;                    ///< A close was asked for while starting up; honoured when start-up ends.
     bool cancelShutdown = false;  ///< Set by a script's shutdown hook: the close in progress is called off.
-    bool withoutQuestions = false;  ///< The system asked for the end (a signal): nobody is asked about saving.
+    bool withoutQuestions =
+        false;  ///< The system asked for the end (a signal): nobody is asked about saving.
 };
 
 /// The one set of flags of this process.

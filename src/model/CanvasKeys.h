@@ -12,8 +12,8 @@
 
 /// The keys of the canvas file, section by section, in file order.
 ///
-/// In defaults, "##" stands for the two digits of the canvas's slot. The keys "PosX" and "PosY" take theirs from
-/// the window.
+/// In defaults, "##" stands for the two digits of the canvas's slot. The keys "PosX" and "PosY" take theirs
+/// from the window.
 namespace tessaloom::CanvasKeys {
 
 // clang-format off

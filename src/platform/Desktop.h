@@ -16,7 +16,8 @@ public:
     /// Sounds the system beep.
     virtual void Beep() = 0;
 
-    /// The folder for this user's data of this program, made when missing; no trailing separator. "" without one.
+    /// The folder for this user's data of this program, made when missing; no trailing separator. "" without
+    /// one.
     virtual std::string UserDataFolder() const = 0;
 
     /// Claims `folder` for this process until it ends; false when another instance holds it.

@@ -30,7 +30,8 @@ public:
 
     /// Shows `text` under `title` and waits for a button. Without a person the safe answer comes at once:
     /// Ok, No for Yes/No, Cancel where that is offered.
-    virtual Answer MessageBox(std::string_view text, std::string_view title, Buttons buttons = Buttons::Ok) = 0;
+    virtual Answer MessageBox(std::string_view text, std::string_view title,
+                              Buttons buttons = Buttons::Ok) = 0;
 
     /// The text that was typed; nothing when the box was cancelled, and without a person.
     virtual std::optional<std::string> InputBox(std::string_view prompt, std::string_view title,

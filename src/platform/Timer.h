@@ -4,7 +4,8 @@
 
 namespace tessaloom {
 
-/// A repeating timer of the program's one thread. A tick is never re-entered, and missed ticks are not made up.
+/// A repeating timer of the program's one thread. A tick is never re-entered, and missed ticks are not made
+/// up.
 class Timer {
 public:
     virtual ~Timer() = default;
