@@ -34,6 +34,14 @@ int RunsWithin(TimedActivity& activity, FakeTime& time, int seconds) {
     return runs;
 }
 
+TEST(TimedActivity, LeavesNeverAtTheNextQuestion) {
+    FakeTime time(FakeTime::FirstDay + 12 * Minute);
+    TimedActivity activity = FiveMinutes(time);
+    activity.SetNextTimeTo(modTime::Never);
+    activity.SetNextTime(time.Now());
+    EXPECT_NEAR(activity.NextTime(), FakeTime::FirstDay + 15 * Minute, Close);
+}
+
 TEST(TimedActivity, ComputesItsNextTimeWhenThatHasCome) {
     FakeTime time(FakeTime::FirstDay + 10 * Minute);
     TimedActivity activity({0, 86400}, {0, 86400});
