@@ -22,6 +22,7 @@ struct Room {
 // The longest matching folder names a file's room.
 constexpr Room Rooms[] = {
     {"app",              100},
+    {"vbrun",            100},
     {"ui",               90 },
     {"script/objects",   80 },
     {"core/main",        70 },
@@ -69,7 +70,7 @@ std::string Objection(const std::string& from, const std::string& to) {
     const Room* toRoom = RoomOf(to);
     if (!fromRoom) return "the file lies in no known folder";
     if (!toRoom) return "the included file lies in no known folder";
-    if (fromRoom->folder == "app") return "";
+    if (fromRoom->folder == "app" || fromRoom->folder == "vbrun") return "";
     if (toImplementation)
         return fromImplementation == toImplementation ? "" : "only app/ names implementations";
     if (fromRoom->folder == "vbscript" && toRoom->folder == "core")
