@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tessaloom {
 
@@ -28,8 +29,28 @@ struct TransferLimits {
     int redirects = 5;
 };
 
-/// One GET at a time, over http or https, that goes on while the program does. Made by a `UrlTransfers`,
-/// which outlives it. Destroying it ends a transfer under way.
+/// A request in full.
+struct UrlRequest {
+    std::string method = "GET";        ///< Letters, as the protocol has them.
+    std::string address;               ///< It may hold a user name and password.
+    std::string user, password;        ///< In place of those in the address; both empty: of the address.
+    std::vector<std::string> headers;  ///< "Name: value", without line breaks.
+    std::string body;                  ///< Sent with any method but GET and HEAD.
+
+    int connectMilliseconds = 0;  ///< 0: as the limits say; so below.
+    int totalMilliseconds = 0;
+    bool trustAnyServer = false;  ///< Certificates are not looked at.
+};
+
+/// What a server answered, whatever the status.
+struct UrlResponse {
+    int status = 0;  ///< 0: nothing came.
+    std::string statusText;
+    std::string headers;  ///< Lines that end in CR LF; of the last of several answers (redirects).
+};
+
+/// One GET, or another request, at a time, over http or https, that goes on while the program does. Made by a
+/// `UrlTransfers`, which outlives it. Destroying it ends a transfer under way.
 class UrlTransfer {
 public:
     using StateChanged = std::function<void(TransferState)>;
@@ -43,6 +64,13 @@ public:
     /// Asks for `address`, which may hold a user name and password; a transfer under way is cancelled first.
     /// An address that cannot be used fails as an unreachable one does.
     virtual void Get(std::string_view address) = 0;
+
+    /// The same for any request. Here every answer completes, also one with the status of an error. A request
+    /// that no line of its head may carry fails like an address that cannot be used.
+    virtual void Send(const UrlRequest& request) = 0;
+
+    /// Of the last transfer, as far as it has come.
+    virtual const UrlResponse& Response() const = 0;
 
     /// Ends the transfer, if any, and drops what has arrived. Nobody is told.
     virtual void Cancel() = 0;
@@ -73,6 +101,9 @@ public:
     /// Takes in what has arrived, sends what can be sent and tells the listeners. Never waits; costs nothing
     /// while no transfer is under way.
     virtual void Poll() = 0;
+
+    /// Sleeps until there is something for `Poll` to do, so long at most.
+    virtual void Wait(int milliseconds) = 0;
 };
 
 }  // namespace tessaloom

@@ -15,6 +15,7 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using ::testing::Not;
 using Connection = LocalHttpServer::Connection;
 using State = TransferState;
 
@@ -263,6 +264,36 @@ TEST_F(CurlTransfersTest, TrustNoUnknownCertificate) {
     PollUntil(trusting, [&] { return !trusted->StillExecuting(); });
     EXPECT_EQ(trusted->Failure(), "");
     EXPECT_EQ(BodyOf(*trusted), "secret");
+}
+
+TEST_F(CurlTransfersTest, SendsWholeRequestsAndTakesAnyAnswer) {
+    std::string request;
+    server.On("/form", [&](Connection& to) {
+        request = to.Request();
+        to.Send(LocalHttpServer::Whole("409 Not Now", "why", "X-One: 1\r\n"));
+    });
+    UrlRequest post;
+    post.method = "POST";
+    post.address = server.Address("/form");
+    post.user = "me";
+    post.headers = {"X-Own: yes", "X-Empty:"};
+    post.body = std::string("a\0b", 3);
+    transfer->Send(post);
+    Finish(*transfer);
+    EXPECT_EQ(transfer->State(), State::ResponseCompleted);
+    EXPECT_EQ(transfer->Response().status, 409);
+    EXPECT_EQ(transfer->Response().statusText, "Not Now");
+    EXPECT_THAT(transfer->Response().headers, HasSubstr("X-One: 1\r\n"));
+    EXPECT_EQ(BodyOf(*transfer), "why");
+    EXPECT_TRUE(request.starts_with("POST /form "));
+    EXPECT_TRUE(request.ends_with(post.body));
+    for (const char* line : {"X-Own: yes\r\n", "X-Empty:\r\n"}) EXPECT_THAT(request, HasSubstr(line));
+    EXPECT_THAT(request, Not(HasSubstr("Content-Type")));
+
+    post.headers = {"X-Own: yes\r\nX-Smuggled: 1"};
+    transfer->Send(post);
+    Finish(*transfer);
+    EXPECT_EQ(transfer->State(), State::Failed);
 }
 
 }  // namespace

@@ -28,6 +28,7 @@ public:
 
     void SetLimits(const TransferLimits& allowed) override { limits = allowed; }
     std::unique_ptr<UrlTransfer> MakeTransfer() override { return std::make_unique<Transfer>(*this); }
+    void Wait(int) override {}
     void Poll() override {
         for (const Response& response : std::exchange(answers_, {})) {
             const auto transfers = transfers_;
@@ -56,6 +57,8 @@ private:
             state_ = TransferState::Requesting;
             owner_.requests.emplace_back(address);
         }
+        void Send(const UrlRequest& request) override { Get(request.address); }
+        const UrlResponse& Response() const override { return head_; }
         void Cancel() override {
             if (StillExecuting()) ++owner_.cancelled;
             state_ = TransferState::Idle;
@@ -84,6 +87,7 @@ private:
         FakeUrlTransfers& owner_;
         StateChanged listener_;
         Response response_;
+        UrlResponse head_;
         TransferState state_ = TransferState::Idle;
     };
 

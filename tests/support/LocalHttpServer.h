@@ -29,6 +29,7 @@ public:
     public:
         Connection(int handle, std::string request) : handle_(handle), request_(std::move(request)) {}
 
+        /// Its head and its body.
         const std::string& Request() const { return request_; }
 
         /// False when the other side is gone.
@@ -122,6 +123,8 @@ private:
         std::string request;
         char byte = 0;
         while (!request.ends_with("\r\n\r\n") && ::recv(handle, &byte, 1, 0) == 1) request += byte;
+        for (std::size_t left = BodyBytes(request); left > 0 && ::recv(handle, &byte, 1, 0) == 1; --left)
+            request += byte;
         const std::size_t from = request.find(' ');
         if (from != std::string::npos) {
             ++requests_;
@@ -131,6 +134,12 @@ private:
             AnswerOf(path)(connection);
         }
         ::shutdown(handle, SHUT_RDWR);
+    }
+
+    static std::size_t BodyBytes(const std::string& head) {
+        constexpr std::string_view Name = "\r\nContent-Length: ";
+        const std::size_t at = head.find(Name);
+        return at == head.npos ? 0 : std::stoul(head.substr(at + Name.size()));
     }
 
     Answer AnswerOf(const std::string& path) {

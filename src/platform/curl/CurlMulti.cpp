@@ -77,6 +77,11 @@ void CurlMulti::Poll() {
     if (!untold_.empty()) TellListeners();
 }
 
+void CurlMulti::Wait(int milliseconds) {
+    if (running_ > 0 && heldUp_.empty() && untold_.empty())
+        curl_multi_poll(multi_, nullptr, 0, milliseconds, nullptr);
+}
+
 void CurlMulti::TakeCompletions() {
     int left = 0;
     while (const CURLMsg* message = curl_multi_info_read(multi_, &left)) {

@@ -21,6 +21,7 @@ public:
     CurlMulti& operator=(const CurlMulti&) = delete;
 
     void Poll();
+    void Wait(int milliseconds);
 
     /// Sets `transfer` going by its handle; false when that cannot be.
     bool Start(CurlTransfer& transfer, CURL* handle);

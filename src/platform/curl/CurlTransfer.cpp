@@ -1,8 +1,11 @@
 #include "platform/curl/CurlTransfer.h"
 
+#include <algorithm>
+#include <charconv>
 #include <new>
 #include <utility>
 
+#include "platform/TextEncoding.h"
 #include "platform/curl/BrokenPipeGuard.h"
 #include "platform/curl/CurlMulti.h"
 
@@ -43,6 +46,38 @@ std::string UsableAddress(std::string_view written) {
     return usable;
 }
 
+bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
+
+bool HoldsControls(std::string_view text) {
+    return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < ' ' && c != '\t'; });
+}
+
+/// A line break would begin another line of the head, a NUL would end the text for the library.
+bool FitForHead(const UrlRequest& request, const std::string& address) {
+    return address.find('\0') == address.npos && !request.method.empty() &&
+           std::ranges::all_of(request.method, IsLetter) && !HoldsControls(request.user) &&
+           !HoldsControls(request.password) && std::ranges::none_of(request.headers, HoldsControls);
+}
+
+/// The library leaves a header out that has no value, and sends it empty where a semicolon ends its name.
+std::string HeaderLine(const std::string& header) {
+    const std::size_t colon = header.find(':');
+    const bool empty = colon == header.npos || WithoutBlanks(header.substr(colon + 1)).empty();
+    return empty ? header.substr(0, colon) + ";" : header;
+}
+
+curl_slist* HeaderList(const UrlRequest& request) {
+    curl_slist* list = nullptr;
+    const auto add = [&](const std::string& line) {
+        if (curl_slist* longer = curl_slist_append(list, line.c_str())) list = longer;
+    };
+    // The library's own: to wait for leave to send a long body, and to call any body a form.
+    add("Expect:");
+    add("Content-Type:");
+    for (const std::string& header : request.headers) add(HeaderLine(header));
+    return list;
+}
+
 std::string Megabytes(std::size_t bytes) { return std::to_string(bytes >> 20) + " MB"; }
 
 }  // namespace
@@ -50,12 +85,21 @@ std::string Megabytes(std::size_t bytes) { return std::to_string(bytes >> 20) + 
 CurlTransfer::~CurlTransfer() { Cancel(); }
 
 void CurlTransfer::Get(std::string_view address) {
+    UrlRequest request;
+    request.address = address;
+    Begin(request, true);
+}
+
+void CurlTransfer::Send(const UrlRequest& request) { Begin(request, false); }
+
+void CurlTransfer::Begin(const UrlRequest& request, bool failOnErrorStatus) {
     Cancel();
     limits_ = multi_.limits;
-    const std::string usable = UsableAddress(address);
-    // The text would end there for the library, and mean another address.
-    const bool cut = usable.find('\0') != std::string::npos;
-    if (usable.empty() || cut || !Prepare(usable) || !multi_.Start(*this, handle_)) {
+    if (request.connectMilliseconds > 0) limits_.connectMilliseconds = request.connectMilliseconds;
+    if (request.totalMilliseconds > 0) limits_.totalMilliseconds = request.totalMilliseconds;
+    const std::string usable = UsableAddress(request.address);
+    if (usable.empty() || !FitForHead(request, usable) || !Prepare(request, usable, failOnErrorStatus) ||
+        !multi_.Start(*this, handle_)) {
         if (handle_) curl_easy_cleanup(std::exchange(handle_, nullptr));
         return Fail("the address cannot be used");
     }
@@ -70,6 +114,7 @@ void CurlTransfer::Cancel() {
     }
     DropBody();
     headerBytes_ = 0;
+    response_ = {};
     failure_.clear();
     excess_.clear();
     state_ = TransferState::Idle;
@@ -82,7 +127,7 @@ std::string CurlTransfer::GetChunk(std::size_t bytes) {
     return chunk;
 }
 
-bool CurlTransfer::Prepare(const std::string& address) {
+bool CurlTransfer::Prepare(const UrlRequest& request, const std::string& address, bool failOnErrorStatus) {
     handle_ = curl_easy_init();
     if (!handle_) return false;
     bool accepted = true;
@@ -97,7 +142,7 @@ bool CurlTransfer::Prepare(const std::string& address) {
     set(CURLOPT_MAXREDIRS, long{limits_.redirects});
     // A camera that can do better is not sent the password itself.
     set(CURLOPT_HTTPAUTH, CURLAUTH_BASIC | CURLAUTH_DIGEST);
-    set(CURLOPT_FAILONERROR, 1L);
+    set(CURLOPT_FAILONERROR, long{failOnErrorStatus});
     set(CURLOPT_USERAGENT, "Tessaloom");
     set(CURLOPT_PROXY, "");
     set(CURLOPT_NOSIGNAL, 1L);
@@ -108,6 +153,27 @@ bool CurlTransfer::Prepare(const std::string& address) {
     set(CURLOPT_LOW_SPEED_LIMIT, long{limits_.stalledBytesPerSecond});
     set(CURLOPT_LOW_SPEED_TIME, long{limits_.stalledSeconds});
     set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(limits_.bytes));
+    if (!request.user.empty() || !request.password.empty()) {
+        set(CURLOPT_USERNAME, request.user.c_str());
+        set(CURLOPT_PASSWORD, request.password.c_str());
+    }
+    if (request.method == "HEAD") {
+        set(CURLOPT_NOBODY, 1L);
+    } else if (request.method != "GET") {
+        sentBody_ = request.body;
+        set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(sentBody_.size()));
+        set(CURLOPT_POSTFIELDS, sentBody_.c_str());
+        // With POST the library turns the method of a redirect into GET, as browsers do.
+        if (request.method != "POST") set(CURLOPT_CUSTOMREQUEST, request.method.c_str());
+    }
+    if (!request.headers.empty() || request.method != "GET") {
+        sentHeaders_.reset(HeaderList(request));
+        set(CURLOPT_HTTPHEADER, sentHeaders_.get());
+    }
+    if (request.trustAnyServer) {
+        set(CURLOPT_SSL_VERIFYPEER, 0L);
+        set(CURLOPT_SSL_VERIFYHOST, 0L);
+    }
     if (!multi_.CertificateFile().empty()) set(CURLOPT_CAINFO, multi_.CertificateFile().c_str());
     set(CURLOPT_HEADERFUNCTION, &CurlTransfer::TakeHeader);
     set(CURLOPT_HEADERDATA, static_cast<void*>(this));
@@ -116,12 +182,34 @@ bool CurlTransfer::Prepare(const std::string& address) {
     return accepted;
 }
 
-std::size_t CurlTransfer::TakeHeader(char*, std::size_t size, std::size_t count, void* self) {
+std::size_t CurlTransfer::TakeHeader(char* data, std::size_t size, std::size_t count, void* self) {
     auto& transfer = *static_cast<CurlTransfer*>(self);
     transfer.headerBytes_ += size * count;
-    if (transfer.headerBytes_ <= LargestHeader) return size * count;
+    if (transfer.headerBytes_ <= LargestHeader && transfer.TakeHeaderLine({data, size * count}))
+        return size * count;
     transfer.excess_ = "the head of the response has no end";
     return 0;
+}
+
+/// False without memory for it. A status line begins another answer.
+bool CurlTransfer::TakeHeaderLine(std::string_view line) {
+    try {
+        const std::string_view text = WithoutBlanks(line);
+        if (line.starts_with("HTTP/")) {
+            response_ = {};
+            const std::size_t status = text.find(' ');
+            if (status == text.npos) return true;
+            const std::string_view answer = text.substr(status + 1);
+            std::from_chars(answer.data(), answer.data() + answer.size(), response_.status);
+            const std::size_t words = answer.find(' ');
+            if (words != answer.npos) response_.statusText = ToUtf8(answer.substr(words + 1));
+        } else if (!text.empty()) {
+            response_.headers.append(ToUtf8(text)).append("\r\n");
+        }
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
 }
 
 /// A count other than the one given, or the one that means a pause, breaks the transfer off. What a server
@@ -197,6 +285,8 @@ void CurlTransfer::Release() {
     multi_.Remove(*this, handle_);
     const BrokenPipeGuard guard;
     curl_easy_cleanup(std::exchange(handle_, nullptr));
+    sentHeaders_.reset();
+    sentBody_ = {};
 }
 
 void CurlTransfer::DropBody() {

@@ -3,6 +3,7 @@
 #include <curl/curl.h>
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -24,6 +25,8 @@ public:
 
     void OnStateChanged(StateChanged listener) override { listener_ = std::move(listener); }
     void Get(std::string_view address) override;
+    void Send(const UrlRequest& request) override;
+    const UrlResponse& Response() const override { return response_; }
     void Cancel() override;
     TransferState State() const override { return state_; }
     std::string GetChunk(std::size_t bytes) override;
@@ -44,7 +47,13 @@ private:
     static std::size_t TakeHeader(char* data, std::size_t size, std::size_t count, void* self);
     static std::size_t TakeBody(char* data, std::size_t size, std::size_t count, void* self);
 
-    bool Prepare(const std::string& address);
+    struct FreeList {
+        void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+    };
+
+    void Begin(const UrlRequest& request, bool failOnErrorStatus);
+    bool Prepare(const UrlRequest& request, const std::string& address, bool failOnErrorStatus);
+    bool TakeHeaderLine(std::string_view line);
     void Enter(TransferState state);
     void Fail(std::string reason);
     void Release();
@@ -58,6 +67,9 @@ private:
     std::string failure_;
     std::string excess_;  ///< Why this side broke the transfer off.
     ResponseBody body_;
+    UrlResponse response_;
+    std::string sentBody_;  ///< While it is on the way.
+    std::unique_ptr<curl_slist, FreeList> sentHeaders_;
     std::size_t headerBytes_ = 0;  ///< Over all redirects.
     TransferLimits limits_;
 };

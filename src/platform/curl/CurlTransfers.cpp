@@ -18,4 +18,6 @@ std::unique_ptr<UrlTransfer> CurlTransfers::MakeTransfer() { return std::make_un
 
 void CurlTransfers::Poll() { multi_->Poll(); }
 
+void CurlTransfers::Wait(int milliseconds) { multi_->Wait(milliseconds); }
+
 }  // namespace tessaloom

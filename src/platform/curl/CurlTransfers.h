@@ -24,6 +24,7 @@ public:
     void SetLimits(const TransferLimits& limits) override;
     std::unique_ptr<UrlTransfer> MakeTransfer() override;
     void Poll() override;
+    void Wait(int milliseconds) override;
 
 private:
     std::unique_ptr<CurlMulti> multi_;
