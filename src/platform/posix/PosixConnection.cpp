@@ -1,0 +1,182 @@
+#include "platform/posix/PosixConnection.h"
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <netinet/tcp.h>
+#include <sys/epoll.h>
+#include <sys/socket.h>
+#include <sys/uio.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+namespace tessaloom {
+
+namespace {
+
+constexpr std::size_t ReadAtOnce = 4096;
+
+/// What a client may go on sending to a connection that closes before it is cut off.
+constexpr std::size_t DrainedAtMost = std::size_t{256} << 10;
+
+std::string PeerAddress(int socket) {
+    sockaddr_storage peer{};
+    socklen_t size = sizeof peer;
+    if (::getpeername(socket, reinterpret_cast<sockaddr*>(&peer), &size) != 0) return {};
+    std::array<char, INET6_ADDRSTRLEN> text{};
+    const void* address = &reinterpret_cast<const sockaddr_in*>(&peer)->sin_addr;
+    int family = peer.ss_family;
+    if (family == AF_INET6) {
+        const in6_addr& six = reinterpret_cast<const sockaddr_in6*>(&peer)->sin6_addr;
+        address = &six;
+        if (IN6_IS_ADDR_V4MAPPED(&six)) {
+            address = six.s6_addr + 12;
+            family = AF_INET;
+        }
+    }
+    const char* const written = ::inet_ntop(family, address, text.data(), text.size());
+    return written ? written : "";
+}
+
+/// The other side, or the way to it, is gone: nothing that anybody here could have done better.
+bool IsFarewell(int error) {
+    constexpr std::array Farewells{ECONNRESET, EPIPE, ETIMEDOUT, EHOSTUNREACH, ENETUNREACH, ECONNABORTED};
+    return std::ranges::find(Farewells, error) != Farewells.end();
+}
+
+bool IsForLater(int error) { return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; }
+
+iovec Part(const std::string& bytes, std::size_t from) {
+    return {const_cast<char*>(bytes.data()) + from, bytes.size() - from};
+}
+
+}  // namespace
+
+bool PosixConnection::Accept(int requestID) {
+    Close();
+    Descriptor& offered = sockets_.Offered();
+    if (!offered || offered.Number() != requestID) return false;
+    token_ = sockets_.Poll().Add(requestID, EPOLLIN, *this);
+    if (token_ == 0) return false;
+    watched_ = EPOLLIN;
+    socket_ = std::exchange(offered, Descriptor());
+    const int yes = 1;
+    ::setsockopt(socket_.Number(), IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
+    remoteHostIP_ = PeerAddress(socket_.Number());
+    bytesMoved_ = 0;
+    drained_ = 0;
+    failure_ = 0;
+    closing_ = draining_ = false;
+    return true;
+}
+
+void PosixConnection::Close() {
+    if (token_ != 0) sockets_.Poll().Remove(token_, socket_.Number());
+    token_ = 0;
+    socket_ = Descriptor();
+    head_.clear();
+    body_.reset();
+    sent_ = 0;
+}
+
+bool PosixConnection::Send(std::string head, SharedBytes body) {
+    if (!socket_) return true;
+    head_ = std::move(head);
+    body_ = std::move(body);
+    sent_ = 0;
+    if (Flush()) return true;
+    Watch(EPOLLOUT);
+    return false;
+}
+
+void PosixConnection::NotifySent() { Watch(EPOLLOUT); }
+
+void PosixConnection::CloseWhenSent() {
+    closing_ = true;
+    if (socket_ && head_.empty()) BeginDraining();
+}
+
+/// Closing with unread bytes would make the system throw away what is still on its way to the other side.
+void PosixConnection::BeginDraining() {
+    ::shutdown(socket_.Number(), SHUT_WR);
+    draining_ = true;
+    Watch(EPOLLIN);
+}
+
+void PosixConnection::Ready(std::uint32_t) {
+    if (draining_) return Drain();
+    if (watched_ == EPOLLOUT) return GoOn();
+    Receive();
+}
+
+// In what follows nothing of this object may be touched behind a call of the events' receiver, who may have
+// closed it, or used it anew.
+
+void PosixConnection::Receive() {
+    std::array<char, ReadAtOnce> buffer;
+    const ssize_t got = ::recv(socket_.Number(), buffer.data(), buffer.size(), 0);
+    if (got < 0) return IsForLater(errno) ? void() : Fail(errno);
+    if (got == 0) return Fail(ECONNRESET);
+    bytesMoved_ += static_cast<std::uint64_t>(got);
+    events_.Socket_DataArrival({buffer.data(), static_cast<std::size_t>(got)});
+}
+
+void PosixConnection::Drain() {
+    std::array<char, ReadAtOnce> buffer;
+    const ssize_t got = ::recv(socket_.Number(), buffer.data(), buffer.size(), 0);
+    if (got < 0 && IsForLater(errno)) return;
+    drained_ += static_cast<std::size_t>(std::max<ssize_t>(got, 0));
+    if (got <= 0 || drained_ > DrainedAtMost) Fail(ECONNRESET);
+}
+
+void PosixConnection::GoOn() {
+    if (!Flush()) return failure_ != 0 ? Fail(failure_) : void();
+    if (closing_) return BeginDraining();
+    Watch(EPOLLIN);
+    events_.Socket_SendComplete();
+}
+
+/// True when everything has gone. A failure is left for the next event, which it brings about.
+bool PosixConnection::Flush() {
+    const std::size_t bodyBytes = body_ ? body_->size() : 0;
+    const std::size_t all = head_.size() + bodyBytes;
+    while (sent_ < all && failure_ == 0) {
+        std::array<iovec, 2> parts;
+        std::size_t count = 0;
+        if (sent_ < head_.size()) parts[count++] = Part(head_, sent_);
+        if (bodyBytes > 0) parts[count++] = Part(*body_, std::max(sent_, head_.size()) - head_.size());
+        msghdr message{};
+        message.msg_iov = parts.data();
+        message.msg_iovlen = count;
+        const ssize_t gone = ::sendmsg(socket_.Number(), &message, MSG_NOSIGNAL);
+        if (gone < 0) {
+            if (!IsForLater(errno)) failure_ = errno;
+            return false;
+        }
+        sent_ += static_cast<std::size_t>(gone);
+        bytesMoved_ += static_cast<std::uint64_t>(gone);
+    }
+    if (failure_ != 0) return false;
+    head_.clear();
+    body_.reset();
+    sent_ = 0;
+    return true;
+}
+
+void PosixConnection::Fail(int error) {
+    Close();
+    if (IsFarewell(error))
+        events_.Socket_Close();
+    else
+        events_.Socket_Error(std::generic_category().message(error));
+}
+
+void PosixConnection::Watch(std::uint32_t events) {
+    if (token_ == 0 || std::exchange(watched_, events) == events) return;
+    sockets_.Poll().Change(token_, socket_.Number(), events);
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+
+#include "platform/posix/PosixSockets.h"
+
+namespace tessaloom {
+
+/// One TCP connection, of bounded cost: it keeps one message (its head, and a reference to its body), reads
+/// only when that has gone, and only a little at a time.
+class PosixConnection final : public ConnectionSocket, private PollHandler {
+public:
+    PosixConnection(PosixSockets& sockets, ConnectionEvents& events) : sockets_(sockets), events_(events) {}
+    ~PosixConnection() override { Close(); }
+
+    bool Accept(int requestID) override;
+    bool Open() const override { return static_cast<bool>(socket_); }
+    const std::string& RemoteHostIP() const override { return remoteHostIP_; }
+    bool Send(std::string head, SharedBytes body) override;
+    void NotifySent() override;
+    void CloseWhenSent() override;
+    void Close() override;
+    std::uint64_t BytesMoved() const override { return bytesMoved_; }
+
+private:
+    void Ready(std::uint32_t) override;
+    void Receive();
+    void Drain();
+    void GoOn();
+    bool Flush();
+    void BeginDraining();
+    void Fail(int error);
+    void Watch(std::uint32_t events);
+
+    PosixSockets& sockets_;
+    ConnectionEvents& events_;
+    Descriptor socket_;
+    EventPoll::Token token_ = 0;
+    std::uint32_t watched_ = 0;  ///< EPOLLIN or EPOLLOUT.
+    std::string remoteHostIP_;
+    std::string head_;
+    SharedBytes body_;
+    std::size_t sent_ = 0;  ///< Bytes of head and body together.
+    std::uint64_t bytesMoved_ = 0;
+    std::size_t drained_ = 0;
+    int failure_ = 0;  ///< An errno that is still to be told.
+    bool closing_ = false;
+    bool draining_ = false;
+};
+
+}  // namespace tessaloom
