@@ -1,0 +1,109 @@
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "vbscript/Conversions.h"
+#include "vbscript/Error.h"
+#include "vbscript/Object.h"
+
+namespace tessaloom::vbscript {
+
+/// The arguments of one use of a member, with conversions that throw as the language has it.
+class Arguments {
+public:
+    Arguments(Context& context, CallKind kind, std::span<Value> values)
+        : context_(context), kind_(kind), values_(values) {}
+
+    Context& GetContext() const { return context_; }
+    CallKind Kind() const { return kind_; }
+    std::size_t Count() const { return values_.size(); }
+    Value& operator[](std::size_t index) const { return values_[index]; }
+
+    /// Given, and not left out between commas.
+    bool Has(std::size_t index) const { return index < values_.size() && !values_[index].IsMissing(); }
+
+    String Text(std::size_t index) const { return ToText(context_, values_[index]); }
+    int Long(std::size_t index) const { return ToLong(context_, values_[index]); }
+    double Double(std::size_t index) const { return ToDouble(context_, values_[index]); }
+    bool Boolean(std::size_t index) const { return ToBoolean(context_, values_[index]); }
+
+    /// @name Of optional arguments
+    /// @{
+    String TextOr(std::size_t index, std::u16string_view other) const {
+        return Has(index) ? Text(index) : String(other);
+    }
+    int LongOr(std::size_t index, int other) const { return Has(index) ? Long(index) : other; }
+    bool BooleanOr(std::size_t index, bool other) const { return Has(index) ? Boolean(index) : other; }
+    /// @}
+
+    /// What a Let or Set assigns.
+    Value& NewValue() const { return values_.back(); }
+
+private:
+    Context& context_;
+    CallKind kind_;
+    std::span<Value> values_;
+};
+
+enum class IsDefault : bool { No, Yes };
+
+/// One member of a class T. A method has `get` alone. The argument counts are those of `get`; an assignment
+/// has one more, the new value. A missing `let` or `set` makes it read-only (438); a `set` that takes
+/// objects only may be the same function as `let`.
+template <typename T>
+struct Member {
+    using Function = Value (*)(T& self, const Arguments& arguments);
+
+    std::u16string_view name;
+    int minArguments;
+    int maxArguments;
+    Function get;
+    Function let = nullptr;
+    Function set = nullptr;
+    IsDefault isDefault = IsDefault::No;
+};
+
+/// An object whose members are a table: `class RegExp : public TableObject<RegExp>` has
+///     static constexpr std::u16string_view Name = u"RegExp";
+///     static std::span<const Member<RegExp>> Members();
+template <typename T>
+class TableObject : public Object {
+public:
+    std::u16string_view TypeName() const override { return T::Name; }
+
+    int Find(std::u16string_view name) override {
+        const auto members = T::Members();
+        for (std::size_t i = 0; i < members.size(); ++i)
+            if (SameName(members[i].name, name)) return static_cast<int>(i) + 1;
+        return UnknownMember;
+    }
+
+    Value Invoke(Context& context, int member, CallKind kind, std::span<Value> values) override {
+        const Member<T>* const row = RowOf(member);
+        if (!row) Fail(ErrorCode::NoSuchMember);
+        const bool assigns = kind == CallKind::Let || kind == CallKind::Set;
+        const auto function = kind == CallKind::Let ? row->let : kind == CallKind::Set ? row->set : row->get;
+        if (!function) Fail(ErrorCode::NoSuchMember);
+        const int count = static_cast<int>(values.size()) - (assigns ? 1 : 0);
+        if (count < row->minArguments || count > row->maxArguments) Fail(ErrorCode::WrongArgumentCount);
+        return function(static_cast<T&>(*this), Arguments(context, kind, values));
+    }
+
+    /// The table's own address; unique to the class.
+    const void* Shape() const override { return T::Members().data(); }
+
+private:
+    static const Member<T>* RowOf(int member) {
+        const auto members = T::Members();
+        if (member > 0 && static_cast<std::size_t>(member) <= members.size())
+            return &members[static_cast<std::size_t>(member) - 1];
+        if (member != DefaultMember) return nullptr;
+        for (const auto& row : members)
+            if (row.isDefault == IsDefault::Yes) return &row;
+        return nullptr;
+    }
+};
+
+}  // namespace tessaloom::vbscript

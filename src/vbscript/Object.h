@@ -1,0 +1,67 @@
+#pragma once
+
+#include <memory>
+#include <span>
+#include <string_view>
+
+#include "vbscript/Value.h"
+
+namespace tessaloom::vbscript {
+
+struct Context;
+
+/// How a member is used.
+enum class CallKind : std::uint8_t {
+    Get,   ///< In an expression: a property's value or a method's result.
+    Call,  ///< As a statement; the result is dropped.
+    Let,   ///< Assigned to without Set.
+    Set,   ///< Assigned to with Set.
+};
+
+/// What For Each walks along.
+class Enumerator {
+public:
+    virtual ~Enumerator() = default;
+
+    /// Puts the next one into `item`; false (and `item` untouched) at the end.
+    virtual bool Next(Value& item) = 0;
+};
+
+/// Anything with members: script classes, the built-in objects, and those of the host.
+///
+/// Failures are thrown as RuntimeError. Held by counted references only.
+class Object : public Counted {
+public:
+    static constexpr int DefaultMember = 0;  ///< What `obj(1)` and `x = obj` mean.
+    static constexpr int UnknownMember = -1;
+
+    virtual std::u16string_view TypeName() const = 0;
+
+    /// The number of a member, whatever the case of `name`; `UnknownMember` when there is none.
+    virtual int Find(std::u16string_view name) = 0;
+
+    /// Uses a member. With Let and Set the new value comes last. No argument is a reference; what is written
+    /// to one reaches the caller's variable where it was passed by reference. An object without a default
+    /// member throws 438 for it.
+    virtual Value Invoke(Context& context, int member, CallKind kind, std::span<Value> arguments) = 0;
+
+    /// Objects with the same shape have the same members under the same numbers, so that a call site may
+    /// remember a number along with it. Null: nothing may be remembered.
+    virtual const void* Shape() const { return nullptr; }
+
+    /// Null when it is no collection (error 451).
+    virtual std::unique_ptr<Enumerator> Enumerate(Context&) { return nullptr; }
+};
+
+inline Object* Value::AsObject() const { return counted_ ? static_cast<Object*>(shared_) : nullptr; }
+
+inline Value Value::OfObject(Object* object) {
+    Value result = Nothing();
+    if (!object) return result;
+    result.shared_ = object;
+    result.counted_ = true;
+    object->Retain();
+    return result;
+}
+
+}  // namespace tessaloom::vbscript

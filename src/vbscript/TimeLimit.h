@@ -1,0 +1,39 @@
+#pragma once
+
+#include "vbscript/Host.h"
+
+namespace tessaloom::vbscript {
+
+/// How long a script may still run, by the host's steady clock.
+class TimeLimit {
+public:
+    explicit TimeLimit(Host& host) : host_(host) {}
+
+    /// From now on; 0 or less: without end.
+    void Start(double seconds) {
+        limited_ = seconds > 0;
+        end_ = limited_ ? host_.SteadySeconds() + seconds : 0;
+    }
+
+    bool IsOver() const { return limited_ && host_.SteadySeconds() >= end_; }
+
+    /// The time during its life does not count: a box waits for the user.
+    class Pause {
+    public:
+        explicit Pause(TimeLimit& limit) : limit_(limit), began_(limit.host_.SteadySeconds()) {}
+        ~Pause() { limit_.end_ += limit_.host_.SteadySeconds() - began_; }
+        Pause(const Pause&) = delete;
+        Pause& operator=(const Pause&) = delete;
+
+    private:
+        TimeLimit& limit_;
+        double began_;
+    };
+
+private:
+    Host& host_;
+    bool limited_ = false;
+    double end_ = 0;
+};
+
+}  // namespace tessaloom::vbscript
