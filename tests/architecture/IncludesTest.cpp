@@ -45,6 +45,7 @@ constexpr Room Rooms[] = {
 constexpr std::string_view Implementations[] = {
     "platform/qt",      "platform/text", "platform/jpeg",   "platform/posix",
     "platform/profile", "platform/curl", "platform/ffmpeg", "platform/v4l2",
+    "platform/capture",
 };
 
 bool Within(std::string_view path, std::string_view folder) {
