@@ -13,7 +13,10 @@ Services::Services(std::function<void()> quit)
       locale_(QtUserLocale()),
       mainWindow_(std::move(quit)),
       platform_{fileSystem_, profile_, locale_,  systemTime_, fonts_, pictureLoader_,
-                jpegCodec_,  dialogs_, desktop_, mainWindow_, timer_, urlTransfers_} {
+                jpegCodec_,  dialogs_, desktop_, mainWindow_, timer_, urlTransfers_,
+                sockets_},
+      socketNotifier_(sockets_.Number(), QSocketNotifier::Read) {
+    QObject::connect(&socketNotifier_, &QSocketNotifier::activated, [this] { sockets_.Dispatch(); });
     modTime::UseSystemTime(systemTime_);
 }
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QSocketNotifier>
+
 #include "app/HeadlessDialogs.h"
 #include "app/HeadlessMainWindow.h"
 #include "platform/Platform.h"
@@ -8,6 +10,7 @@
 #include "platform/jpeg/TurboJpegCodec.h"
 #include "platform/posix/HeadlessDesktop.h"
 #include "platform/posix/PosixFileSystem.h"
+#include "platform/posix/PosixSockets.h"
 #include "platform/profile/ProfileFiles.h"
 #include "platform/qt/QtPictureLoader.h"
 #include "platform/qt/QtSystemTime.h"
@@ -40,7 +43,9 @@ private:
     HeadlessMainWindow mainWindow_;
     QtTimer timer_;
     CurlTransfers urlTransfers_;
+    PosixSockets sockets_;
     Platform platform_;
+    QSocketNotifier socketNotifier_;
 };
 
 }  // namespace tessaloom

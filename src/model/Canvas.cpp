@@ -77,6 +77,7 @@ void Canvas::MakeParts() {
     videoStreaming_ = std::make_unique<tessaloom::VideoStreaming>(*this, *this);
     CanvasWebServer& page = videoStreaming_->CanvasWebServer();
     page.SetCanvasIndex(slot_);
+    page.SetPicture(picture_, platform.jpegCodec);
     page.SetFileName(PortfolioFile::CanvasSection(slot_) + ".jpg");  // as in a file without this key
     for (Schedule* schedule :
          {&saves_->FixedSchedule(), &saves_->SequentialSchedule(), &saves_->BackgroundSchedule(),

@@ -8,6 +8,7 @@
 #include "model/Canvas.h"
 #include "model/DocumentReader.h"
 #include "model/PortfolioFile.h"
+#include "model/PublishedCanvases.h"
 #include "platform/FileSystem.h"
 #include "platform/Platform.h"
 #include "platform/PrivateProfile.h"
@@ -39,7 +40,10 @@ Portfolio::Portfolio(Platform& platform)
     faultHandler_ = [](const DocumentFault& fault) { Log(LogLevel::Warning, fault.Text()); };
     script_ = std::make_unique<tessaloom::Script>(*this, *this, platform.fileSystem);
     vws_ = std::make_unique<tessaloom::VWS>(*this, *this, platform.fileSystem);
-    webServer_ = std::make_unique<tessaloom::WebServer>(*this);
+    webHost_ = std::make_unique<PublishedCanvases>(*this);
+    webServer_ = std::make_unique<tessaloom::WebServer>(
+        *this, *webHost_,
+        tessaloom::WebServer::Tools{platform.sockets, platform.fileSystem, platform.dialogs});
     for (int feed = 0; feed < MaxFeed; ++feed) {
         feeds_[Index(feed)] = std::make_unique<tessaloom::VideoFeed>(*this);
         feeds_[Index(feed)]->MotionDetect().SetFeedNumber(feed);
@@ -161,6 +165,7 @@ void Portfolio::UpdateOtherPost() {
     Trap({Module, "UpdateOtherPost"}, [&] {
         ForOpenCanvases([](auto& canvas) { canvas.DoSaves(); });
         ForOpenCanvases([](auto& canvas) { canvas.VideoStreaming().Refresh(); });
+        webServer_->Refresh(captureTime_);
     });
 }
 
@@ -234,6 +239,7 @@ void Portfolio::RestartTimes() {
     for (int slot = 1; slot <= MaxCanvas; ++slot) Canvas(slot).RestartTimes();
     script_->RestartTime();
     vws_->RestartTiming();
+    webServer_->RestartTimes(captureTime_);
     for (const auto& feed : feeds_) feed->SetNextTime(captureTime_);
     for (const auto& device : inputDevices_) device->SetNextTime(captureTime_);
 }

@@ -23,6 +23,7 @@ class InputDevice;
 class Script;
 class VideoFeed;
 class VWS;
+class WebHost;
 class WebServer;
 struct Platform;
 
@@ -179,6 +180,7 @@ private:
     std::array<std::string, MaxCanvas + 1> unloadedNames_;  ///< Files of slots that were left out.
     std::array<std::unique_ptr<tessaloom::VideoFeed>, MaxFeed> feeds_;
     std::vector<std::unique_ptr<InputDevice>> inputDevices_;
+    std::unique_ptr<WebHost> webHost_;
     std::unique_ptr<tessaloom::WebServer> webServer_;
     std::unique_ptr<tessaloom::VWS> vws_;
     std::unique_ptr<tessaloom::Script> script_;

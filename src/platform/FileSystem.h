@@ -53,6 +53,10 @@ public:
     /// nothing lies yet are compared as texts.
     bool SameFile(std::string_view one, std::string_view other) const;
 
+    /// Whether the file or folder at `path`, all links followed, lies in `folder` (or below). Where there are
+    /// no links the spelling alone decides, which the caller has to judge.
+    virtual bool LiesWithin(std::string_view folder, std::string_view path) const;
+
     /// The whole file; nothing when it cannot be read or holds more than `limit` bytes.
     virtual std::optional<std::string> ReadFile(std::string_view path, std::size_t limit = DefaultLimit) = 0;
 

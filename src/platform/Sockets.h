@@ -60,8 +60,8 @@ public:
     /// Closes at once and drops what is kept. No event follows.
     virtual void Close() = 0;
 
-    /// Bytes sent and received since `Accept`: tells a slow connection from a silent one.
-    virtual std::uint64_t BytesMoved() const = 0;
+    /// Bytes sent since `Accept`: tells a slow reader from a silent one.
+    virtual std::uint64_t BytesSent() const = 0;
 };
 
 /// Who is offered connections.

@@ -1,20 +1,33 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "core/SettingsOwner.h"
 #include "core/Store.h"
+#include "imaging/JpegEncoder.h"
+#include "platform/Sockets.h"
 #include "time/Schedule.h"
 
 namespace tessaloom {
 
-/// How one canvas appears in the built-in web server: its settings and the age of its picture there.
+class DIB;
+class JpegCodec;
+
+/// How one canvas appears in the built-in web server: its settings and the picture that is served.
 ///
-/// Owned by the canvas's `VideoStreaming`. It holds no JPEG of the canvas, so `LastModified` stays 0.
+/// Owned by the canvas's `VideoStreaming`.
 class CanvasWebServer {
 public:
     explicit CanvasWebServer(SettingsOwner& owner) : owner_(owner), schedule_(&owner) {}
+
+    /// What is encoded, and by what; both outlive this object. Without a picture `JPEGData` is empty.
+    void SetPicture(const DIB& picture, JpegCodec& codec);
+
+    /// The canvas as a JPEG file: the bytes in hand while they are no older than `Interval`, else encoded
+    /// now. Empty, never null, when that failed.
+    SharedBytes JPEGData();
 
     bool Enabled() const { return enabled_; }
     void SetEnabled(bool enabled) { Set(enabled_, enabled); }
@@ -56,6 +69,9 @@ private:
 
     SettingsOwner& owner_;
     tessaloom::Schedule schedule_;
+    const DIB* picture_ = nullptr;
+    std::unique_ptr<JpegEncoder> encoder_;
+    SharedBytes jpeg_;  ///< Of `LastModified`.
     std::string fileName_;
     std::string offScheduleFile_ = "offair.jpg";
     double interval_ = 0;

@@ -1,26 +1,61 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/SettingsOwner.h"
 #include "core/Store.h"
+#include "platform/Sockets.h"
+#include "publish/WebFiles.h"
 
 namespace tessaloom {
 
-/// The settings of the portfolio's built-in web server. Nothing listens: switching it on only stores the
-/// wish.
+class Dialogs;
+class WebConnection;
+class WebHost;
+
+/// The portfolio's built-in web server: the pictures of published canvases and, where that is allowed, the
+/// files of a folder. Answers come between two ticks.
 ///
 /// A new server has port 18080; a portfolio file without a port means 80. The two are kept apart.
-class WebServer {
+class WebServer final : public ListenerEvents {
 public:
-    explicit WebServer(SettingsOwner& owner) : owner_(owner) {}
+    /// What the server works with. All of it outlives this object.
+    struct Tools {
+        Sockets& sockets;
+        FileSystem& files;
+        Dialogs& dialogs;
+    };
 
-    /// The server is to run.
+    /// Connections that are served at a time.
+    static constexpr int PoolSize = 128;
+
+    /// When none is free, a new client takes the place of one that was silent for longer than this.
+    static constexpr double TakeoverSeconds = 5;
+
+    /// `owner` is told of changed settings.
+    WebServer(SettingsOwner& owner, WebHost& host, Tools tools);
+    ~WebServer();
+    WebServer(const WebServer&) = delete;
+    WebServer& operator=(const WebServer&) = delete;
+
+    /// Gives the connection to the first free place, or to the first idle one; else it is refused.
+    void Socket_ConnectionRequest(int requestID) override;
+
+    /// To be called on every tick, with its moment: closes idle connections.
+    void Refresh(double now);
+
+    /// Begins all idle times anew, after the clock was set back.
+    void RestartTimes(double now);
+
+    /// The server listens. Switching on a server that cannot listen shows why and leaves it switched off;
+    /// switching off closes all connections at once.
     bool Enabled() const { return enabled_; }
-    void SetEnabled(bool enabled) { Set(enabled_, enabled); }
+    void SetEnabled(bool enabled);
 
-    /// The listening port, 1 .. 65535.
+    /// The listening port, 1 .. 65535. A change takes effect when the server is switched on the next time.
     int Port() const { return port_; }
     void SetPort(int port) { Set(port_, Clamped(port, {1, 65535})); }
 
@@ -33,15 +68,27 @@ public:
     void SetAllowNonCanvasServes(bool allow) { Set(allowNonCanvasServes_, allow); }
 
     /// Switches off as the portfolio goes, which is no change of a setting.
-    void UnloadClass() { enabled_ = false; }
+    void UnloadClass();
+
+    /// Places of the pool that have a connection.
+    int Connections() const;
 
 private:
     template <typename T>
     void Set(T& field, std::type_identity_t<T> value) {
         if (Store(field, std::move(value))) owner_.SettingChanged();
     }
+    bool Start();
+    void Stop();
+    WebConnection* Place();
 
     SettingsOwner& owner_;
+    WebHost& host_;
+    Tools tools_;
+    WebFiles webFiles_;
+    std::unique_ptr<ListenerSocket> listener_;
+    std::vector<std::unique_ptr<WebConnection>> pool_;  ///< Empty until the server is first switched on.
+    double nextLook_ = 0;                               ///< For idle connections.
     std::string webPath_ = "web";
     int port_ = 18080;
     bool enabled_ = false;

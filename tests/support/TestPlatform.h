@@ -20,6 +20,7 @@
 #include "support/FakeTime.h"
 #include "support/FakeUrlTransfers.h"
 #include "support/MemoryFileSystem.h"
+#include "support/QuietSockets.h"
 #include "support/TestLocales.h"
 
 namespace tessaloom::testing {
@@ -183,9 +184,11 @@ public:
     RecordingMainWindow mainWindow;
     ManualTimer timer;
     FakeUrlTransfers urlTransfers;
+    QuietSockets sockets;
 
     Platform platform{files,     profile, locale,  time,       fonts, pictureLoader,
-                      jpegCodec, dialogs, desktop, mainWindow, timer, urlTransfers};
+                      jpegCodec, dialogs, desktop, mainWindow, timer, urlTransfers,
+                      sockets};
 
     TestPlatform() : flags_(Flags()) {
         modNumbers::InitNumberFormat(locale);

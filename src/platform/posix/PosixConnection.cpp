@@ -66,7 +66,7 @@ bool PosixConnection::Accept(int requestID) {
     const int yes = 1;
     ::setsockopt(socket_.Number(), IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
     remoteHostIP_ = PeerAddress(socket_.Number());
-    bytesMoved_ = 0;
+    bytesSent_ = 0;
     drained_ = 0;
     failure_ = 0;
     closing_ = draining_ = false;
@@ -120,7 +120,6 @@ void PosixConnection::Receive() {
     const ssize_t got = ::recv(socket_.Number(), buffer.data(), buffer.size(), 0);
     if (got < 0) return IsForLater(errno) ? void() : Fail(errno);
     if (got == 0) return Fail(ECONNRESET);
-    bytesMoved_ += static_cast<std::uint64_t>(got);
     events_.Socket_DataArrival({buffer.data(), static_cast<std::size_t>(got)});
 }
 
@@ -157,7 +156,7 @@ bool PosixConnection::Flush() {
             return false;
         }
         sent_ += static_cast<std::size_t>(gone);
-        bytesMoved_ += static_cast<std::uint64_t>(gone);
+        bytesSent_ += static_cast<std::uint64_t>(gone);
     }
     if (failure_ != 0) return false;
     head_.clear();

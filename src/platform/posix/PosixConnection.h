@@ -20,7 +20,7 @@ public:
     void NotifySent() override;
     void CloseWhenSent() override;
     void Close() override;
-    std::uint64_t BytesMoved() const override { return bytesMoved_; }
+    std::uint64_t BytesSent() const override { return bytesSent_; }
 
 private:
     void Ready(std::uint32_t) override;
@@ -41,7 +41,7 @@ private:
     std::string head_;
     SharedBytes body_;
     std::size_t sent_ = 0;  ///< Bytes of head and body together.
-    std::uint64_t bytesMoved_ = 0;
+    std::uint64_t bytesSent_ = 0;
     std::size_t drained_ = 0;
     int failure_ = 0;  ///< An errno that is still to be told.
     bool closing_ = false;

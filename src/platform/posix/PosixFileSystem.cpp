@@ -33,6 +33,13 @@ bool Status(std::string_view path, struct stat& status) {
 
 int LastError() { return errno ? errno : EIO; }
 
+/// Without links, in full; "" when nothing is there.
+std::string RealPath(std::string_view path) {
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(Checked(path).c_str(), nullptr),
+                                                           &std::free);
+    return real ? real.get() : "";
+}
+
 /// Opens a regular file; never waits for the other end of a pipe. An errno, 0 for success.
 int OpenRegular(const std::string& path, int flags, Descriptor& file, struct stat& status) {
     Descriptor opened(::open(path.c_str(), flags | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666));
@@ -176,6 +183,12 @@ std::optional<FileStamp> PosixFileSystem::Stamp(std::string_view path) const {
     const std::int64_t modified =
         std::int64_t{status.st_mtim.tv_sec} * 1'000'000'000 + status.st_mtim.tv_nsec;
     return FileStamp{static_cast<std::uint64_t>(status.st_size), modified, status.st_ino, Settled(modified)};
+}
+
+bool PosixFileSystem::LiesWithin(std::string_view folder, std::string_view path) const {
+    std::string root = RealPath(folder);
+    if (!root.ends_with('/')) root += '/';
+    return RealPath(path).starts_with(root);
 }
 
 std::optional<std::string> PosixFileSystem::ReadFile(std::string_view path, std::size_t limit) {

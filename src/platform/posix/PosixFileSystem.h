@@ -16,6 +16,7 @@ public:
     bool FileExists(std::string_view path) const override;
     bool FolderExists(std::string_view path) const override;
     std::optional<FileStamp> Stamp(std::string_view path) const override;
+    bool LiesWithin(std::string_view folder, std::string_view path) const override;
     std::optional<std::string> ReadFile(std::string_view path, std::size_t limit = DefaultLimit) override;
     bool WriteFile(std::string_view path, std::string_view bytes) override;
 

@@ -1,0 +1,179 @@
+#include "publish/WebConnection.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "core/ErrorReport.h"
+#include "locale/Ascii.h"
+#include "locale/Error.h"
+#include "platform/Paths.h"
+#include "platform/TextEncoding.h"
+#include "publish/CanvasList.h"
+#include "publish/CanvasWebServer.h"
+#include "publish/ResponseHead.h"
+#include "publish/WebFiles.h"
+#include "publish/WebHost.h"
+#include "time/modTime.h"
+
+namespace tessaloom {
+
+namespace {
+
+constexpr std::string_view Module = "WebConnection.cls";
+constexpr std::string_view EmptyLine = "\r\n\r\n";
+constexpr std::string_view DefaultPage = "index.htm";
+
+std::string_view Trimmed(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+    return text.substr(0, text.find_last_not_of(' ') + 1);
+}
+
+bool IsFullPath(std::string_view path) { return path.starts_with('/') || path.starts_with('\\'); }
+
+}  // namespace
+
+WebConnection::WebConnection(int winSockIndex, Sockets& sockets, WebHost& host, WebFiles& files)
+    : winSockIndex_(winSockIndex), host_(host), files_(files), socket_(sockets.MakeConnection(*this)) {}
+
+template <typename Body>
+void WebConnection::Guard(std::string_view procedure, Body&& body) {
+    const bool done = Trap({Module, procedure}, [&] {
+        body();
+        return true;
+    });
+    if (!done) ForceClose();
+}
+
+bool WebConnection::TakeConnection(int requestID) {
+    return Trap({Module, "TakeConnection"}, [&] {
+        ForceClose();
+        if (!socket_->Accept(requestID)) return false;
+        bytesSent_ = 0;
+        RestartTimes(modTime::Clock());
+        return true;
+    });
+}
+
+void WebConnection::ForceClose() {
+    ++uses_;
+    answering_ = false;
+    socket_->Close();
+    buffer_.clear();
+    searched_ = 0;
+}
+
+void WebConnection::Socket_DataArrival(std::string_view bytes) {
+    Guard("Socket_DataArrival", [&] {
+        buffer_.append(bytes);
+        lastActivityTime_ = modTime::Clock();
+        AnswerNext();
+    });
+}
+
+void WebConnection::Socket_SendComplete() {
+    Guard("Socket_SendComplete", [&] {
+        lastActivityTime_ = modTime::Clock();
+        AnswerNext();
+    });
+}
+
+void WebConnection::Socket_Close() { ForceClose(); }
+
+void WebConnection::Socket_Error(std::string_view description) {
+    Guard("Socket_Error", [&] { throw Error(ErrorNumber::DeviceIO, std::string(description)); });
+}
+
+/// Where the empty line begins that ends the next request; npos while it has not come.
+std::size_t WebConnection::HeadEnd() {
+    const std::size_t end = buffer_.find(EmptyLine, searched_);
+    searched_ = end != buffer_.npos ? end : buffer_.size() - std::min(buffer_.size(), EmptyLine.size() - 1);
+    return end;
+}
+
+/// One request at a time: what was sent ahead waits until the response has gone, and others have had a turn.
+void WebConnection::AnswerNext() {
+    if (answering_) return buffer_.size() > RequestHead::Limit ? ForceClose() : void();
+    const std::size_t end = HeadEnd();
+    const bool whole = end != buffer_.npos;
+    if ((whole ? end + EmptyLine.size() : buffer_.size()) > RequestHead::Limit) return ForceClose();
+    if (!whole) return;
+    const auto request = ParseRequestHead(std::string_view(buffer_).substr(0, end));
+    buffer_.erase(0, end + EmptyLine.size());
+    searched_ = 0;
+    if (!request) return ForceClose();
+    answering_ = true;
+    Answer(*request);
+    answering_ = false;
+}
+
+void WebConnection::Answer(const RequestHead& request) {
+    keepAlive_ = request.keepAlive;
+    const unsigned uses = uses_;
+    host_.WebRequest(socket_->RemoteHostIP(), ToUtf8(request.path));
+    if (uses != uses_) return;
+
+    const std::string name = RequestedName(request.path);
+    const std::string folded = FoldCase(ToUtf8(name));
+    for (int slot = 1; slot <= WebHost::Slots; ++slot) {
+        CanvasWebServer* const canvas = host_.PublishedCanvas(slot);
+        if (!canvas || FoldCase(canvas->FileName()) != folded) continue;
+        if (canvas->Schedule().EnableNow(modTime::Clock())) return ReturnJPG(*canvas);
+        return ServeOffSchedule(canvas->OffScheduleFile());
+    }
+    if (!allowNonCanvasServes_) return ForceClose();
+    ServeFile(Trimmed(name));
+}
+
+void WebConnection::ServeFile(std::string_view path) {
+    if (path.empty()) path = DefaultPage;
+    if (SharedBytes bytes = files_.ReadIn(webPath_, path)) return SendFile(path, std::move(bytes));
+    if (!ascii::SameText(path, CanvasListName)) return Send404();
+    SendFile(path, std::make_shared<const std::string>(CanvasList(host_)));
+}
+
+/// The owner of the canvas chose this file, so that it may also lie outside the web folder.
+void WebConnection::ServeOffSchedule(const std::string& path) {
+    if (path.find("..") != path.npos || Trimmed(path).empty()) return Send404();
+    SharedBytes bytes = files_.ReadIn(webPath_, path);
+    if (!bytes) bytes = files_.Read(IsFullPath(path) ? path : JoinPath(host_.Folder(), path));
+    return bytes ? SendFile(path, std::move(bytes)) : Send404();
+}
+
+void WebConnection::SendFile(std::string_view path, SharedBytes bytes) {
+    const std::size_t size = bytes->size();
+    Respond(FileHead(ContentTypeOf(path), size), std::move(bytes));
+}
+
+void WebConnection::ReturnJPG(CanvasWebServer& canvas) {
+    Guard("ReturnJPG", [&] {
+        const SharedBytes bytes = canvas.JPEGData();
+        if (bytes->empty()) return Send404();
+        Respond(PictureHead(canvas.LastModified(), bytes->size()), bytes);
+    });
+}
+
+void WebConnection::Send404() {
+    Guard("Send404", [&] { Respond(NotFoundHead(), nullptr); });
+}
+
+void WebConnection::Respond(std::string head, SharedBytes body) {
+    const bool gone = socket_->Send(std::move(head), std::move(body));
+    if (!keepAlive_)
+        socket_->CloseWhenSent();
+    else if (gone && HeadEnd() != buffer_.npos)
+        socket_->NotifySent();
+}
+
+/// Requests that come in drop by drop keep nobody: only what leaves counts.
+void WebConnection::CloseIfIdle(double now) {
+    if (State() == 0) return;
+    if (std::exchange(bytesSent_, socket_->BytesSent()) != socket_->BytesSent()) lastSendingTime_ = now;
+    if ((now - lastSendingTime_) * modTime::SecondsPerDay > IdleSeconds) ForceClose();
+}
+
+void WebConnection::RestartTimes(double now) {
+    lastActivityTime_ = now;
+    lastSendingTime_ = now;
+}
+
+}  // namespace tessaloom

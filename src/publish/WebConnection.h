@@ -1,0 +1,94 @@
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/Sockets.h"
+#include "publish/RequestHead.h"
+
+namespace tessaloom {
+
+class CanvasWebServer;
+class WebFiles;
+class WebHost;
+
+/// One place in the web server's pool: takes a connection, reads requests off it and answers them, one after
+/// the other.
+///
+/// A connection that asks for it is kept and may send requests ahead; any other is closed when the response
+/// has gone. What cannot be understood closes it, without an answer.
+class WebConnection final : public ConnectionEvents {
+public:
+    /// A client that neither asks anything nor takes anything for so long is sent away.
+    static constexpr double IdleSeconds = 60;
+
+    /// winSockIndex: the number of its socket, 1 for the first place. All else outlives the connection.
+    WebConnection(int winSockIndex, Sockets& sockets, WebHost& host, WebFiles& files);
+
+    /// Accepts a connection that is offered. False when it went away meanwhile.
+    bool TakeConnection(int requestID);
+
+    /// Closes at once, whatever is under way.
+    void ForceClose();
+
+    void Socket_DataArrival(std::string_view bytes) override;
+    void Socket_SendComplete() override;
+    void Socket_Close() override;
+    void Socket_Error(std::string_view description) override;
+
+    /// Sends the picture of a canvas, or `Send404` when it has none.
+    void ReturnJPG(CanvasWebServer& canvas);
+    void Send404();
+
+    /// Closes a connection that is idle at moment `now`.
+    void CloseIfIdle(double now);
+
+    /// Begins its idle time anew, after the clock was set back.
+    void RestartTimes(double now);
+
+    int WinSockIndex() const { return winSockIndex_; }
+
+    /// The folder of files, and whether they are served: as they were when the connection was taken.
+    const std::string& WebPath() const { return webPath_; }
+    void SetWebPath(std::string_view folder) { webPath_ = folder; }
+    bool AllowNonCanvasServes() const { return allowNonCanvasServes_; }
+    void SetAllowNonCanvasServes(bool allow) { allowNonCanvasServes_ = allow; }
+
+    /// The moment of the last bytes received, or of the end of the last response.
+    double LastActivityTime() const { return lastActivityTime_; }
+
+    /// 1 while there is a connection, else 0.
+    int State() const { return socket_->Open() ? 1 : 0; }
+
+private:
+    std::size_t HeadEnd();
+    void AnswerNext();
+    void Answer(const RequestHead& request);
+    void ServeFile(std::string_view path);
+    void ServeOffSchedule(const std::string& path);
+    void SendFile(std::string_view path, SharedBytes bytes);
+    void Respond(std::string head, SharedBytes body);
+
+    /// Runs a routine of the above; when it fails the connection is closed.
+    template <typename Body>
+    void Guard(std::string_view procedure, Body&& body);
+
+    const int winSockIndex_;
+    WebHost& host_;
+    WebFiles& files_;
+    const std::unique_ptr<ConnectionSocket> socket_;
+    std::string webPath_;
+    std::string buffer_;        ///< Received and not answered yet.
+    std::size_t searched_ = 0;  ///< Bytes of it in which no empty line begins.
+    double lastActivityTime_ = 0;
+    double lastSendingTime_ = 0;  ///< When bytes were last seen to leave.
+    std::uint64_t bytesSent_ = 0;
+    unsigned uses_ = 0;  ///< Connections taken and closed by us: tells whether the same one is still there.
+    bool allowNonCanvasServes_ = false;
+    bool keepAlive_ = false;
+    bool answering_ = false;  ///< A script that is told of a request may show a box, which lets more come in.
+};
+
+}  // namespace tessaloom
