@@ -39,8 +39,7 @@ public:
 
     /// The only element index of an array of one dimension.
     Value& At(int index) {
-        if (Rank() != 1 || static_cast<std::size_t>(static_cast<unsigned>(index)) >= elements_.size())
-            Fail(ErrorCode::SubscriptOutOfRange);
+        if (static_cast<unsigned>(index) >= lineCount_) Fail(ErrorCode::SubscriptOutOfRange);
         return elements_[static_cast<unsigned>(index)];
     }
     Value& At(std::span<const int> indexes);
@@ -71,10 +70,12 @@ private:
     friend void Redimension(Value& variable, std::span<const int> upperBounds, bool preserve);
 
     Array() = default;
+    void SetBounds(std::span<const int> upperBounds, std::size_t count);
     void Resize(std::size_t count);
 
     std::vector<int> upperBounds_;
     std::vector<Value> elements_;
+    std::uint32_t lineCount_ = 0;  ///< The number of elements when there is one dimension, else 0.
     std::uint32_t locks_ = 0;
     bool fixed_ = false;
 };

@@ -13,6 +13,13 @@
 /// 91).
 namespace tessaloom::vbscript {
 
+/// The general cases behind inline functions.
+namespace slow {
+
+const Value& PlainValue(Context& context, const Value& value, Value& scratch);
+
+}  // namespace slow
+
 bool ToBoolean(Context& context, const Value& value);
 std::uint8_t ToByte(Context& context, const Value& value);
 std::int16_t ToInteger(Context& context, const Value& value);
@@ -32,7 +39,9 @@ inline std::int32_t ToIndex(Context& context, const Value& value) {
 }
 
 /// The value itself, or that of the default member when it is an object. `scratch` may come to hold it.
-const Value& PlainValue(Context& context, const Value& value, Value& scratch);
+inline const Value& PlainValue(Context& context, const Value& value, Value& scratch) {
+    return value.Is(VarType::Object) ? slow::PlainValue(context, value, scratch) : value;
+}
 
 /// What TypeName gives; "Variant()" for arrays, the class's name for objects.
 std::u16string TypeNameOf(const Value& value);

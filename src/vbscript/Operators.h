@@ -3,6 +3,7 @@
 #include <span>
 
 #include "vbscript/Conversions.h"
+#include "vbscript/Error.h"
 
 /// The operators, with the promotions of the language: whole numbers grow from Byte over Integer and Long to
 /// Double instead of overflowing; Null spreads; a text counts as Double. Throw RuntimeError.
@@ -58,7 +59,6 @@ Value IntegerDivide(Context& context, const Value& a, const Value& b);  ///< \ o
 Value Modulo(Context& context, const Value& a, const Value& b);         ///< Mod on rounded operands
 Value Power(Context& context, const Value& a, const Value& b);          ///< ^
 Value Negate(Context& context, const Value& a);
-Value Positive(Context& context, const Value& a);  ///< Unary +: a text becomes its number.
 
 Value And(Context& context, const Value& a, const Value& b);
 Value Or(Context& context, const Value& a, const Value& b);

@@ -1,0 +1,79 @@
+#include "vbscript/Operators.h"
+
+namespace tessaloom::vbscript {
+
+namespace {
+
+template <typename T>
+Order Between(T a, T b) {
+    return a < b ? Order::Less : a > b ? Order::Greater : Order::Equal;
+}
+
+Order BetweenTexts(std::u16string_view a, std::u16string_view b) {
+    return static_cast<Order>(CompareText(a, b, false));
+}
+
+bool IsText(const Value& value) { return value.Is(VarType::String); }
+
+/// A text that `&` may take over without making a new one.
+String TextForJoining(Context& context, const Value& value) {
+    return value.Is(VarType::Null) ? String() : ToText(context, value);
+}
+
+}  // namespace
+
+Order OrderOf(Context& context, const Value& first, const Value& second) {
+    if (IsIntegerOrLong(first) && IsIntegerOrLong(second)) return Between(first.Whole(), second.Whole());
+    if (IsText(first) && IsText(second)) return BetweenTexts(first.Text(), second.Text());
+    Value firstScratch, secondScratch;
+    const Value& a = PlainValue(context, first, firstScratch);
+    const Value& b = PlainValue(context, second, secondScratch);
+    for (const Value* side : {&a, &b})
+        if (side->Is(VarType::Array) || side->Is(VarType::Error)) Fail(ErrorCode::TypeMismatch);
+    if (a.Is(VarType::Null) || b.Is(VarType::Null)) return Order::Unordered;
+    const bool aIsText = IsText(a) || a.Is(VarType::Empty), bIsText = IsText(b) || b.Is(VarType::Empty);
+    if ((IsText(a) && bIsText) || (aIsText && IsText(b)))
+        return BetweenTexts(IsText(a) ? a.Text() : std::u16string_view(),
+                            IsText(b) ? b.Text() : std::u16string_view());
+    // a number is less than any text, whatever the text says
+    if (IsText(a)) return Order::Greater;
+    if (IsText(b)) return Order::Less;
+    if (a.Is(VarType::Currency) && b.Is(VarType::Currency)) return Between(a.Currency(), b.Currency());
+    return Between(ToDouble(context, a), ToDouble(context, b));
+}
+
+Value Compare(Context& context, Comparison comparison, const Value& a, const Value& b) {
+    const Order order = OrderOf(context, a, b);
+    return order == Order::Unordered ? Value::Null() : Value::OfBoolean(Satisfies(order, comparison));
+}
+
+bool IsSame(const Value& a, const Value& b) {
+    if (!a.Is(VarType::Object) || !b.Is(VarType::Object)) Fail(ErrorCode::ObjectRequired);
+    return a.AsObject() == b.AsObject();
+}
+
+Value Concatenate(Context& context, const Value& first, const Value& second) {
+    Value firstScratch, secondScratch;
+    const Value& a = PlainValue(context, first, firstScratch);
+    const Value& b = PlainValue(context, second, secondScratch);
+    if (a.Is(VarType::Null) && b.Is(VarType::Null)) return Value::Null();
+    return Value::OfString(String::Joined(TextForJoining(context, a), TextForJoining(context, b)));
+}
+
+void AppendTo(Context& context, Value& target, const Value& tail) {
+    if (!IsText(target) || &target == &tail) {
+        target = Concatenate(context, target, tail);
+        return;
+    }
+    if (IsText(tail)) {
+        const String text = tail.AsString();
+        target.AppendText(text.Bytes(), text.ByteLength());
+        return;
+    }
+    Value scratch;
+    const Value& plain = PlainValue(context, tail, scratch);
+    const String text = TextForJoining(context, plain);
+    target.AppendText(text.Bytes(), text.ByteLength());
+}
+
+}  // namespace tessaloom::vbscript

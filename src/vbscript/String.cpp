@@ -1,0 +1,102 @@
+#include "vbscript/String.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "vbscript/Error.h"
+#include "vbscript/MemoryBudget.h"
+
+namespace tessaloom::vbscript {
+
+namespace {
+
+std::size_t ChargeOf(std::size_t capacity) { return sizeof(StringData) + capacity; }
+
+StringData* AllocateRetained(std::size_t capacity) {
+    StringData* const data = StringData::Allocate(capacity);
+    data->Retain();
+    return data;
+}
+
+}  // namespace
+
+StringData* StringData::Allocate(std::size_t capacity) {
+    if (capacity > String::MaxBytes) Fail(ErrorCode::OutOfStringSpace);
+    MemoryBudget::Charge(ChargeOf(capacity));
+    void* const block = std::malloc(sizeof(StringData) + capacity);
+    if (!block) {
+        MemoryBudget::GiveBack(ChargeOf(capacity));
+        Fail(ErrorCode::OutOfMemory);
+    }
+    StringData* const data = new (block) StringData;
+    data->capacity = static_cast<std::uint32_t>(capacity);
+    return data;
+}
+
+void StringData::Dispose() {
+    MemoryBudget::GiveBack(ChargeOf(capacity));
+    this->~StringData();
+    std::free(this);
+}
+
+String::String(std::u16string_view text) : String(OfBytes(text.data(), text.size() * sizeof(char16_t))) {}
+
+String String::OfLatin(std::string_view text) {
+    String result = OfLength(text.size());
+    std::transform(text.begin(), text.end(), result.Units(),
+                   [](char c) { return static_cast<char16_t>(static_cast<unsigned char>(c)); });
+    return result;
+}
+
+String String::OfUtf8(std::string_view text) { return String(Utf16Of(text)); }
+
+String String::OfLength(std::size_t units) {
+    if (units == 0) return {};
+    if (units > MaxBytes / sizeof(char16_t)) Fail(ErrorCode::OutOfStringSpace);
+    StringData* const data = AllocateRetained(units * sizeof(char16_t));
+    data->bytes = data->capacity;
+    return Adopt(data);
+}
+
+String String::OfBytes(const void* bytes, std::size_t count) {
+    if (count == 0) return {};
+    StringData* const data = AllocateRetained(count);
+    std::memcpy(data->Units(), bytes, count);
+    data->bytes = data->capacity;
+    return Adopt(data);
+}
+
+String String::Joined(const String& first, const String& second) {
+    if (second.IsEmpty()) return first;
+    if (first.IsEmpty()) return second;
+    StringData* const data = AllocateRetained(first.ByteLength() + second.ByteLength());
+    const auto end = reinterpret_cast<unsigned char*>(data->Units());
+    std::memcpy(end, first.Bytes(), first.ByteLength());
+    std::memcpy(end + first.ByteLength(), second.Bytes(), second.ByteLength());
+    data->bytes = data->capacity;
+    return Adopt(data);
+}
+
+std::string String::ToUtf8() const { return Utf8Of(View()); }
+
+void String::AppendBytes(const void* bytes, std::size_t count) {
+    if (count == 0) return;
+    const std::size_t before = ByteLength(), after = before + count;
+    if (!data_ || data_->References() > 1 || data_->capacity < after) {
+        // grows by half, but never past the limit when the text itself still fits
+        const std::size_t roomy = std::max<std::size_t>(after + after / 2, 32);
+        const std::size_t capacity = after <= MaxBytes ? std::min(roomy, MaxBytes) : after;
+        const String grown = Adopt(AllocateRetained(capacity));
+        if (before > 0) std::memcpy(grown.data_->Units(), data_->Units(), before);
+        std::memcpy(reinterpret_cast<unsigned char*>(grown.data_->Units()) + before, bytes, count);
+        grown.data_->bytes = static_cast<std::uint32_t>(after);
+        *this = grown;
+        return;
+    }
+    std::memcpy(reinterpret_cast<unsigned char*>(data_->Units()) + before, bytes, count);
+    data_->bytes = static_cast<std::uint32_t>(after);
+}
+
+}  // namespace tessaloom::vbscript
