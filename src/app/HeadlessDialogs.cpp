@@ -14,16 +14,7 @@ std::string Titled(std::string_view title, std::string_view text) {
 
 Answer HeadlessDialogs::MessageBox(std::string_view text, std::string_view title, Buttons buttons) {
     Log(LogLevel::Warning, Titled(title, text));
-    switch (buttons) {
-        case Buttons::Ok:
-            return Answer::Ok;
-        case Buttons::YesNo:
-            return Answer::No;
-        case Buttons::OkCancel:
-        case Buttons::YesNoCancel:
-            break;
-    }
-    return Answer::Cancel;
+    return SafeAnswer(buttons);
 }
 
 std::optional<std::string> HeadlessDialogs::InputBox(std::string_view prompt, std::string_view title,

@@ -197,16 +197,17 @@ bool Canvas::UpdateTexts(double now) {
         if (!timing.present) continue;
         highest = slot;
         if (!Due(timing, now)) continue;
-        tessaloom::Text& text = *texts_[Index(slot)];
-        if (!text.Enabled()) continue;
-        text.ProcessText();
-        text.SetNextTime();
+        const auto& text = texts_[Index(slot)];
+        if (!text->Enabled()) continue;
+        text->ProcessText();
+        text->SetNextTime();
         if (timing.scripted && portfolio_.Script().AllowTextUpdate()) {
             portfolio_.Script().CallTextUpdate(slot_, slot);
             if (!Flags().running) return false;
+            if (!text) continue;  // removed while the hook waited for a person
         }
         if (timing.force) composeForced_ = true;
-        text.UpdateImage();
+        text->UpdateImage();
         timing.force = false;
     }
     textHighWater_ = highest;
@@ -220,15 +221,16 @@ bool Canvas::UpdateGraphics(double now) {
         if (!timing.present) continue;
         highest = slot;
         if (!Due(timing, now)) continue;
-        tessaloom::Graphic& graphic = *graphics_[Index(slot)];
-        if (!graphic.Enabled()) continue;
-        graphic.SetNextTime();
+        const auto& graphic = graphics_[Index(slot)];
+        if (!graphic->Enabled()) continue;
+        graphic->SetNextTime();
         if (timing.scripted && portfolio_.Script().AllowGraphicUpdate()) {
             portfolio_.Script().CallGraphicUpdate(slot_, slot);
             if (!Flags().running) return false;
+            if (!graphic) continue;
         }
         if (timing.force) composeForced_ = true;
-        graphic.UpdateImage();
+        graphic->UpdateImage();
         timing.force = false;
     }
     graphicHighWater_ = highest;

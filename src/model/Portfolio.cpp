@@ -230,7 +230,6 @@ void Portfolio::SetShadowIntensity(double percent) {
 }
 
 void Portfolio::SetCaptureTime(double moment) {
-    previousCaptureTime_ = captureTime_;
     captureTime_ = moment;
     if (clockWatch_.SteppedBack(moment)) RestartTimes();
 }
@@ -242,10 +241,6 @@ void Portfolio::RestartTimes() {
     webServer_->RestartTimes(captureTime_);
     for (const auto& feed : feeds_) feed->SetNextTime(captureTime_);
     for (const auto& device : inputDevices_) device->SetNextTime(captureTime_);
-}
-
-double Portfolio::CycleTime() const {
-    return previousCaptureTime_ == 0 ? 0 : (captureTime_ - previousCaptureTime_) * modTime::SecondsPerDay;
 }
 
 void Portfolio::SetInputDeviceCount(int count) {

@@ -133,8 +133,9 @@ public:
     /// The moment that the frames of this tick bear: its capture time.
     double FrameTime() const { return captureTime_; }
 
-    /// Seconds from the last tick to this one; 0 before the second.
-    double CycleTime() const;
+    /// Milliseconds that the work of the last tick took; 0 before the first one ended.
+    double CycleTime() const { return cycleTime_; }
+    void SetCycleTime(double milliseconds) { cycleTime_ = milliseconds; }
 
     /// The number of input devices, 0 .. 10; devices beyond it are unloaded, new ones are not enabled.
     void SetInputDeviceCount(int count);
@@ -171,7 +172,7 @@ private:
     int activeCanvas_ = 0;
     double shadowIntensity_ = 30;
     double captureTime_ = 0;
-    double previousCaptureTime_ = 0;
+    double cycleTime_ = 0;
     ClockWatch clockWatch_;
     DocumentFaultHandler faultHandler_;
     CanvasViewFactory viewFactory_;

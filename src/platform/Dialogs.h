@@ -7,10 +7,10 @@
 namespace tessaloom {
 
 /// Which buttons a message box offers.
-enum class Buttons { Ok, OkCancel, YesNo, YesNoCancel };
+enum class Buttons { Ok, OkCancel, AbortRetryIgnore, YesNoCancel, YesNo, RetryCancel };
 
 /// The button that was pressed.
-enum class Answer { Ok, Cancel, Yes, No };
+enum class Answer { Ok, Cancel, Abort, Retry, Ignore, Yes, No };
 
 /// A file dialog as the document commands ask for it.
 struct FileDialog {
@@ -29,7 +29,7 @@ public:
     virtual bool Interactive() const = 0;
 
     /// Shows `text` under `title` and waits for a button. Without a person the safe answer comes at once:
-    /// Ok, No for Yes/No, Cancel where that is offered.
+    /// Ok, No for Yes/No, Abort or Cancel where that is offered.
     virtual Answer MessageBox(std::string_view text, std::string_view title,
                               Buttons buttons = Buttons::Ok) = 0;
 
@@ -46,6 +46,31 @@ public:
     virtual void UpdateStatus() = 0;
     virtual void HideStatus() = 0;
     virtual void UnloadStatus() = 0;
+
+    /// The longest time that a box or dialog opened from now on waits for the person, in seconds; it then
+    /// closes with its safe answer. 0, as at first: it waits for ever.
+    int Patience() const { return patience_; }
+    void SetPatience(int seconds) { patience_ = seconds; }
+
+private:
+    int patience_ = 0;
 };
+
+/// The safe answer of a box: what it answers when nobody does.
+constexpr Answer SafeAnswer(Buttons buttons) {
+    switch (buttons) {
+        case Buttons::Ok:
+            return Answer::Ok;
+        case Buttons::AbortRetryIgnore:
+            return Answer::Abort;
+        case Buttons::YesNo:
+            return Answer::No;
+        case Buttons::OkCancel:
+        case Buttons::YesNoCancel:
+        case Buttons::RetryCancel:
+            break;
+    }
+    return Answer::Cancel;
+}
 
 }  // namespace tessaloom

@@ -264,11 +264,22 @@ void VWS::SetCSVDataS(int k, std::string_view text) {
     if (InRange(k, Texts)) texts_[static_cast<std::size_t>(k)] = text;
 }
 
-double VWS::CSVDatabase(int index, int k) const {
-    if (!InRange(index, static_cast<int>(database_.size())) || !InRange(k, Values)) return Missing;
+/// Null where the ring holds no record.
+const double* VWS::Recorded(int index, int k) const {
+    if (!InRange(index, static_cast<int>(database_.size())) || !InRange(k, Values)) return nullptr;
     const int used = (head_ - tail_ + DatabaseRecords) % DatabaseRecords;
-    if ((index - tail_ + DatabaseRecords) % DatabaseRecords >= used) return Missing;
-    return database_[static_cast<std::size_t>(index)].data[static_cast<std::size_t>(k)];
+    if ((index - tail_ + DatabaseRecords) % DatabaseRecords >= used) return nullptr;
+    return &database_[static_cast<std::size_t>(index)].data[static_cast<std::size_t>(k)];
+}
+
+double VWS::CSVDatabase(int index, int k) const {
+    const double* const value = Recorded(index, k);
+    return value ? *value : Missing;
+}
+
+void VWS::SetCSVDatabase(int index, int k, double value) {
+    if (Recorded(index, k))
+        database_[static_cast<std::size_t>(index)].data[static_cast<std::size_t>(k)] = value;
 }
 
 }  // namespace tessaloom

@@ -154,6 +154,9 @@ public:
     /// Value k of the record at `index` of the ring; `Missing` where there is none.
     double CSVDatabase(int index, int k) const;
 
+    /// For scripts; ignored where there is no record.
+    void SetCSVDatabase(int index, int k, double value);
+
 private:
     struct Kept {
         double moment = 0;
@@ -173,6 +176,7 @@ private:
     void ProcessNewDatabaseData();
     void AddToDatabase(double moment);
     double SeaLevelPressure() const;
+    const double* Recorded(int index, int k) const;
     double& At(int k) { return data_[static_cast<std::size_t>(k)]; }
     bool Has(int k) const { return CSVData(k) != Missing; }
 

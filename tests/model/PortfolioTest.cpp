@@ -184,9 +184,6 @@ TEST_F(PortfolioTest, CaptureTimeIsThePresentOfOneTick) {
     fresh.SetCaptureTime(time.Now());
     time.Advance(2);
     EXPECT_EQ(fresh.Now(), time.Now() - 2 / 86400.0);
-    EXPECT_EQ(fresh.CycleTime(), 0);
-    fresh.SetCaptureTime(time.Now());
-    EXPECT_NEAR(fresh.CycleTime(), 2, 1e-4);
 }
 
 TEST_F(PortfolioTest, CheckListsAllThatIsWrongAndWritesNothing) {

@@ -39,17 +39,7 @@ public:
     Answer MessageBox(std::string_view text, std::string_view title, Buttons buttons = Buttons::Ok) override {
         shown.push_back(std::string(title).append(": ").append(text));
         if (const auto meanwhile = std::exchange(whileShown, {})) meanwhile();
-        if (!answers.empty()) return Next(answers);
-        switch (buttons) {
-            case Buttons::Ok:
-                return Answer::Ok;
-            case Buttons::YesNo:
-                return Answer::No;
-            case Buttons::OkCancel:
-            case Buttons::YesNoCancel:
-                return Answer::Cancel;
-        }
-        return Answer::Cancel;
+        return answers.empty() ? SafeAnswer(buttons) : Next(answers);
     }
     std::optional<std::string> InputBox(std::string_view, std::string_view title, std::string_view) override {
         return Asked(title, texts);
@@ -87,7 +77,8 @@ public:
         wallpapers.emplace_back(path);
         return true;
     }
-    void Beep() override {}
+    int beeps = 0;
+    void Beep() override { ++beeps; }
     std::string UserDataFolder() const override { return "data"; }
     bool ClaimInstance(std::string_view) override { return !otherInstance; }
 };

@@ -154,7 +154,7 @@ tessaloom::Canvas* ActiveCanvas(tessaloom::Portfolio& portfolio) {
 
 void PortfolioNew() {
     Command("PortfolioNew", [](Program& program) {
-        if (!SaveOpenPortfolio(program)) return;
+        if (ScriptRuns(program) || !SaveOpenPortfolio(program)) return;
         ReleasePortfolio(program);
         MakePortfolio(program);
         program.platform.mainWindow.EnablePortfolioCommands(true);
@@ -167,6 +167,7 @@ void PortfolioNew() {
 
 void PortfolioOpen() {
     Command("PortfolioOpen", [](Program& program) {
+        if (ScriptRuns(program)) return;
         const auto file = program.platform.dialogs.OpenFile({"Portfolio Open", PortfolioFilter, ".por", ""});
         if (!file || file->empty() || !SaveOpenPortfolio(program)) return;
         ReleasePortfolio(program);
@@ -260,6 +261,12 @@ bool CanvasSaveAs() {
     });
 }
 
+bool CanvasSaveProc(int slot) {
+    return PortfolioCommand("CanvasSaveProc", [&](Program& program, tessaloom::Portfolio& portfolio) {
+        return IsInUse(portfolio, slot) && SaveCanvas(program, portfolio.Canvas(slot));
+    });
+}
+
 bool CanvasSaveAsProc(int slot) {
     return PortfolioCommand("CanvasSaveAsProc", [&](Program& program, tessaloom::Portfolio& portfolio) {
         if (!IsInUse(portfolio, slot)) return false;
@@ -288,7 +295,7 @@ void CanvasRemove() {
     PortfolioCommand("CanvasRemove", [](Program& program, tessaloom::Portfolio& portfolio) {
         Dialogs& dialogs = program.platform.dialogs;
         tessaloom::Canvas* canvas = ActiveCanvas(portfolio);
-        if (!canvas) return;
+        if (!canvas || ScriptRuns(program)) return;
         if (dialogs.MessageBox("Are you sure you want to remove this canvas?", "Remove Canvas",
                                Buttons::YesNo) != Answer::Yes)
             return;

@@ -25,6 +25,7 @@ bool CanvasSaveAs();
 void CanvasRemove();
 
 /// slot: 1 .. 20
+bool CanvasSaveProc(int slot);
 bool CanvasSaveAsProc(int slot);
 
 }  // namespace tessaloom::modMain

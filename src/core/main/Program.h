@@ -13,6 +13,7 @@ namespace tessaloom::modMain {
 struct Program {
     Platform& platform;
     CanvasViewFactory views;
+    ScriptEngine* scripts;
     INI settings;
     std::unique_ptr<tessaloom::Portfolio> portfolio;
     int busy = 0;  ///< Commands and closings under way: a box that they show lets ticks run.
@@ -29,6 +30,10 @@ public:
 private:
     Program& program_;
 };
+
+/// A procedure of the open portfolio's script is on the stack. A box that it shows lets ticks, menu commands
+/// and a close come; nothing that the script may be working with must go meanwhile.
+bool ScriptRuns(const Program& program);
 
 /// The running program; null before start-up and after shutdown.
 std::unique_ptr<Program>& Running();

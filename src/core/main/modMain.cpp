@@ -1,6 +1,7 @@
 #include "core/main/modMain.h"
 
 #include <array>
+#include <chrono>
 #include <utility>
 
 #include "core/ErrorReport.h"
@@ -134,10 +135,13 @@ void UpdateEverything(tessaloom::Portfolio& portfolio) {
         &tessaloom::Portfolio::UpdateVideoFeeds, &tessaloom::Portfolio::UpdateInputDevices,
         &tessaloom::Portfolio::UpdateOtherPost,
     };
+    const auto start = std::chrono::steady_clock::now();
     for (const auto step : Steps) {
         (portfolio.*step)();
         if (!Flags().running) return;
     }
+    const std::chrono::duration<double, std::milli> taken = std::chrono::steady_clock::now() - start;
+    portfolio.SetCycleTime(taken.count());
 }
 
 void CloseFromTick() {
@@ -151,9 +155,12 @@ std::unique_ptr<Program>& Running() {
     return program;
 }
 
+bool ScriptRuns(const Program& program) { return program.portfolio && program.portfolio->Script().Running(); }
+
 tessaloom::Portfolio& MakePortfolio(Program& program) {
     program.portfolio = std::make_unique<tessaloom::Portfolio>(program.platform);
     program.portfolio->SetViewFactory(program.views);
+    program.portfolio->Script().SetEngine(program.scripts);
     return *program.portfolio;
 }
 
@@ -194,8 +201,8 @@ bool Main(Platform& platform, const StartOptions& options) {
     modPictureBox::InitializePictureBox();
     LoadSomeVariables(platform);
     Flags().quitDuringStartup = false;
-    Running() = std::make_unique<Program>(
-        Program{platform, options.views, INI(platform.profile, SettingsPath(platform)), nullptr});
+    Running() = std::make_unique<Program>(Program{platform, options.views, options.scripts,
+                                                  INI(platform.profile, SettingsPath(platform)), nullptr});
     Program& program = *Running();
     LoadSettings(platform, program.settings);
     PlaceMainWindow(window);
@@ -216,7 +223,7 @@ bool Main(Platform& platform, const StartOptions& options) {
 
 void TimerTick() {
     Program* program = Running().get();
-    if (!program) return;
+    if (!program || ScriptRuns(*program)) return;
     Trap({Module, "tmrUpdateCanvas_Timer"}, [&] {
         if (program->portfolio) {
             program->portfolio->SetCaptureTime(modTime::Clock());
@@ -233,7 +240,7 @@ bool MDIForm_QueryUnload(CloseCause cause) {
         return false;
     }
     Program& program = *Running();
-    if (program.busy > 0) return false;
+    if (program.busy > 0 || ScriptRuns(program)) return false;
     if (!MayClose(program, cause)) return false;
     program.platform.mainWindow.RemoveTrayIcon();
     modMain_Shutdown();

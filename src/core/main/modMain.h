@@ -6,6 +6,7 @@
 
 namespace tessaloom {
 class Portfolio;
+class ScriptEngine;
 struct Platform;
 }  // namespace tessaloom
 
@@ -23,6 +24,7 @@ inline constexpr const char* SettingsFileName = "Tessaloom.INI";
 struct StartOptions {
     std::string portfolio;    ///< Opened in place of the last one, whatever "AutoLoad" says; "" for none.
     CanvasViewFactory views;  ///< Makes the canvas windows; none without a desktop.
+    ScriptEngine* scripts = nullptr;  ///< Runs scripts, and outlives the shutdown. Null: none run.
 };
 
 /// Brings the program up and starts the main timer. `platform` must outlive the shutdown.

@@ -140,7 +140,7 @@ void Script::ExecuteMethod(std::string_view name, std::span<const ScriptArgument
 }
 
 void Script::Deliver(ScriptEvent event, std::span<const ScriptArgument> arguments) {
-    if (Delivers(event)) ExecuteMethod(Procedures[IndexOf(event)].name, arguments);
+    if (Delivers(event) && !Running()) ExecuteMethod(Procedures[IndexOf(event)].name, arguments);
 }
 
 void Script::CallInterval() { Deliver(ScriptEvent::Interval, {}); }

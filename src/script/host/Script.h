@@ -66,6 +66,10 @@ public:
     void CallNewCSVData();
     void CallWebRequest(std::string_view ipAddress, std::string_view path);
 
+    /// One of its procedures, or its outermost code, is on the stack. Events that come meanwhile (through a
+    /// box that it shows) do not reach it.
+    bool Running() const { return proceduresRunning_ > 0; }
+
     /// True when `event` would reach the script now.
     bool Delivers(ScriptEvent event) const {
         const auto index = static_cast<std::size_t>(event);
