@@ -1,0 +1,41 @@
+#include "script/objects/SCObject.h"
+
+#include <algorithm>
+
+#include "locale/Error.h"
+
+namespace tessaloom {
+
+using namespace vbscript;
+
+Value SCObject::Part(std::size_t slot, SCKind kind, const SCPlace& place) {
+    if (parts_.size() <= slot) parts_.resize(slot + 1);
+    Ref<SCObject>& part = parts_[slot];
+    if (!part) part = Make<SCObject>(kind, place);
+    return Value::OfObject(part);
+}
+
+int SCObject::Find(std::u16string_view name) {
+    const auto found = std::ranges::find_if(
+        class_.members, [name](const auto& member) { return SameName(member.name, name); });
+    if (found == class_.members.end()) return UnknownMember;
+    return static_cast<int>(found - class_.members.begin()) + 1;
+}
+
+Value SCObject::Invoke(Context& context, int member, CallKind kind, std::span<Value> arguments) {
+    const auto row = static_cast<std::size_t>(member) - 1;
+    if (row >= class_.members.size()) vbscript::Fail(ErrorCode::NoSuchMember);
+    const Member<SCObject>& use = class_.members[row];
+    const bool assigns = kind == CallKind::Let || kind == CallKind::Set;
+    const auto function = !assigns ? use.get : kind == CallKind::Let ? use.let : use.set;
+    if (!function) vbscript::Fail(ErrorCode::NoSuchMember);
+    const int count = static_cast<int>(arguments.size()) - (assigns ? 1 : 0);
+    if (count < use.minArguments || count > use.maxArguments) vbscript::Fail(ErrorCode::WrongArgumentCount);
+    try {
+        return function(*this, Arguments(context, kind, arguments));
+    } catch (const Error& error) {
+        throw RuntimeError(static_cast<int>(error.Number()));
+    }
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "script/host/ScriptEngine.h"
+#include "script/objects/SCObject.h"
+#include "vbscript/Engine.h"
+
+namespace tessaloom {
+
+struct Platform;
+
+/// Runs the scripts of portfolios: the script language with the system's object tree, the classes that
+/// scripts can create, and boxes on the program's dialogs.
+///
+/// Outlives the portfolios that it is plugged into. While code runs, every box and dialog that it leads to
+/// closes itself with its safe answer after `BoxPatience`; the time that a box is open does not count towards
+/// the limit.
+class ScriptControl final : public ScriptEngine, private vbscript::Host {
+public:
+    static constexpr int BoxPatience = 60;  ///< Seconds.
+
+    /// A script that lives for months may not eat the machine.
+    static constexpr std::size_t MemoryLimit = std::size_t{256} << 20;
+
+    /// platform: outlives this object. steadySeconds: a clock that never goes back, for the time limit; the
+    /// system's when empty.
+    explicit ScriptControl(Platform& platform, std::function<double()> steadySeconds = {});
+
+    // ScriptEngine
+
+    /// There is one language, "vbScript".
+    void Reset(std::string_view language, int timeoutSeconds) override;
+    void AddRootObject(std::string_view name) override;
+    std::optional<ScriptFault> AddCode(std::string_view code) override;
+    std::vector<ScriptProcedure> Procedures() const override;
+    std::optional<ScriptFault> Run(std::string_view name, std::span<const ScriptArgument> arguments) override;
+
+private:
+    double Now() override;
+    double Timer() override;
+    double SteadySeconds() override;
+    const UserLocale& Locale() override;
+    int MsgBox(const std::string& prompt, int buttons, const std::string& title) override;
+    std::string InputBox(const std::string& prompt, const std::string& title,
+                         const std::string& initial) override;
+    vbscript::Ref<vbscript::Object> CreateObject(std::string_view programId) override;
+
+    Platform& platform_;
+    std::function<double()> steadySeconds_;
+    vbscript::Engine engine_;
+};
+
+}  // namespace tessaloom
