@@ -79,7 +79,11 @@ void Graphic::MergeImageTo(DIB& canvas) {
     Trap({Module, "MergeImageTo"}, [&] { image_.MergeImageTo(canvas, x_, y_); });
 }
 
-RowRange Graphic::MergeShadowTo(DIB& shadow) {
+bool Graphic::Hides(const DIB& canvas) {
+    return Trap({Module, "Hides"}, [&] { return image_.Hides(canvas, x_, y_); });
+}
+
+PixelArea Graphic::MergeShadowTo(DIB& shadow) {
     return Trap({Module, "MergeShadowTo"},
                 [&] { return image_.MergeShadowTo(shadow, x_ + shadowOffsetX_, y_ + shadowOffsetY_); });
 }

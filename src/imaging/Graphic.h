@@ -7,7 +7,7 @@
 #include "imaging/Image.h"
 #include "imaging/LayerHost.h"
 #include "imaging/PictureAccess.h"
-#include "imaging/RowRange.h"
+#include "imaging/PixelArea.h"
 #include "time/Schedule.h"
 #include "time/TimedActivity.h"
 
@@ -49,9 +49,12 @@ public:
     /// Lays the layer's picture onto `canvas`.
     void MergeImageTo(DIB& canvas);
 
-    /// Adds the layer's shadow to `shadow`, a bitmap of the canvas's size, and returns the rows outside of
+    /// True when `MergeImageTo` would leave nothing of what `canvas` holds.
+    bool Hides(const DIB& canvas);
+
+    /// Adds the layer's shadow to `shadow`, a bitmap of the canvas's size, and returns the area outside of
     /// which nothing was changed. Nothing without shadow.
-    RowRange MergeShadowTo(DIB& shadow);
+    PixelArea MergeShadowTo(DIB& shadow);
 
     /// The layer's pictures and what they were made of are released.
     void UnloadClass();

@@ -147,8 +147,7 @@ void Image::MergeImageTo(DIB& destination, int x, int y) {
     y = Clamped(y, Positions) + offset.y;
     const int mode = IsText() ? 3 : opacityMode_;
     if (opacityMode_ == 2 && opacityValue_ == 0) return;
-    if (mode == 2 && opacityValue_ == 100 && !transparentEnabled_ && !map && destination.hDC() &&
-        source.hDC()) {
+    if (Opaque(mode, map) && destination.hDC() && source.hDC()) {
         destination.hDC()->BitBlt(x, y, source.Width(), source.Height(), *source.hDC(), 0, 0);
         return;
     }
@@ -170,7 +169,21 @@ void Image::MergeImageTo(DIB& destination, int x, int y) {
 }
 
 /// Black, the shadow's ground, need not be left out: of two densities the larger one stays.
-RowRange Image::MergeShadowTo(DIB& shadow, int x, int y) {
+bool Image::Opaque(int mode, const DIB* map) const {
+    return mode == 2 && opacityValue_ == 100 && !transparentEnabled_ && !map;
+}
+
+bool Image::Hides(const DIB& destination, int x, int y) {
+    const DIB& source = GetFinalizedDIB();
+    if (IsText() || !source.DIBPtr() || !source.hDC() || !destination.hDC()) return false;
+    if (!Opaque(opacityMode_, FinalMap())) return false;
+    const auto offset = AlignmentOffset(alignment_, source.Width(), source.Height());
+    const int left = Clamped(x, Positions) + offset.x, top = Clamped(y, Positions) + offset.y;
+    return left <= 0 && top <= 0 && left + source.Width() >= destination.Width() &&
+           top + source.Height() >= destination.Height();
+}
+
+PixelArea Image::MergeShadowTo(DIB& shadow, int x, int y) {
     const DIB& source = GetShadowDIB();
     if (!shadowEnabled_ || !source.DIBPtr() || !shadow.DIBPtr()) return {};
     const auto offset =
@@ -180,8 +193,9 @@ RowRange Image::MergeShadowTo(DIB& shadow, int x, int y) {
     const int fromBottom = shadow.Height() - source.Height() - top;
     Merge(shadow.DIBPtr(), shadow.Width(), shadow.Height(), source.DIBPtr(), source.Width(), source.Height(),
           left, fromBottom, 0, NoKeyColour, 255, nullptr, 0, 0, nullptr, 0, 0);
-    const Range<int> rows{0, shadow.Height()};
-    return {Clamped(fromBottom, rows), Clamped(fromBottom + source.Height(), rows)};
+    const Range<int> columns{0, shadow.Width()}, rows{0, shadow.Height()};
+    return {Clamped(left, columns), Clamped(left + source.Width(), columns), Clamped(fromBottom, rows),
+            Clamped(fromBottom + source.Height(), rows)};
 }
 
 // --- Properties ---

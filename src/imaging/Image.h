@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "imaging/DIB.h"
-#include "imaging/RowRange.h"
+#include "imaging/PixelArea.h"
 #include "imaging/pixelops/Rotation.h"
 
 namespace tessaloom {
@@ -134,9 +134,12 @@ public:
     /// Lays the final picture onto `destination`.
     void MergeImageTo(DIB& destination, int x, int y);
 
+    /// True when `MergeImageTo` would leave nothing of what `destination` holds.
+    bool Hides(const DIB& destination, int x, int y);
+
     /// Adds the shadow's density to `shadow`, a bitmap of the canvas's size. Nothing without shadow. Returns
-    /// the rows outside of which nothing was changed.
-    RowRange MergeShadowTo(DIB& shadow, int x, int y);
+    /// the area outside of which nothing was changed.
+    PixelArea MergeShadowTo(DIB& shadow, int x, int y);
 
     // --- Properties ---
 
@@ -279,6 +282,7 @@ private:
     const DIB& Stretched() const { return stretchActive_ ? stretched_ : Cropped(); }
     const DIB& Rotated() const { return rotationActive_ ? rotated_ : Stretched(); }
     const DIB* FinalMap() const;
+    bool Opaque(int mode, const DIB* map) const;
 
     bool IsFile() const { return pictureType_ == File || pictureType_ == FetchedFile; }
     bool IsText() const { return pictureType_ == Text; }

@@ -252,7 +252,7 @@ void Canvas::Compose() {
     textHighWater_ = MaxText + 1;
     graphicHighWater_ = MaxGraphic;
     picture_.SetWidthHeight(width_, height_);
-    picture_.Clear(backgroundColor_);
+    if (!FirstLayerHidesAll()) picture_.Clear(backgroundColor_);
     for (int pass = 0; pass < Passes; ++pass) {
         AddTextAndGraphicLayer(pass);
         passChanged_[Index(pass)] = false;
@@ -260,6 +260,16 @@ void Canvas::Compose() {
     forceRedraw_ = false;
     forceReload_ = false;
     CopyTofrmMain();
+}
+
+/// Whether the background would be seen nowhere, not even through the shadows of the first pass.
+bool Canvas::FirstLayerHidesAll() {
+    for (int pass = 0; pass < Passes; ++pass) {
+        CollectLayers(pass);
+        if (!passGraphics_.empty()) return passGraphics_.front()->Hides(picture_);
+        if (!passTexts_.empty()) return false;
+    }
+    return false;
 }
 
 void Canvas::AddTextAndGraphicLayer(int pass) {
@@ -284,31 +294,33 @@ void Canvas::CollectLayers(int pass) {
     for (int slot = 1; slot <= MaxText; ++slot) collect(texts_[Index(slot)], timing_.Text(slot), passTexts_);
 }
 
-/// Clears, and lays onto the picture, only the rows in which shadows lie; what is not in shadow would not
+/// Clears, and lays onto the picture, only the area in which shadows lie; what is not in shadow would not
 /// change.
 void Canvas::ComposeShadow(int pass) {
     const auto casts = [](const auto* layer) { return layer->Shadow(); };
     if (std::ranges::none_of(passGraphics_, casts) && std::ranges::none_of(passTexts_, casts)) return;
 
     ShadowBitmap& shadow = shadows_[Index(pass)];
-    if (shadow.dib.Width() != width_ || shadow.dib.Height() != height_) shadow.rows = {};
+    if (shadow.dib.Width() != width_ || shadow.dib.Height() != height_) shadow.area = {};
     shadow.dib.SetWidthHeight(width_, height_);
     if (!shadow.dib.DIBPtr() || !picture_.DIBPtr()) return;
-    const auto stride = static_cast<std::size_t>(shadow.dib.Stride());
-    const auto bytesBelow = [stride](int rows) { return Index(rows) * stride; };
-    std::memset(shadow.dib.DIBPtr() + bytesBelow(shadow.rows.first), 0, bytesBelow(shadow.rows.Count()));
+    const auto at = [](DIB& bitmap, const PixelArea& area, int row) {
+        return bitmap.DIBPtr() + Index(row) * static_cast<std::size_t>(bitmap.Stride()) + Index(area.left) * 3;
+    };
+    for (int row = shadow.area.first; row < shadow.area.end; ++row)
+        std::memset(at(shadow.dib, shadow.area, row), 0, Index(shadow.area.Width()) * 3);
 
-    RowRange rows;
+    PixelArea area;
     for (tessaloom::Graphic* graphic : passGraphics_)
-        if (graphic->Shadow()) rows.Include(graphic->MergeShadowTo(shadow.dib));
+        if (graphic->Shadow()) area.Include(graphic->MergeShadowTo(shadow.dib));
     for (tessaloom::Text* text : passTexts_)
-        if (text->Shadow()) rows.Include(text->MergeShadowTo(shadow.dib));
-    shadow.rows = rows;
+        if (text->Shadow()) area.Include(text->MergeShadowTo(shadow.dib));
+    shadow.area = area;
 
     constexpr int Darkening = 1, NoKeyColour = 0x1000000;
-    const std::size_t below = bytesBelow(rows.first);
-    Merge(picture_.DIBPtr() + below, width_, rows.Count(), shadow.dib.DIBPtr() + below, width_, rows.Count(),
-          0, 0, Darkening, NoKeyColour, To255(shadowIntensity_), nullptr, 0, 0, nullptr, 0, 0);
+    for (int row = area.first; row < area.end; ++row)
+        Merge(at(picture_, area, row), area.Width(), 1, at(shadow.dib, area, row), area.Width(), 1, 0, 0,
+              Darkening, NoKeyColour, To255(shadowIntensity_), nullptr, 0, 0, nullptr, 0, 0);
 }
 
 void Canvas::CopyTofrmMain() {
@@ -345,7 +357,7 @@ void Canvas::CanvasUnload() {
         picture_.UnloadClass();
         for (ShadowBitmap& shadow : shadows_) {
             shadow.dib.UnloadClass();
-            shadow.rows = {};
+            shadow.area = {};
         }
         visible_ = false;
         enabled_ = false;

@@ -8,7 +8,7 @@
 
 #include "imaging/DIB.h"
 #include "imaging/LayerHost.h"
-#include "imaging/RowRange.h"
+#include "imaging/PixelArea.h"
 #include "model/CanvasView.h"
 #include "model/DocumentFault.h"
 #include "time/LayerTimingTable.h"
@@ -181,10 +181,10 @@ public:
     void ScheduleStateChanged() override { ForceRedraw(); }
 
 private:
-    /// The collected shadows of one pass: density on black. Only `rows` hold any.
+    /// The collected shadows of one pass: density on black. Only `area` holds any.
     struct ShadowBitmap {
         DIB dib;
-        RowRange rows;
+        PixelArea area;
     };
 
     /// A layer with a daily window, to be asked on every tick.
@@ -205,6 +205,7 @@ private:
     void Compose();
     void CollectLayers(int pass);
     void ComposeShadow(int pass);
+    bool FirstLayerHidesAll();
     void NameFeeds();
 
     Portfolio& portfolio_;

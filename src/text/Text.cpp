@@ -122,9 +122,9 @@ void Text::MergeImageTo(DIB& canvas) {
     });
 }
 
-RowRange Text::MergeShadowTo(DIB& shadow) {
+PixelArea Text::MergeShadowTo(DIB& shadow) {
     return Trap({Module, "MergeShadowTo"}, [&] {
-        if (blank_) return RowRange();
+        if (blank_) return PixelArea();
         return image_.MergeShadowTo(shadow, x_ + shadowOffsetX_, y_ + shadowOffsetY_);
     });
 }

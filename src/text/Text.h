@@ -4,7 +4,7 @@
 #include "imaging/DIB.h"
 #include "imaging/Image.h"
 #include "imaging/LayerHost.h"
-#include "imaging/RowRange.h"
+#include "imaging/PixelArea.h"
 #include "platform/Fonts.h"
 #include "time/Schedule.h"
 #include "time/TimedActivity.h"
@@ -54,7 +54,7 @@ public:
     /// Lays the text, or its shadow, onto a bitmap of the canvas's size at the aligned position. A shadow
     /// changes nothing outside of the rows returned.
     void MergeImageTo(DIB& canvas);
-    RowRange MergeShadowTo(DIB& shadow);
+    PixelArea MergeShadowTo(DIB& shadow);
 
     /// The final picture's size; 0 while there is nothing to draw.
     int Width() { return blank_ ? 0 : image_.FinalWidth(); }

@@ -3,6 +3,31 @@
 #include <array>
 #include <cstring>
 
+#if !defined(TESSALOOM_BLEND_FACTORS)
+#define TESSALOOM_BLEND_FACTORS
+namespace tessaloom::pixelops {
+
+/// For each opacity the factor, in 32768ths, with which a rounded product is [way * opacity / 255] for every
+/// way from one byte to another, -255 .. 255: one of the two next to opacity / 255 is.
+constexpr auto BlendFactors = [] {
+    const auto exact = [](int factor, int opacity) {
+        for (int way = -255; way <= 255; ++way)
+            if ((way * factor + 0x4000) >> 15 != (way * opacity * 2 + 255 + 510 * 255) / 510 - 255)
+                return false;
+        return true;
+    };
+    std::array<std::int16_t, 256> factors{};
+    for (int opacity = 0; opacity < 256; ++opacity) {
+        const int lower = opacity * 32768 / 255, factor = exact(lower, opacity) ? lower : lower + 1;
+        factors[static_cast<std::size_t>(opacity)] =
+            static_cast<std::int16_t>(factor < 32767 ? factor : 32767);
+    }
+    return factors;
+}();
+
+}  // namespace tessaloom::pixelops
+#endif
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/pixelops/MergeRows.cpp"
 #include <hwy/foreach_target.h>
@@ -80,14 +105,35 @@ HWY_INLINE V8 Laid(V8 dest, V8 paint, V16 evenOpacity, V16 oddOpacity) {
     }
 }
 
-/// One vector by a uniform opacity.
+/// One vector of densities by a uniform opacity. Nothing is done where there are none, as in most of a shadow
+/// bitmap.
 template <Laying laying>
 struct Uniform {
     V16 opacity;
     explicit HWY_INLINE Uniform(int value) : opacity(hn::Set(D16(), static_cast<std::uint16_t>(value))) {}
     HWY_INLINE void operator()(std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t*) const {
         const D8 d;
-        hn::StoreU(Laid<laying>(hn::LoadU(d, dest), hn::LoadU(d, paint), opacity, opacity), d, dest);
+        const V8 bytes = hn::LoadU(d, paint);
+        if (hn::AllTrue(d, hn::Eq(bytes, hn::Zero(d)))) return;
+        hn::StoreU(Laid<laying>(hn::LoadU(d, dest), bytes, opacity, opacity), d, dest);
+    }
+};
+
+/// One vector blended by a uniform opacity: dest + [(paint - dest) * factor / 32768].
+template <>
+struct Uniform<Laying::Blend> {
+    using DS16 = hn::RebindToSigned<D16>;
+    hn::Vec<DS16> factor;
+    explicit HWY_INLINE Uniform(int opacity)
+        : factor(hn::Set(DS16(), BlendFactors[static_cast<std::size_t>(opacity)])) {}
+    HWY_INLINE V16 Blended(V16 dest, V16 paint) const {
+        const auto way = hn::BitCast(DS16(), hn::Sub(paint, dest));
+        return hn::Add(dest, hn::BitCast(D16(), hn::MulFixedPoint15(way, factor)));
+    }
+    HWY_INLINE void operator()(std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t*) const {
+        const D8 d;
+        const V8 below = hn::LoadU(d, dest), above = hn::LoadU(d, paint);
+        hn::StoreU(Join(Blended(Even(below), Even(above)), Blended(Odd(below), Odd(above))), d, dest);
     }
 };
 

@@ -128,16 +128,17 @@ void SpreadPixels(std::uint16_t* dest, const std::uint16_t* row, const PixelMix&
 void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t* other, std::uint16_t weight,
                std::size_t count) {
     const hn::ScalableTag<std::uint16_t> d;
-    const hn::RebindToSigned<decltype(d)> s;
-    const hn::Rebind<std::uint8_t, decltype(d)> bytes;
+    const hn::Repartition<std::uint8_t, decltype(d)> bytes;
+    const std::size_t lanes = hn::Lanes(d);
     const auto part = hn::Set(d, weight), half = hn::Set(d, 128);
+    const auto blended = [&](std::size_t at) {
+        const auto first = hn::LoadU(d, one + at), second = hn::LoadU(d, other + at);
+        const auto rest = hn::Sub(hn::Add(first, half), hn::MulHigh(first, part));
+        return hn::BitCast(bytes, hn::Add(rest, hn::MulHigh(second, part)));
+    };
     std::size_t i = 0;
-    for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
-        const auto first = hn::LoadU(d, one + i), second = hn::LoadU(d, other + i);
-        const auto rest = hn::Sub(first, hn::MulHigh(first, part));
-        const auto sum = hn::Add(hn::Add(rest, half), hn::MulHigh(second, part));
-        hn::StoreU(hn::DemoteTo(bytes, hn::BitCast(s, hn::ShiftRight<8>(sum))), bytes, dest + i);
-    }
+    for (; i + 2 * lanes <= count; i += 2 * lanes)
+        hn::StoreU(hn::ConcatOdd(bytes, blended(i + lanes), blended(i)), bytes, dest + i);
     reference::BlendRows(dest + i, one + i, other + i, weight, count - i);
 }
 
