@@ -26,6 +26,8 @@ public:
     void EnablePortfolioCommands(bool) override {}
     void UnloadSetupWindows() override {}
     void UnloadSecondaryWindows() override {}
+    PreviewSize Preview() const override { return {}; }
+    void DrawPreview(const std::uint8_t*, PreviewSize) override {}
     void DoEvents() override {}
     int TwipsPerPixelX() const override { return 15; }
     int TwipsPerPixelY() const override { return 15; }

@@ -130,7 +130,7 @@ void Graphic::TakeSource() {
     if (sourceType_ != Address) CancelFetch();
     switch (sourceType_) {
         case VideoFeed:
-            return TakePicture(sourceVideoFeed_ == NoFeed ? nullptr : host_.FeedFrame(sourceVideoFeed_));
+            return TakeFrame();
         case OtherCanvas:
             return TakePicture(host_.CanvasPicture(sourceCanvas_));
         case PictureFile:
@@ -144,6 +144,10 @@ void Graphic::TakeSource() {
 
 void Graphic::TakePicture(const DIB* picture) {
     if (picture) image_.LoadIntoPictureDIB(*picture);
+}
+
+void Graphic::TakeFrame() {
+    if (sourceVideoFeed_ != NoFeed) image_.ShareIntoPictureDIB(host_.FeedFrame(sourceVideoFeed_));
 }
 
 void Graphic::TakeFile() {

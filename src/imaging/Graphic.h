@@ -226,6 +226,7 @@ private:
     void Touch();  ///< A setting that shows changed: the layer is due, its pass recomposed.
     void PassSettings();
     void TakeSource();
+    void TakeFrame();
     void TakePicture(const DIB* picture);
     void TakeFile();
     void TakeBlock();

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstring>
+#include <utility>
 
 #include "core/Store.h"
 #include "imaging/Alignment.h"
@@ -43,11 +44,9 @@ Image::~Image() = default;
 
 void Image::LoadIntoPictureDIB(const DIB& source) {
     if (!source.DIBPtr()) return;
-    const DIB& before = suppliedProcessing_ == 0 ? picture_ : supplied_;
-    if (held_ == Held::FromOwner && suppliedProcessing_ == colorProcessing_ && SamePixels(source, before))
-        return;
-    if (!picture_.CopyFrom(source)) return;
+    if (HoldsSupplied(source) || !picture_.CopyFrom(source)) return;
     suppliedProcessing_ = colorProcessing_;
+    shared_.reset();
     if (colorProcessing_ == 0) {
         supplied_.SetWidthHeight(0, 0);
     } else {
@@ -55,6 +54,26 @@ void Image::LoadIntoPictureDIB(const DIB& source) {
         ColorProcess(picture_.DIBPtr(), picture_.Width(), picture_.Height(), colorProcessing_);
     }
     PictureReplaced(Held::FromOwner);
+}
+
+void Image::ShareIntoPictureDIB(std::shared_ptr<const DIB> source) {
+    if (!source || !source->DIBPtr() || HoldsSupplied(*source)) return;
+    if (colorProcessing_ == 0) {
+        picture_.SetWidthHeight(0, 0);
+    } else {
+        if (!picture_.CopyFrom(*source)) return;
+        ColorProcess(picture_.DIBPtr(), picture_.Width(), picture_.Height(), colorProcessing_);
+    }
+    suppliedProcessing_ = colorProcessing_;
+    supplied_.SetWidthHeight(0, 0);
+    shared_ = std::move(source);
+    PictureReplaced(Held::FromOwner);
+}
+
+bool Image::HoldsSupplied(const DIB& source) const {
+    if (held_ != Held::FromOwner || suppliedProcessing_ != colorProcessing_) return false;
+    if (shared_) return &source == shared_.get() || SamePixels(source, *shared_);
+    return SamePixels(source, suppliedProcessing_ == 0 ? picture_ : supplied_);
 }
 
 void Image::SetTextCoverage(const DIB& coverage) {
@@ -95,7 +114,7 @@ void Image::ForceOpacityLoad() { MarkDirty(Bits(Stage::OpacityFile)); }
 
 const DIB& Image::GetImageDIB() {
     UpdateTo(Stage::Image);
-    return picture_;
+    return Original();
 }
 
 const DIB& Image::GetCroppedDIB() {

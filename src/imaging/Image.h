@@ -73,6 +73,10 @@ public:
     /// Takes `source` as the picture (types `Supplied` and `Block`). An equal picture changes nothing.
     void LoadIntoPictureDIB(const DIB& source);
 
+    /// The same, but `source` itself becomes the picture: nobody may change it any more. Null changes
+    /// nothing.
+    void ShareIntoPictureDIB(std::shared_ptr<const DIB> source);
+
     /// Takes the coverage of a text as the picture (type `Text`): 0 none .. 255 full for each colour
     /// component. The image gets its size.
     void SetTextCoverage(const DIB& coverage);
@@ -108,11 +112,11 @@ public:
     const DIB& GetShadowDIB();
 
     /// What each stage yields as it stands, with nothing brought up to date; null without pixels.
-    const std::uint8_t* OriginalDIBPtrToWorkFrom() const { return picture_.DIBPtr(); }
+    const std::uint8_t* OriginalDIBPtrToWorkFrom() const { return Original().DIBPtr(); }
     const std::uint8_t* CroppedDIBPtrToWorkFrom() const { return Cropped().DIBPtr(); }
     const std::uint8_t* StretchedDIBPtrToWorkFrom() const { return Stretched().DIBPtr(); }
     const std::uint8_t* DIBPtrToWorkFrom() const { return Rotated().DIBPtr(); }
-    const DeviceContext* OriginalhDCToWorkFrom() const { return picture_.hDC(); }
+    const DeviceContext* OriginalhDCToWorkFrom() const { return Original().hDC(); }
     const DeviceContext* CroppedhDCToWorkFrom() const { return Cropped().hDC(); }
     const DeviceContext* StretchedhDCToWorkFrom() const { return Stretched().hDC(); }
     const DeviceContext* hDCToWorkFrom() const { return Rotated().hDC(); }
@@ -263,7 +267,8 @@ private:
     /// The common change routine: what is seen changed, and `stages` must be computed again.
     void SetGraphics(Stages stages);
     void MarkDirty(Stages stages) { dirty_ = static_cast<Stages>(dirty_ | stages); }
-    void MarkShadow();  ///< Where there is one.
+    void MarkShadow();                            ///< Where there is one.
+    bool HoldsSupplied(const DIB& source) const;  ///< It is what the picture in hand was made of.
     void PictureReplaced(Held held);
 
     void UpdateTo(Stage last);
@@ -278,7 +283,8 @@ private:
     void LoadRotatedOpacityDIB();
     void LoadShadowDIB();
 
-    const DIB& Cropped() const { return cropActive_ ? cropped_ : picture_; }
+    const DIB& Original() const { return shared_ && suppliedProcessing_ == 0 ? *shared_ : picture_; }
+    const DIB& Cropped() const { return cropActive_ ? cropped_ : Original(); }
     const DIB& Stretched() const { return stretchActive_ ? stretched_ : Cropped(); }
     const DIB& Rotated() const { return rotationActive_ ? rotated_ : Stretched(); }
     const DIB* FinalMap() const;
@@ -297,7 +303,9 @@ private:
     ErrorsFile* errors_ = nullptr;
 
     DIB picture_;
-    DIB supplied_;  ///< The supplied picture before colour processing; empty without.
+    std::shared_ptr<const DIB> shared_;  ///< Like `supplied_`, of another owner; it is the picture itself
+                                         ///< where nothing is processed.
+    DIB supplied_;                       ///< The supplied picture before colour processing; empty without.
     DIB cropped_, stretched_, rotated_;
     DIB opacityPicture_;  ///< The opacity file as a map of its own size.
     DIB opacity_, rotatedOpacity_;

@@ -105,6 +105,7 @@ void Image::UpdateTo(Stage last) {
 
 void Image::PictureReplaced(Held held) {
     held_ = held;
+    if (held != Held::FromOwner) shared_.reset();
     SetGraphics(Bits(Stage::Crop));
 }
 
@@ -141,15 +142,16 @@ void Image::LoadPicture() {
 
 void Image::LoadCroppedDIB() {
     MarkDirty(Bits(Stage::Stretch));
-    cropActive_ = crop_ != Margins{} && picture_.DIBPtr();
+    cropActive_ = crop_ != Margins{} && Original().DIBPtr();
     if (!cropActive_) return;
-    const Cut columns = CutSide(picture_.Width(), crop_.left, crop_.right, LargestWidth);
-    const Cut rows = CutSide(picture_.Height(), crop_.top, crop_.bottom, LargestHeight);
+    const Cut columns = CutSide(Original().Width(), crop_.left, crop_.right, LargestWidth);
+    const Cut rows = CutSide(Original().Height(), crop_.top, crop_.bottom, LargestHeight);
     cropped_.SetWidthHeight(columns.length, rows.length);
     const bool beyondPicture = crop_.left < 0 || crop_.right < 0 || crop_.top < 0 || crop_.bottom < 0;
     if (beyondPicture) cropped_.Clear(backgroundColor_);
     if (cropped_.hDC())
-        cropped_.hDC()->BitBlt(0, 0, columns.length, rows.length, *picture_.hDC(), columns.start, rows.start);
+        cropped_.hDC()->BitBlt(0, 0, columns.length, rows.length, *Original().hDC(), columns.start,
+                               rows.start);
 }
 
 void Image::LoadStretchedDIB() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "core/SettingsOwner.h"
 #include "time/LayerTimingTable.h"
 #include "time/PresentTime.h"
@@ -22,8 +24,8 @@ public:
     /// The composed picture of canvas slot `canvas`; null when that slot holds none.
     virtual const DIB* CanvasPicture(int canvas) const = 0;
 
-    /// The latest frame of feed slot `feed` (0 .. 9); null when none has come yet.
-    virtual const DIB* FeedFrame(int feed) const = 0;
+    /// The latest frame of feed slot `feed` (0 .. 9), which never changes again; null when none has come yet.
+    virtual std::shared_ptr<const DIB> FeedFrame(int feed) const = 0;
 
     /// `EnableNow` of the layer's schedule changed its answer: the canvas is redrawn.
     virtual void ScheduleStateChanged() = 0;

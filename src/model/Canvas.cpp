@@ -524,10 +524,8 @@ const DIB* Canvas::CanvasPicture(int canvas) const {
     return source.Enabled() && source.picture_.hDIB() ? &source.picture_ : nullptr;
 }
 
-const DIB* Canvas::FeedFrame(int feed) const {
-    if (feed < 0 || feed >= Portfolio::MaxFeed) return nullptr;
-    const DIB& frame = portfolio_.VideoFeed(feed).DIB();
-    return frame.hDIB() ? &frame : nullptr;
+std::shared_ptr<const DIB> Canvas::FeedFrame(int feed) const {
+    return feed >= 0 && feed < Portfolio::MaxFeed ? portfolio_.VideoFeed(feed).Frame() : nullptr;
 }
 
 }  // namespace tessaloom

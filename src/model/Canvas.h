@@ -177,7 +177,7 @@ public:
     int CanvasIndex() const override { return slot_; }
     void PassChanged(int pass) override;
     const DIB* CanvasPicture(int canvas) const override;
-    const DIB* FeedFrame(int feed) const override;
+    std::shared_ptr<const DIB> FeedFrame(int feed) const override;
     void ScheduleStateChanged() override { ForceRedraw(); }
 
 private:

@@ -9,7 +9,9 @@
 #include "model/DocumentReader.h"
 #include "model/PortfolioFile.h"
 #include "model/PublishedCanvases.h"
+#include "platform/CaptureDriver.h"
 #include "platform/FileSystem.h"
+#include "platform/FtpClient.h"
 #include "platform/Platform.h"
 #include "platform/PrivateProfile.h"
 #include "platform/UrlTransfer.h"
@@ -30,6 +32,11 @@ constexpr int MostInputDevices = 10;
 
 std::size_t Index(int slot) { return static_cast<std::size_t>(slot); }
 
+VideoFeed::Tools FeedTools(const Platform& platform) {
+    return {platform.captureDrivers, platform.fileSystem, platform.jpegCodec, platform.desktop,
+            platform.dialogs,        platform.mainWindow, platform.timer};
+}
+
 }  // namespace
 
 Portfolio::Portfolio(Platform& platform)
@@ -45,8 +52,10 @@ Portfolio::Portfolio(Platform& platform)
         *this, *webHost_,
         tessaloom::WebServer::Tools{platform.sockets, platform.fileSystem, platform.dialogs});
     for (int feed = 0; feed < MaxFeed; ++feed) {
-        feeds_[Index(feed)] = std::make_unique<tessaloom::VideoFeed>(*this);
-        feeds_[Index(feed)]->MotionDetect().SetFeedNumber(feed);
+        feeds_[Index(feed)] = std::make_unique<tessaloom::VideoFeed>(*this, *this, FeedTools(platform));
+        tessaloom::MotionDetect& motion = feeds_[Index(feed)]->MotionDetect();
+        motion.SetFeedNumber(feed);
+        motion.OnTrigger([this, feed] { script_->CallMotionDetected(feed + 1); });
     }
     for (int slot = 1; slot <= MaxCanvas; ++slot)
         canvases_[Index(slot - 1)] = std::make_unique<tessaloom::Canvas>(*this, slot);
@@ -156,10 +165,22 @@ void Portfolio::UpdateImages() {
     });
 }
 
-/// Feeds and devices deliver nothing while no capture driver is attached to them (video/VideoFeed.h), so
-/// there is nothing to ask for.
-void Portfolio::UpdateVideoFeeds() {}
-void Portfolio::UpdateInputDevices() {}
+/// Motion in a feed runs a script, which may end the program.
+void Portfolio::UpdateVideoFeeds() {
+    for (const auto& feed : feeds_)
+        if (Flags().running) feed->Update();
+}
+
+void Portfolio::UpdateInputDevices() {
+    for (const auto& device : inputDevices_)
+        if (Flags().running) device->Update();
+}
+
+void Portfolio::ReopenFeeds() {
+    if (platform_.captureDrivers) platform_.captureDrivers->Refresh();
+    for (const auto& feed : feeds_) feed->Reopen();
+    for (const auto& device : inputDevices_) device->Reopen();
+}
 
 void Portfolio::UpdateOtherPost() {
     Trap({Module, "UpdateOtherPost"}, [&] {
@@ -239,15 +260,16 @@ void Portfolio::RestartTimes() {
     script_->RestartTime();
     vws_->RestartTiming();
     webServer_->RestartTimes(captureTime_);
-    for (const auto& feed : feeds_) feed->SetNextTime(captureTime_);
-    for (const auto& device : inputDevices_) device->SetNextTime(captureTime_);
+    for (const auto& feed : feeds_) feed->RestartTimes();
+    for (const auto& device : inputDevices_) device->RestartTimes();
 }
 
 void Portfolio::SetInputDeviceCount(int count) {
     const auto wanted = Index(Clamped(count, {0, MostInputDevices}));
     for (std::size_t i = wanted; i < inputDevices_.size(); ++i) inputDevices_[i]->ClassUnload();
     inputDevices_.resize(std::min(wanted, inputDevices_.size()));
-    while (inputDevices_.size() < wanted) inputDevices_.push_back(std::make_unique<InputDevice>(*this));
+    while (inputDevices_.size() < wanted)
+        inputDevices_.push_back(std::make_unique<InputDevice>(*this, *this, FeedTools(platform_)));
 }
 
 void Portfolio::ReportFault(const DocumentFault& fault) {

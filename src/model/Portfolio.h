@@ -74,6 +74,9 @@ public:
     /// Makes every activity due at once.
     void ForceUpdate();
 
+    /// Looks for cameras anew and opens every enabled feed anew in the next tick.
+    void ReopenFeeds();
+
     /// The slot of the feed of that name, -1 when there is none.
     int FeedNamed(std::string_view name) const;
 

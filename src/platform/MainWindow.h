@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstdint>
+
 namespace tessaloom {
 
 /// The states of a window, with the numbers that the files hold.
@@ -8,6 +10,11 @@ enum class WindowState { Normal = 0, Minimized = 1, Maximized = 2 };
 /// Twips: 1/1440 inch.
 struct WindowPlace {
     int left = 0, top = 0, width = 0, height = 0;
+};
+
+/// Pixels.
+struct PreviewSize {
+    int width = 0, height = 0;
 };
 
 /// The main window, its splash and its tray icon, as start-up and shutdown drive them.
@@ -37,6 +44,12 @@ public:
     /// Closes the set-up windows of the portfolio; closes every other secondary window.
     virtual void UnloadSetupWindows() = 0;
     virtual void UnloadSecondaryWindows() = 0;
+
+    /// The size of the box that previews a feed; 0 x 0 where none can be seen.
+    virtual PreviewSize Preview() const = 0;
+
+    /// Shows a picture of that size in it: blue, green, red, rows padded to 4 bytes, bottom row first.
+    virtual void DrawPreview(const std::uint8_t* rows, PreviewSize size) = 0;
 
     /// Lets pending window events run.
     virtual void DoEvents() = 0;

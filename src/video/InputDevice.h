@@ -16,8 +16,9 @@ enum class InputDeviceKind {
 /// One input device of the portfolio. Whatever its kind, it works as a video feed does.
 class InputDevice : public VideoFeed {
 public:
-    explicit InputDevice(SettingsOwner& owner, InputDeviceKind kind = InputDeviceKind::InputDeviceVfW)
-        : VideoFeed(owner), kind_(kind) {}
+    InputDevice(SettingsOwner& owner, const PresentTime& present, const Tools& tools,
+                InputDeviceKind kind = InputDeviceKind::InputDeviceVfW)
+        : VideoFeed(owner, present, tools), kind_(kind) {}
 
     InputDeviceKind Kind() const { return kind_; }
 

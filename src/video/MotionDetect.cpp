@@ -7,6 +7,7 @@
 
 #include "core/ErrorReport.h"
 #include "imaging/pixelops/Tessaloom.h"
+#include "platform/Desktop.h"
 #include "time/modTime.h"
 #include "video/MotionScale.h"
 
@@ -61,7 +62,9 @@ void MotionDetect::DiffFrames(const DIB& frame) {
 
         DiffHistogram(difference_.DIBPtr(), working_.DIBPtr(), previous_.DIBPtr(), width, height,
                       KeepAllDifferences, histogram_.data());
+        frame_ = &frame;
         CalculateMotion();
+        frame_ = nullptr;
         previous_.Swap(working_);  // the working frame is made anew for the next one
     });
 }
@@ -85,19 +88,31 @@ void MotionDetect::CalculateMotion() {
         SetMotionTriggerTime(motionTriggerTime_ + step);
         if (ratio < 1 || !Rested()) return;
 
-        motionTriggerTime_ = 0;
-        lastMotionCoverage_ = coverage;
-        lastDarkMin_ = darkMin;
-        lastLightMax_ = lightMax;
-        lastMotionTriggerTime_ = modTime::Clock();
-        if (onTrigger_) onTrigger_();
+        Trigger(coverage, darkMin, lightMax);
     });
+}
+
+void MotionDetect::Trigger(float coverage, int darkMin, int lightMax) {
+    motionTriggerTime_ = 0;
+    if (motionBeep_) desktop_.Beep();
+    lastMotionCoverage_ = coverage;
+    lastDarkMin_ = darkMin;
+    lastLightMax_ = lightMax;
+    lastMotionTriggerTime_ = modTime::Clock();
+    if (onTrigger_) onTrigger_();
+    if (frame_) saves_.Save(*this, *frame_);
 }
 
 // More frames than asked for, but as many seconds. Kept: rest intervals were set with this in mind.
 bool MotionDetect::Rested() const {
     return motionTriggerRestInterval_ < 0 ? motionTriggerTime_ > -motionTriggerRestInterval_
                                           : motionTriggerTime_ >= motionTriggerRestInterval_;
+}
+
+void MotionDetect::SetEnabled(bool enabled) {
+    if (!Store(enabled_, enabled)) return;
+    if (enabled) ForgetPrevious();
+    owner_.SettingChanged();
 }
 
 void MotionDetect::SetBrighterMotionLimit(int value) {

@@ -8,35 +8,48 @@
 #include "core/SettingsOwner.h"
 #include "core/Store.h"
 #include "imaging/DIB.h"
+#include "video/MotionSaves.h"
 
 namespace tessaloom {
 
+class Desktop;
+
 /// The motion detector of one video feed: compares each new frame with the one before and decides whether
-/// enough of the picture became darker or brighter.
-///
-/// A trigger records what was measured and calls `OnTrigger`; the beep and the saved files, whose settings
-/// are kept here, are up to what is plugged in there.
+/// enough of the picture became darker or brighter. A trigger beeps, records what was measured, calls
+/// `OnTrigger` and saves pictures, as the settings say.
 ///
 /// Owned by its `VideoFeed`. Limits are kept on the detector's scale and, beside it, in the percents that the
 /// portfolio file holds (MotionScale.h); a percent is given back as it was set until the limit itself
 /// changes.
 class MotionDetect {
 public:
-    explicit MotionDetect(SettingsOwner& owner) : owner_(owner) {}
+    /// What a detector works with; all outlive it.
+    struct Tools {
+        FileSystem& files;
+        JpegCodec& jpeg;
+        Desktop& desktop;
+    };
 
-    /// Called on each trigger, when the measured values have been recorded.
+    MotionDetect(SettingsOwner& owner, const Tools& tools)
+        : owner_(owner), desktop_(tools.desktop), saves_(tools.files, tools.jpeg) {}
+
+    /// Called on each trigger, when the measured values have been recorded, before pictures are saved: where
+    /// the script's hook is called.
     void OnTrigger(std::function<void()> act) { onTrigger_ = std::move(act); }
 
     /// Runs the whole detection for a new 24-bit frame. The first frame, and the first of another size, is
     /// compared with itself.
     void DiffFrames(const DIB& frame);
 
-    /// Measures the present histogram, advances the rest counter and decides whether to trigger.
+    /// Measures the present histogram, advances the rest counter, decides whether to trigger, and does so.
     void CalculateMotion();
 
-    /// Detection runs on every new frame.
+    /// The next frame is compared with itself: what came before it was seen at another time or place.
+    void ForgetPrevious() { previousDataValid_ = false; }
+
+    /// Detection runs on every new frame. Switched on, it forgets what it saw before.
     bool Enabled() const { return enabled_; }
-    void SetEnabled(bool enabled) { Set(enabled_, enabled); }
+    void SetEnabled(bool enabled);
 
     /// The slot of the owning feed, 0 .. 9.
     int FeedNumber() const { return feedNumber_; }
@@ -146,8 +159,12 @@ private:
     }
 
     bool Rested() const;
+    void Trigger(float coverage, int darkMin, int lightMax);
 
     SettingsOwner& owner_;
+    Desktop& desktop_;
+    MotionSaves saves_;
+    const DIB* frame_ = nullptr;  ///< The one being worked on.
     std::function<void()> onTrigger_;
     DIB previous_;
     DIB working_;  ///< The frame, blurred if asked for.

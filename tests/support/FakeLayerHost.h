@@ -1,9 +1,11 @@
 #pragma once
 
+#include "imaging/DIB.h"
 #include "imaging/LayerHost.h"
 #include "support/PropertyTable.h"
 
 #include <map>
+#include <memory>
 #include <utility>
 #include <vector>
 
@@ -17,7 +19,13 @@ public:
     int CanvasIndex() const override { return canvasIndex; }
     void PassChanged(int pass) override { passes.push_back(pass); }
     const DIB* CanvasPicture(int canvas) const override { return Find(canvases, canvas); }
-    const DIB* FeedFrame(int feed) const override { return Find(feeds, feed); }
+    std::shared_ptr<const DIB> FeedFrame(int feed) const override {
+        const DIB* const found = Find(feeds, feed);
+        if (!found) return nullptr;
+        const auto frame = std::make_shared<DIB>();
+        frame->CopyFrom(*found);
+        return frame;
+    }
     void ScheduleStateChanged() override { ++scheduleChanges; }
 
     /// The passes marked since the last call, in order.

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <optional>
@@ -112,6 +113,12 @@ public:
     void EnablePortfolioCommands(bool enable) override { portfolioCommands = enable; }
     void UnloadSetupWindows() override { calls.emplace_back("UnloadSetupWindows"); }
     void UnloadSecondaryWindows() override { calls.emplace_back("UnloadSecondaryWindows"); }
+    PreviewSize preview;
+    std::vector<std::uint8_t> previewed;  ///< The rows drawn last.
+    PreviewSize Preview() const override { return preview; }
+    void DrawPreview(const std::uint8_t* rows, PreviewSize size) override {
+        previewed.assign(rows, rows + (size.width * 3 + 3) / 4 * 4 * size.height);
+    }
     void DoEvents() override {
         if (auto events = std::exchange(pendingEvents, {})) events();
     }

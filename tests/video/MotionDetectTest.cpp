@@ -2,8 +2,8 @@
 
 #include <vector>
 
-#include "support/FakeTime.h"
 #include "support/PropertyTable.h"
+#include "support/TestPlatform.h"
 #include "video/MotionScale.h"
 
 namespace tessaloom {
@@ -32,9 +32,11 @@ struct Detection {
         return triggers;
     }
 
-    FakeTime time;
+    TestPlatform platform;
     CountingOwner owner;
-    MotionDetect detector{owner};
+    MotionDetect detector{
+        owner, {platform.files, platform.jpegCodec, platform.desktop}
+    };
     DIB frame;
     int triggers = 0;
 };
@@ -64,7 +66,7 @@ TEST(CalculateMotion, MeasuresTheShareOfComponentsOnALogarithmicScale) {
 
 TEST(CalculateMotion, RecordsWhatItMeasuredAtATrigger) {
     Detection at(0.5F);
-    at.time.Set(FakeTime::FirstDay, 8, 30);
+    at.platform.time.Set(FakeTime::FirstDay, 8, 30);
     at.After(1, 120);
     EXPECT_FLOAT_EQ(at.detector.LastMotionCoverage(), 0.5F);
     EXPECT_EQ(at.detector.LastLightMax(), 148);
@@ -102,6 +104,26 @@ TEST(DiffFrames, ComparesTheFirstFrameOfASizeWithItself) {
     EXPECT_EQ(at.triggers, 1);
 }
 
+// Those that are in the portfolio file are tested with it.
+TEST(MotionDetect, ClampsItsPropertiesOutsideTheFile) {
+    using M = MotionDetect;
+    TestPlatform platform;
+    CountingOwner owner;
+    MotionDetect detector(owner, {platform.files, platform.jpegCodec, platform.desktop});
+    const std::vector<Property<M>> rows{
+        Number<M, &M::BrighterMotionLimit, &M::SetBrighterMotionLimit>("Brighter", 255, 128, 255),
+        Number<M, &M::DarkerMotionLimit, &M::SetDarkerMotionLimit>("Darker", 0, 0, 127),
+        Number<M, &M::CoverageLimit, &M::SetCoverageLimit>("CoverageLimit", 1, 0, 1),
+        Number<M, &M::SaveFixedQuality, &M::SetSaveFixedQuality>("SaveFixedQuality", 80, 1, 100),
+        Number<M, &M::SaveSequentialQuality, &M::SetSaveSequentialQuality>("SequentialQuality", 80, 1, 100),
+        Number<M, &M::SaveDiffQuality, &M::SetSaveDiffQuality>("SaveDiffQuality", 80, 1, 100),
+    };
+    CheckProperties<M>(detector, owner, rows);
+    detector.SetMotionTriggerTime(5000);
+    EXPECT_EQ(detector.MotionTriggerTime(), 1000);
+    EXPECT_EQ(detector.LastMotionCoverage(), -1);
+}
+
 TEST(MotionScale, FindsEveryLimitAgainFromItsPercent) {
     for (int limit = 128; limit <= 255; ++limit)
         EXPECT_EQ(MotionScale::BrighterLimit(MotionScale::BrighterPercent(limit)), limit);
@@ -110,8 +132,8 @@ TEST(MotionScale, FindsEveryLimitAgainFromItsPercent) {
 }
 
 TEST(MotionScale, KeepsThePercentThatWasReadUntilTheLimitChanges) {
-    CountingOwner owner;
-    MotionDetect detector(owner);
+    Detection at(1);
+    MotionDetect& detector = at.detector;
     detector.SetBrighterPercent(33.3);
     EXPECT_EQ(detector.BrighterMotionLimit(), 170);  // 128 + 42.29
     detector.SetBrighterMotionLimit(170);

@@ -269,6 +269,7 @@ void modMain_Shutdown() {
 void ReloadSources() {
     tessaloom::Portfolio* portfolio = OpenPortfolio();
     if (!portfolio) return;
+    portfolio->ReopenFeeds();
     // A script that is switched off must not run, and loading it runs its outermost statements.
     if (portfolio->Script().Enabled()) portfolio->Script().ResetScript();
 }

@@ -1,0 +1,68 @@
+#include "video/MotionSaves.h"
+
+#include <span>
+
+#include "core/Log.h"
+#include "core/modNumbers.h"
+#include "imaging/DIB.h"
+#include "locale/Ascii.h"
+#include "platform/FileSystem.h"
+#include "platform/Paths.h"
+#include "video/MotionDetect.h"
+
+namespace tessaloom {
+namespace {
+
+constexpr std::string_view Suffix = ".jpg";
+
+/// Where the difference image of a frame's file goes: "motion.jpg" has "motion.diff.jpg" beside it.
+std::string DifferencePath(std::string_view frameFile) {
+    const bool named = frameFile.size() >= Suffix.size() &&
+                       ascii::SameText(frameFile.substr(frameFile.size() - Suffix.size()), Suffix);
+    if (named) frameFile.remove_suffix(Suffix.size());
+    return std::string(frameFile).append(".diff").append(Suffix);
+}
+
+}  // namespace
+
+void MotionSaves::Save(const MotionDetect& detector, const DIB& frame) {
+    const bool fixed = detector.SaveFixed();
+    const bool sequential = detector.SaveSequential();
+    if (!fixed && !sequential) return;
+
+    std::string sequentialFile;
+    encoder_.BeginPass(frame);
+    if (fixed && !Write(detector.SaveFixedFileName(), detector.SaveFixedQuality())) return;
+    if (sequential) {
+        sequentialFile =
+            JoinPath(detector.SaveSequentialPath(), NextSequentialName(detector.LastMotionTriggerTime()));
+        if (!Write(sequentialFile, detector.SaveSequentialQuality())) return;
+    }
+    if (!detector.SaveDiff()) return;
+    encoder_.BeginPass(detector.Difference());
+    if (fixed && !Write(DifferencePath(detector.SaveFixedFileName()), detector.SaveDiffQuality())) return;
+    if (sequential) Write(DifferencePath(sequentialFile), detector.SaveDiffQuality());
+}
+
+/// Triggers of one second get distinct names.
+std::string MotionSaves::NextSequentialName(double moment) {
+    std::string stamp = modNumbers::FormatNI(FormatDate{moment}, "YYMMDDHHMMSS");
+    counter_ = stamp == stamp_ ? counter_ + 1 : 0;
+    stamp_ = std::move(stamp);
+    return stamp_ + modNumbers::FormatNI(counter_, "00") + std::string(Suffix);
+}
+
+/// False when the picture cannot be encoded, which ends the saves of this trigger.
+bool MotionSaves::Write(const std::string& path, int quality) {
+    const auto bytes = encoder_.Bytes(quality);
+    const bool written =
+        !bytes.empty() && files_.WriteFile(path, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    if (!written && !failing_)
+        Log(LogLevel::Warning,
+            "Motion: \"" + path + "\" was not written: " +
+                (bytes.empty() ? "the picture could not be encoded" : files_.LastFailure()));
+    failing_ = !written;
+    return !bytes.empty();
+}
+
+}  // namespace tessaloom

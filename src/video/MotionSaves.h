@@ -1,0 +1,36 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "imaging/JpegEncoder.h"
+
+namespace tessaloom {
+
+class DIB;
+class FileSystem;
+class MotionDetect;
+
+/// Writes the pictures of a trigger to the files that the settings of its detector name.
+///
+/// A file that cannot be written is told to the log once, until a write succeeds again.
+class MotionSaves {
+public:
+    /// Both outlive this object.
+    MotionSaves(FileSystem& files, JpegCodec& codec) : files_(files), encoder_(codec) {}
+
+    /// Saves `frame`, and the difference image beside it, of the trigger that `detector` recorded last.
+    void Save(const MotionDetect& detector, const DIB& frame);
+
+private:
+    std::string NextSequentialName(double moment);
+    bool Write(const std::string& path, int quality);
+
+    FileSystem& files_;
+    JpegEncoder encoder_;
+    std::string stamp_;  ///< Of the last sequential file.
+    int counter_ = 0;
+    bool failing_ = false;
+};
+
+}  // namespace tessaloom
