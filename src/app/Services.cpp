@@ -12,11 +12,11 @@ Services::Services(std::function<void()> quit)
     : profile_(fileSystem_, [](const std::string& message) { Log(LogLevel::Error, message); }),
       locale_(QtUserLocale()),
       mainWindow_(std::move(quit)),
-      platform_{fileSystem_, profile_, locale_,  systemTime_, fonts_, pictureLoader_,
-                jpegCodec_,  dialogs_, desktop_, mainWindow_, timer_, urlTransfers_,
-                sockets_},
+      platform_{fileSystem_, profile_, locale_,     systemTime_, fonts_,        pictureLoader_, jpegCodec_,
+                dialogs_,    desktop_, mainWindow_, timer_,      urlTransfers_, sockets_},
       socketNotifier_(sockets_.Number(), QSocketNotifier::Read) {
     QObject::connect(&socketNotifier_, &QSocketNotifier::activated, [this] { sockets_.Dispatch(); });
+    platform_.ftpClients = &ftpClients_;
     modTime::UseSystemTime(systemTime_);
 }
 

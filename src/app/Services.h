@@ -6,6 +6,7 @@
 #include "app/HeadlessMainWindow.h"
 #include "platform/Platform.h"
 #include "platform/UserLocale.h"
+#include "platform/curl/CurlFtpClients.h"
 #include "platform/curl/CurlTransfers.h"
 #include "platform/jpeg/TurboJpegCodec.h"
 #include "platform/posix/HeadlessDesktop.h"
@@ -43,6 +44,7 @@ private:
     HeadlessMainWindow mainWindow_;
     QtTimer timer_;
     CurlTransfers urlTransfers_;
+    CurlFtpClients ftpClients_;
     PosixSockets sockets_;
     Platform platform_;
     QSocketNotifier socketNotifier_;

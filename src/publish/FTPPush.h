@@ -1,40 +1,48 @@
 #pragma once
 
-#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "core/SettingsOwner.h"
 #include "core/Store.h"
+#include "publish/InetFTP.h"
 #include "time/PresentTime.h"
 #include "time/Schedule.h"
 #include "time/TimedActivity.h"
 
 namespace tessaloom {
 
+class DIB;
+class JpegCodec;
+
 /// The FTP upload of one canvas: its settings and its timetable.
 ///
-/// Owned by the canvas's `VideoStreaming`. The transfer itself is done by the uploader that is plugged in;
-/// while there is none, nothing is ever due, `Stage` is "Idle" and `Status` is empty.
+/// Owned by the canvas's `VideoStreaming`. The transfer itself is done by its `InetFTP`, which exists from
+/// `Use` on; without it nothing is ever due, `Stage` is "Idle" and `Status` is empty.
 class FTPPush {
 public:
-    /// How a file is replaced on the server.
-    enum Mode {
-        DeleteAndRename = 0,  ///< Stored under another name; the old file is deleted, the new one renamed.
-        RenameOver = 1,       ///< Stored under another name, then renamed over the old file.
-        Direct = 2,           ///< Stored under its final name.
+    /// What the uploads work with. All of it outlives this object.
+    struct Tools {
+        FileSystem& files;
+        JpegCodec& jpeg;
+        FtpClients& clients;
     };
 
     FTPPush(SettingsOwner& owner, const PresentTime& present);
 
-    /// Plugs in what uploads the canvas's picture; an empty function unplugs it.
-    void SetUploader(std::function<void()> upload) { upload_ = std::move(upload); }
+    /// From now on `picture`, that of canvas `canvasIndex`, is what is uploaded.
+    void Use(Tools tools, const DIB& picture, int canvasIndex);
 
-    /// Uploads when that is due: the next time is moved on first, then the schedule is asked.
+    /// Begins an upload when that is due (the next time is moved on first, then the schedule is asked), and
+    /// moves the one in progress along.
     void Refresh();
 
-    /// Uploads at once, whatever the timetable. Does nothing without an uploader.
+    /// Begins an upload, whatever the timetable; refused while one is in progress.
     void Upload();
+
+    /// Ends the transfer and the connection.
+    void UnloadClass();
 
     void SetNextUploadTime() { timing_.SetNextTime(present_.Now()); }
 
@@ -45,7 +53,7 @@ public:
     void RestartTime() { timing_.Restart(present_.Now()); }
 
     bool Enabled() const { return enabled_; }
-    void SetEnabled(bool enabled) { Set(enabled_, enabled); }
+    void SetEnabled(bool enabled);
 
     /// Seconds between two uploads, 0 .. 86400; 0: never by itself.
     double Interval() const { return timing_.Rate(); }
@@ -62,10 +70,11 @@ public:
     int Quality() const { return quality_; }
     void SetQuality(int quality) { Set(quality_, Clamped(quality, {1, 100})); }
 
-    /// The remote folder and file.
+    /// The remote folder and file: what follows the last "/" or "\" is the file.
     const std::string& Path() const { return path_; }
     void SetPath(std::string_view path) { Set(path_, std::string(path)); }
 
+    /// Host and, after ":", port; see `FtpAccount` for secured connections.
     const std::string& ServerName() const { return serverName_; }
     void SetServerName(std::string_view name) { Set(serverName_, std::string(name)); }
     const std::string& UserName() const { return userName_; }
@@ -75,16 +84,16 @@ public:
     const std::string& Password() const { return password_; }
     void SetPassword(std::string_view password) { Set(password_, std::string(password)); }
 
-    /// A `Mode`, 0 .. 2.
+    /// An `InetFTP::Mode`, 0 .. 2.
     int FTPMode() const { return ftpMode_; }
-    void SetFTPMode(int mode) { Set(ftpMode_, Clamped(mode, {DeleteAndRename, Direct})); }
+    void SetFTPMode(int mode) { Set(ftpMode_, Clamped(mode, {InetFTP::DeleteAndRename, InetFTP::Direct})); }
 
     bool PassiveFTP() const { return passiveFTP_; }
     void SetPassiveFTP(bool passive) { Set(passiveFTP_, passive); }
 
     /// The connection stays open between uploads, and is kept alive by a command every 30 s.
     bool KeepConnectionOpen() const { return keepConnectionOpen_; }
-    void SetKeepConnectionOpen(bool keep) { Set(keepConnectionOpen_, keep); }
+    void SetKeepConnectionOpen(bool keep);
     bool KeepAlive() const { return keepAlive_; }
     void SetKeepAlive(bool keep) { Set(keepAlive_, keep); }
 
@@ -92,26 +101,37 @@ public:
     const tessaloom::Schedule& Schedule() const { return schedule_; }
 
     /// The short name of the transfer's present step, and its longer description or last error.
-    std::string Stage() const { return "Idle"; }
-    std::string Status() const { return {}; }
+    std::string Stage() const { return transfer_ ? transfer_->ftp.Stage() : "Idle"; }
+    std::string Status() const { return transfer_ ? transfer_->ftp.Status() : ""; }
 
 private:
+    struct Transfer {
+        JpegCodec& jpeg;
+        const DIB& picture;
+        int canvasIndex;
+        InetFTP ftp;
+    };
+
     template <typename T>
-    void Set(T& field, std::type_identity_t<T> value) {
-        if (Store(field, std::move(value))) owner_.SettingChanged();
+    bool Set(T& field, std::type_identity_t<T> value) {
+        const bool changed = Store(field, std::move(value));
+        if (changed) owner_.SettingChanged();
+        return changed;
     }
+    bool Due();
+    void ConnectionUnwanted() const;
 
     SettingsOwner& owner_;
     const PresentTime& present_;
     TimedActivity timing_;
     tessaloom::Schedule schedule_;
-    std::function<void()> upload_;
+    std::unique_ptr<Transfer> transfer_;
     std::string path_ = "push.jpg";
     std::string serverName_;
     std::string userName_;
     std::string password_;
     int quality_ = 80;
-    int ftpMode_ = DeleteAndRename;
+    int ftpMode_ = InetFTP::DeleteAndRename;
     bool enabled_ = false;
     bool passiveFTP_ = false;
     bool keepConnectionOpen_ = false;

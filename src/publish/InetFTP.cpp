@@ -127,7 +127,7 @@ double InetFTP::SecondsSince(double moment) const { return (now_ - moment) * mod
 void InetFTP::Step() {
     using enum State;
     static constexpr Wait Waits[] = {
-        // clang-format off
+  // clang-format off
         {ConnectWait,    120, "Connect Complete",    "Connect Error",    Connected,        Connect,
                               "Timeout: Connect",    "Failed to connect to FTP server in 2 minutes"},
         {KeepAliveWait,   60, "Keep Alive Complete", "Keep Alive Error", ConnectedWaiting, Idle,
@@ -142,7 +142,7 @@ void InetFTP::Step() {
         // a connection that breaks is ended, too
         {DisconnectWait,  60, "Disconnected",        "Disconnected",     Disconnected,     Disconnected,
                               "Timeout: Disconnect", "Logout exceeded 1 minute"},
-        // clang-format on
+  // clang-format on
     };
     switch (state_) {
         case Idle:
@@ -192,8 +192,8 @@ void InetFTP::StepUnconnected(std::string_view stage) {
 
 void InetFTP::StepConnect() {
     ++attempts_;
-    Act("Connecting",
-        attempts_ == 1 ? "Logging into FTP server" : Numbered("Logging into FTP server -- Attempt #", attempts_));
+    Act("Connecting", attempts_ == 1 ? "Logging into FTP server"
+                                     : Numbered("Logging into FTP server -- Attempt #", attempts_));
     resetRequested_ = false;
     Client().LogIn(account_);
     Command(State::ConnectWait);
@@ -206,7 +206,8 @@ void InetFTP::StepConnected() {
     };
     if (resetRequested_) return leave("Connected -- ResetConnection", State::Disconnect);
     if (sendRequested_) return leave("Connected -- Send File", State::Store);
-    if (state_ == State::ConnectedWaiting && order_.keepAlive && SecondsSince(lastCommand_) >= KeepAliveSeconds)
+    if (state_ == State::ConnectedWaiting && order_.keepAlive &&
+        SecondsSince(lastCommand_) >= KeepAliveSeconds)
         leave("Connected -- Keep Alive", State::KeepAlive);
 }
 

@@ -70,8 +70,8 @@ public:
     /// No transfer is in progress; when one is, `Status` becomes "Send Rejected ...".
     bool MaySend();
 
-    /// Begins an upload with the next `TimerEvent`. False, with the `Status` of `MaySend`, while a transfer is
-    /// in progress.
+    /// Begins an upload with the next `TimerEvent`. False, with the `Status` of `MaySend`, while a transfer
+    /// is in progress.
     bool SendDataFile(std::vector<std::uint8_t> bytes, Order order);
 
     /// Ends an open connection and makes a new one, once no transfer is in progress.

@@ -16,6 +16,9 @@ public:
     /// Called by the canvas on every tick, after its saves.
     void Refresh();
 
+    /// Ends the upload and its connection.
+    void UnloadClass() { ftpPush_.UnloadClass(); }
+
     /// Recomputes next times and voids reference times, after the clock was set back.
     void RestartTimes();
 

@@ -1,8 +1,7 @@
-#include <stdexcept>
-
 #include "publish/VideoStreaming.h"
 #include "support/FakeTime.h"
 #include "support/PropertyTable.h"
+#include "support/TestPlatform.h"
 
 namespace tessaloom::testing {
 namespace {
@@ -12,11 +11,19 @@ TEST(FTPPush, UploadsOnItsTimetableWithinItsSchedule) {
     CountingOwner owner;
     VideoStreaming streaming{owner, time};
     FTPPush& push = streaming.FTPPush();
-    int uploads = 0;
-    push.SetUploader([&] { ++uploads; });
+    MemoryFileSystem files;
+    PlainJpegCodec jpeg;
+    FakeFtpClients ftp;
+    DIB picture;
+    picture.SetWidthHeight(2, 2);
+    push.Use({files, jpeg, ftp}, picture, 3);
+    const int& uploads = jpeg.encoded;
     const auto uploadsAfter = [&](double seconds) {
         time.Advance(seconds);
-        streaming.Refresh();
+        for (int tick = 0; tick < 20; ++tick) {
+            ftp.Poll();
+            streaming.Refresh();
+        }
         return uploads;
     };
     EXPECT_EQ(uploadsAfter(0), 0) << "disabled";
@@ -34,8 +41,13 @@ TEST(FTPPush, UploadsOnItsTimetableWithinItsSchedule) {
     time.Advance(-60);
     streaming.RestartTimes();
     EXPECT_EQ(uploadsAfter(60), 3) << "a clock that was set back does not stop it";
-    push.SetUploader([] { throw std::runtime_error("broken"); });
-    EXPECT_NO_THROW(uploadsAfter(60));
+    push.SetInterval(0);
+    EXPECT_EQ(uploadsAfter(86400), 4) << "the grid point that was computed before";
+    EXPECT_EQ(uploadsAfter(86400), 4) << "never by itself";
+    push.ForceUpdate();
+    EXPECT_EQ(uploadsAfter(0), 5);
+    EXPECT_EQ(push.Stage(), "Disconnected");
+    EXPECT_FALSE(files.FileExists("FTPPsh03-77.tmp")) << "local files are removed";
 }
 
 }  // namespace
