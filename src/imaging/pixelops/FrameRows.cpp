@@ -47,18 +47,16 @@ HWY_INLINE V8 Difference(const std::uint8_t* current, const std::uint8_t* previo
     const V8 up = hn::SaturatedSub(now, before), down = hn::SaturatedSub(before, now);
     const V8 distance = hn::Or(up, down);
     const V8 centred = hn::SaturatedSub(hn::SaturatedAdd(none, up), down);
-    return hn::IfThenElse(hn::Eq(hn::Max(distance, threshold), distance), centred, none);
+    return hn::IfThenElse(hn::Eq(hn::SaturatedSub(distance, threshold), hn::Zero(d)), none, centred);
 }
 
 void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
              std::size_t count) {
     const D8 d;
+    const V8 within = hn::Set(d, static_cast<std::uint8_t>(threshold));
     std::size_t i = 0;
-    if (threshold <= 255) {
-        const V8 least = hn::Set(d, static_cast<std::uint8_t>(threshold));
-        for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d))
-            hn::StoreU(Difference(current + i, previous + i, least), d, out + i);
-    }
+    for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d))
+        hn::StoreU(Difference(current + i, previous + i, within), d, out + i);
     reference::DiffRow(out + i, current + i, previous + i, threshold, count - i);
 }
 
@@ -78,24 +76,22 @@ void DiffCountRow(std::uint8_t* out, const std::uint8_t* current, const std::uin
     const D8 d;
     const std::size_t lanes = hn::Lanes(d), step = 4 * lanes;
     std::size_t i = 0;
-    if (threshold <= 255) {
-        const V8 least = hn::Set(d, static_cast<std::uint8_t>(threshold)), none = hn::Set(d, 128);
-        for (; i + step <= count; i += step) {
-            const V8 one = Difference(current + i, previous + i, least);
-            const V8 two = Difference(current + i + lanes, previous + i + lanes, least);
-            const V8 three = Difference(current + i + 2 * lanes, previous + i + 2 * lanes, least);
-            const V8 four = Difference(current + i + 3 * lanes, previous + i + 3 * lanes, least);
-            hn::StoreU(one, d, out + i);
-            hn::StoreU(two, d, out + i + lanes);
-            hn::StoreU(three, d, out + i + 2 * lanes);
-            hn::StoreU(four, d, out + i + 3 * lanes);
-            const V8 any = hn::Or(hn::Or(hn::Xor(one, none), hn::Xor(two, none)),
-                                  hn::Or(hn::Xor(three, none), hn::Xor(four, none)));
-            if (hn::AllTrue(d, hn::Eq(any, hn::Zero(d)))) {
-                counts.none += static_cast<std::uint32_t>(step);
-            } else {
-                for (std::size_t part = 0; part < step; part += 8) CountEight(out + i + part, counts);
-            }
+    const V8 within = hn::Set(d, static_cast<std::uint8_t>(threshold)), none = hn::Set(d, 128);
+    for (; i + step <= count; i += step) {
+        const V8 one = Difference(current + i, previous + i, within);
+        const V8 two = Difference(current + i + lanes, previous + i + lanes, within);
+        const V8 three = Difference(current + i + 2 * lanes, previous + i + 2 * lanes, within);
+        const V8 four = Difference(current + i + 3 * lanes, previous + i + 3 * lanes, within);
+        hn::StoreU(one, d, out + i);
+        hn::StoreU(two, d, out + i + lanes);
+        hn::StoreU(three, d, out + i + 2 * lanes);
+        hn::StoreU(four, d, out + i + 3 * lanes);
+        const V8 any = hn::Or(hn::Or(hn::Xor(one, none), hn::Xor(two, none)),
+                              hn::Or(hn::Xor(three, none), hn::Xor(four, none)));
+        if (hn::AllTrue(d, hn::Eq(any, hn::Zero(d)))) {
+            counts.none += static_cast<std::uint32_t>(step);
+        } else {
+            for (std::size_t part = 0; part < step; part += 8) CountEight(out + i + part, counts);
         }
     }
     reference::DiffCountRow(out + i, current + i, previous + i, threshold, count - i, counts);

@@ -26,7 +26,7 @@ namespace reference {
 /// Copies `pattern` over and over: `FillBytes` bytes of equal pixels.
 void FillRow(std::uint8_t* dest, const std::uint8_t* pattern, std::size_t pixels);
 
-/// out[i] = clamp(128 + current[i] - previous[i]) where they differ by `threshold` (0 .. 256) or more, else
+/// out[i] = clamp(128 + current[i] - previous[i]) where they differ by more than `threshold` (0 .. 255), else
 /// 128. `out` may be one of the other two.
 void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
              std::size_t count);

@@ -16,7 +16,7 @@ int DIB1624(uint8_t* FramePtr, int Width, int Height) {
 int Diff(uint8_t* OutPtr, const uint8_t* CurrentPtr, const uint8_t* PreviousPtr, int Width, int Height,
          int Threshold) {
     if (!OutPtr || !CurrentPtr || !PreviousPtr || Width < 1 || Height < 1) return 0;
-    const int threshold = std::clamp(Threshold, 0, 256);
+    const int threshold = std::clamp(Threshold, 0, 255);
     for (int y = 0; y < Height; ++y)
         DiffRow(RowAt(OutPtr, Width, y), RowAt(CurrentPtr, Width, y), RowAt(PreviousPtr, Width, y), threshold,
                 static_cast<std::size_t>(Width) * 3);
@@ -28,7 +28,7 @@ int DiffHistogram(uint8_t* OutPtr, const uint8_t* CurrentPtr, const uint8_t* Pre
     if (!Histogram) return 0;
     Counts counts;
     if (OutPtr && CurrentPtr && PreviousPtr && Width > 0) {
-        const int threshold = std::clamp(Threshold, 0, 256);
+        const int threshold = std::clamp(Threshold, 0, 255);
         for (int y = 0; y < Height; ++y)
             DiffCountRow(RowAt(OutPtr, Width, y), RowAt(CurrentPtr, Width, y), RowAt(PreviousPtr, Width, y),
                          threshold, static_cast<std::size_t>(Width) * 3, counts);

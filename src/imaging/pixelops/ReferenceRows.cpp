@@ -81,7 +81,7 @@ void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t*
              std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
         const int difference = current[i] - previous[i];
-        const bool counts = difference >= threshold || difference <= -threshold;
+        const bool counts = difference > threshold || difference < -threshold;
         out[i] = static_cast<std::uint8_t>(ClampToByte(128 + (counts ? difference : 0)));
     }
 }

@@ -87,8 +87,8 @@ TESSALOOM_EXPORT int Rotate(uint8_t* DestPtr, int DestWidth, int DestHeight, con
 /// in place: [v * 255 / 31]. The buffer must hold `Height` rows of the 24-bit result.
 TESSALOOM_EXPORT int DIB1624(uint8_t* FramePtr, int Width, int Height);
 
-/// Out = clamp(128 + current - previous) for each component; differences smaller than `Threshold` count as
-/// none and give 128. Threshold 0 and 1 keep all. `OutPtr` may be one of the other two.
+/// Out = clamp(128 + current - previous) for each component; differences within +- `Threshold`, the
+/// bounds included, count as none and give 128. 0 and below keeps all. `OutPtr` may be one of the other two.
 TESSALOOM_EXPORT int Diff(uint8_t* OutPtr, const uint8_t* CurrentPtr, const uint8_t* PreviousPtr, int Width,
                           int Height, int Threshold);
 

@@ -51,16 +51,17 @@ TEST(Diff, CentresOn128AndHonoursTheThreshold) {
     const struct {
         int current, previous, threshold, expected;
     } cases[] = {
-        {10,  10,  0,  128},
-        {20,  10,  0,  138},
-        {10,  20,  0,  118},
-        {255, 0,   0,  255},
-        {0,   255, 0,  0  },
-        {19,  10,  10, 128},
-        {20,  10,  10, 138},
-        {11,  20,  10, 128},
-        {10,  20,  10, 118},
-        {11,  10,  -5, 129}
+        {10,  10,  0,   128},
+        {20,  10,  0,   138},
+        {10,  20,  0,   118},
+        {255, 0,   0,   255},
+        {0,   255, 0,   0  },
+        {20,  10,  10,  128},
+        {21,  10,  10,  139},
+        {10,  20,  10,  128},
+        {9,   20,  10,  117},
+        {255, 0,   255, 128},
+        {11,  10,  -5,  129}
     };
     for (const auto& c : cases) {
         Bitmap current(1, 1, c.current), previous(1, 1, c.previous), out(1, 1);
@@ -75,8 +76,8 @@ TEST(DiffHistogram, CountsWhatDiffWritesWithoutThePadBytes) {
     Bitmap current(3, 2, 0x0105FF), previous(3, 2, 0x010000), out(3, 2), difference = out;
     std::array<int, 256> counts;
     counts.fill(99);
-    DiffHistogram(out.Ptr(), current.Ptr(), previous.Ptr(), 3, 2, 5, counts.data());
-    Diff(difference.Ptr(), current.Ptr(), previous.Ptr(), 3, 2, 5);
+    DiffHistogram(out.Ptr(), current.Ptr(), previous.Ptr(), 3, 2, 4, counts.data());
+    Diff(difference.Ptr(), current.Ptr(), previous.Ptr(), 3, 2, 4);
     EXPECT_EQ(out, difference);
     for (int v = 0; v < 256; ++v)
         EXPECT_EQ(counts[static_cast<std::size_t>(v)], v == 128 || v == 133 || v == 255 ? 6 : 0) << v;

@@ -106,6 +106,44 @@ TEST(Rotate, PutsEveryPointWhereTheAngleSays) {
     }
 }
 
+TEST(Rotate, IsCloseToABilinearRotationInDoublePrecision) {
+    // Waves of a few pixels' length: where interpolation matters.
+    Bitmap source(160, 120);
+    for (int y = 0; y < 120; ++y)
+        for (int x = 0; x < 160; ++x) {
+            const auto wave = [&](double length) {
+                return static_cast<int>(127.5 +
+                                        120 * std::sin((x + 0.7 * y) / length) * std::cos((x - y) / 9.0));
+            };
+            source.Set(x, y, wave(1.3) | wave(3) << 8 | wave(12) << 16);
+        }
+    for (const double degrees : {0.3, 7.0, 17.0, 45.0, 89.0, 133.0, 179.6, 211.0, 302.0}) {
+        Bitmap dest = Rotated(source, degrees);
+        const double a = degrees * std::numbers::pi / 180;
+        double squares = 0;
+        int components = 0;
+        for (int y = 0; y < dest.height; ++y) {
+            for (int x = 0; x < dest.width; ++x) {
+                const double dx = x + 0.5 - dest.width / 2.0, dy = y + 0.5 - dest.height / 2.0;
+                const double u = std::cos(a) * dx + std::sin(a) * dy + 79.5;
+                const double v = -std::sin(a) * dx + std::cos(a) * dy + 59.5;
+                if (u < 0 || u >= 159 || v < 0 || v >= 119) continue;
+                const int column = static_cast<int>(u), row = static_cast<int>(v);
+                const double right = u - column, up = v - row;
+                for (int c = 0; c < 3; ++c, ++components) {
+                    const double lower =
+                        source.At(column, row)[c] * (1 - right) + source.At(column + 1, row)[c] * right;
+                    const double upper = source.At(column, row + 1)[c] * (1 - right) +
+                                         source.At(column + 1, row + 1)[c] * right;
+                    squares += std::pow(dest.At(x, y)[c] - (lower * (1 - up) + upper * up), 2);
+                }
+            }
+        }
+        EXPECT_GT(components, 160 * 120 * 3 * 9 / 10);
+        EXPECT_LT(std::sqrt(squares / components), 0.6) << degrees;
+    }
+}
+
 TEST(Rotate, BlendsItsEdgesWithWhatIsThere) {
     Bitmap source(20, 20, 0x80C040);
     EXPECT_EQ(Rotated(source, 33, 0x80C040), Bitmap(28, 28, 0x80C040)) << "no seam on the same colour";

@@ -111,7 +111,7 @@ TEST(DiffRow, EqualsItsReferenceAndCounts) {
     OnEachTarget([] {
         RandomBytes random(6);
         for (const std::size_t count : RowLengths()) {
-            for (const int threshold : {0, 1, 9, 255, 256}) {
+            for (const int threshold : {0, 1, 9, 255}) {
                 SCOPED_TRACE(::testing::Message() << count << " bytes, threshold " << threshold);
                 Bytes current = random(count), previous = random(count), expected(count), out(count);
                 reference::DiffRow(expected.Data(), current.Data(), previous.Data(), threshold, count);
