@@ -30,7 +30,7 @@ public:
     std::unique_ptr<UrlTransfer> MakeTransfer() override { return std::make_unique<Transfer>(*this); }
     void Wait(int) override {}
     void Poll() override {
-        for (const Response& response : std::exchange(answers_, {})) {
+        for (const Answered& response : std::exchange(answers_, {})) {
             const auto transfers = transfers_;
             for (Transfer* transfer : transfers)
                 if (std::ranges::find(transfers_, transfer) != transfers_.end()) transfer->Take(response);
@@ -38,7 +38,7 @@ public:
     }
 
 private:
-    struct Response {
+    struct Answered {
         std::string address, body, failure;
     };
 
@@ -72,7 +72,7 @@ private:
         }
         const std::string& Failure() const override { return response_.failure; }
 
-        void Take(const Response& response) {
+        void Take(const Answered& response) {
             if (!StillExecuting() || response.address != response_.address) return;
             response_ = response;
             for (const TransferState state :
@@ -86,13 +86,13 @@ private:
     private:
         FakeUrlTransfers& owner_;
         StateChanged listener_;
-        Response response_;
+        Answered response_;
         UrlResponse head_;
         TransferState state_ = TransferState::Idle;
     };
 
     std::vector<Transfer*> transfers_;
-    std::vector<Response> answers_;
+    std::vector<Answered> answers_;
 };
 
 }  // namespace tessaloom::testing
