@@ -1,0 +1,64 @@
+#include "platform/ffmpeg/StreamAddress.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace tessaloom {
+
+namespace {
+
+constexpr std::string_view StreamSchemes[] = {"rtsp", "rtsps", "http", "https", "udp", "rtp"};
+
+// "crypto" is for streams in encrypted parts.
+constexpr const char* StreamProtocols = "rtsp,rtsps,rtp,srtp,udp,tcp,tls,http,https,httpproxy,crypto";
+
+std::string_view WithoutBlanks(std::string_view text) {
+    constexpr std::string_view Blanks = " \t\r\n";
+    const std::size_t first = text.find_first_not_of(Blanks);
+    return first == std::string_view::npos ? ""
+                                           : text.substr(first, text.find_last_not_of(Blanks) - first + 1);
+}
+
+std::string LowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
+    return lower;
+}
+
+StreamAddress File(std::string_view path) {
+    // "file:///x" and "file:/x" mean the same; "//" elsewhere does no harm.
+    if (path.starts_with("//")) path.remove_prefix(2);
+    std::string location = "file:" + std::string(path);
+    std::ranges::replace(location, '\\', '/');
+    return {StreamAddress::Kind::File, std::move(location), "file"};
+}
+
+std::string Usable(std::string_view address) {
+    std::string usable;
+    for (const char c : address) {
+        if (c == ' ') {
+            usable += "%20";
+        } else {
+            usable += c;
+        }
+    }
+    return usable;
+}
+
+}  // namespace
+
+StreamAddress StreamAddress::Parse(std::string_view written) {
+    // The library's texts end at the first NUL, and would mean another address.
+    if (written.find('\0') != std::string_view::npos) return {};
+    const std::string_view address = WithoutBlanks(written);
+    const std::size_t colon = address.find(':');
+    const std::size_t separator = address.find_first_of("/\\");
+    if (colon == std::string_view::npos || colon < 2 || separator < colon) return File(address);
+    const std::string scheme = LowerCase(address.substr(0, colon));
+    if (scheme == "file") return File(address.substr(colon + 1));
+    if (std::ranges::find(StreamSchemes, scheme) == std::end(StreamSchemes)) return {};
+    return {Kind::Stream, scheme + Usable(address.substr(colon)), StreamProtocols};
+}
+
+}  // namespace tessaloom

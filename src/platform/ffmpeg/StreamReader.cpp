@@ -1,0 +1,172 @@
+#include "platform/ffmpeg/StreamReader.h"
+
+#include <cerrno>
+
+#include "platform/PictureLimits.h"
+
+namespace tessaloom {
+
+namespace {
+
+/// How long a source may take until its next picture.
+constexpr std::chrono::seconds Patience{10};
+
+/// How much the library may look at before it knows what it reads.
+constexpr std::int64_t ProbeBytes = 5'000'000;
+constexpr std::int64_t ProbeMicroseconds = 500'000;
+
+/// Options for whichever protocol is in use; those that it does not know are left over.
+class Options {
+public:
+    explicit Options(const char* protocols) {
+        Set("protocol_whitelist", protocols);
+        Set("rtsp_transport", "tcp");  // a lost packet smears the picture for seconds
+        Set("overrun_nonfatal", "1");  // a burst over UDP costs some pictures, not the stream
+        Set("fifo_size", "8192");      // packets of 188 bytes
+        Set("http_proxy", "");         // nor any from the environment
+        Set("tls_verify", "1");
+        Set("user_agent", "Tessaloom");
+    }
+    ~Options() { av_dict_free(&entries_); }
+    Options(const Options&) = delete;
+    Options& operator=(const Options&) = delete;
+
+    AVDictionary** Entries() { return &entries_; }
+
+private:
+    void Set(const char* key, const char* value) { av_dict_set(&entries_, key, value, 0); }
+
+    AVDictionary* entries_ = nullptr;
+};
+
+bool DecodesIndependently(AVCodecID codec) {
+    const AVCodecDescriptor* descriptor = avcodec_descriptor_get(codec);
+    return descriptor && (descriptor->props & AV_CODEC_PROP_INTRA_ONLY);
+}
+
+}  // namespace
+
+StreamReader::StreamReader(const StreamAddress& address, FrameInbox& inbox, FrameConverter& converter,
+                           Pacer* pacer)
+    : address_(address), inbox_(inbox), converter_(converter), pacer_(pacer) {}
+
+StreamReader::~StreamReader() = default;
+
+int StreamReader::MustGiveUp(void* self) {
+    const auto& reader = *static_cast<const StreamReader*>(self);
+    return reader.inbox_.Stopped() || reader.Late();
+}
+
+std::string StreamReader::Run() {
+    ExtendDeadline();
+    if (std::string failure = Open(); !failure.empty()) return failure;
+    if (std::string failure = OpenDecoder(); !failure.empty()) return failure;
+    return Read();
+}
+
+std::string StreamReader::Open() {
+    AVFormatContext* context = avformat_alloc_context();
+    if (!context) return Reason(AVERROR(ENOMEM));
+    context->interrupt_callback = {&StreamReader::MustGiveUp, this};
+    context->probesize = ProbeBytes;
+    context->max_analyze_duration = ProbeMicroseconds;
+    context->fps_probe_size = 0;
+    context->flags |= AVFMT_FLAG_NOBUFFER;
+    Options options(address_.protocols);
+    // Frees the context when it fails.
+    int result = avformat_open_input(&context, address_.location.c_str(), nullptr, options.Entries());
+    if (result < 0) return Reason(result);
+    input_.reset(context);
+    result = avformat_find_stream_info(context, nullptr);
+    return result < 0 ? Reason(result) : "";
+}
+
+std::string StreamReader::OpenDecoder() {
+    const AVCodec* codec = nullptr;
+    stream_ = av_find_best_stream(input_.get(), AVMEDIA_TYPE_VIDEO, -1, -1, &codec, 0);
+    if (stream_ < 0 || !codec) return "it holds no video that can be decoded";
+    for (unsigned i = 0; i < input_->nb_streams; ++i)
+        if (static_cast<int>(i) != stream_) input_->streams[i]->discard = AVDISCARD_ALL;
+    const AVStream& stream = *input_->streams[stream_];
+    decoder_.reset(avcodec_alloc_context3(codec));
+    packet_.reset(av_packet_alloc());
+    frame_.reset(av_frame_alloc());
+    if (!decoder_ || !packet_ || !frame_) return Reason(AVERROR(ENOMEM));
+    int result = avcodec_parameters_to_context(decoder_.get(), stream.codecpar);
+    if (result < 0) return Reason(result);
+    decoder_->thread_count = 1;
+    decoder_->flags |= AV_CODEC_FLAG_LOW_DELAY;
+    decoder_->max_pixels = PictureLimits().pixels;
+    result = avcodec_open2(decoder_.get(), codec, nullptr);
+    if (result < 0) return Reason(result);
+    independent_ = DecodesIndependently(codec->id);
+    if (pacer_) {
+        const AVRational rate = av_guess_frame_rate(input_.get(), input_->streams[stream_], nullptr);
+        pacer_->BeginPass(rate.num > 0 && rate.den > 0 ? av_q2d(av_inv_q(rate)) : 0.04);
+    }
+    return "";
+}
+
+std::string StreamReader::Read() {
+    for (;;) {
+        const int result = av_read_frame(input_.get(), packet_.get());
+        if (result == AVERROR(EAGAIN)) continue;
+        if (inbox_.Stopped() || Late()) return Reason(AVERROR_EXIT);
+        const bool end = result == AVERROR_EOF;
+        if (result < 0 && !end) return Reason(result);
+        if (end || packet_->stream_index == stream_) {
+            const auto failure = Feed(end ? nullptr : packet_.get());
+            av_packet_unref(packet_.get());
+            if (failure) return *failure;
+        } else {
+            av_packet_unref(packet_.get());
+        }
+        if (!end) continue;
+        if (pacer_) pacer_->EndPass();
+        ended_ = pictures_;
+        return pictures_ ? "the stream has ended" : "it holds no picture";
+    }
+}
+
+/// A null packet drains the decoder.
+std::optional<std::string> StreamReader::Feed(const AVPacket* packet) {
+    // Where each picture stands for itself, those that nobody asks for are not even decoded.
+    announced_ = independent_ && pictures_ && packet && !pacer_;
+    if (announced_ && !inbox_.Arrived()) {
+        ExtendDeadline();
+        return std::nullopt;
+    }
+    // Damaged packets are skipped; the deadline ends a stream that has nothing else.
+    avcodec_send_packet(decoder_.get(), packet);
+    while (avcodec_receive_frame(decoder_.get(), frame_.get()) >= 0) {
+        const auto failure = TakeFrame();
+        av_frame_unref(frame_.get());
+        if (failure) return failure;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> StreamReader::TakeFrame() {
+    if ((frame_->flags & AV_FRAME_FLAG_CORRUPT) || frame_->decode_error_flags) return std::nullopt;
+    if (pacer_) {
+        const double unit = av_q2d(input_->streams[stream_]->time_base);
+        const std::int64_t time = frame_->best_effort_timestamp;
+        pacer_->Wait(time == AV_NOPTS_VALUE ? -1 : static_cast<double>(time) * unit);
+    }
+    ExtendDeadline();
+    pictures_ = true;
+    if (!announced_ && !inbox_.Arrived()) return std::nullopt;
+    if (converter_.Convert(*frame_, inbox_)) return std::nullopt;
+    return "its pictures cannot be used";
+}
+
+void StreamReader::ExtendDeadline() { deadline_ = Clock::now() + Patience; }
+
+std::string StreamReader::Reason(int error) const {
+    if (inbox_.Stopped()) return "closed";
+    if (Late()) return "nothing came in time";
+    if (error == AVERROR_EOF) return "the stream has ended";
+    return ErrorText(error);
+}
+
+}  // namespace tessaloom

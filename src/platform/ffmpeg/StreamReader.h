@@ -1,0 +1,64 @@
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+
+#include "platform/CaptureSource.h"
+#include "platform/ffmpeg/FrameConverter.h"
+#include "platform/ffmpeg/Library.h"
+#include "platform/ffmpeg/Pacer.h"
+#include "platform/ffmpeg/StreamAddress.h"
+
+namespace tessaloom {
+
+/// One opening of a stream or file: reads packets, decodes pictures, hands over those that are wanted.
+class StreamReader {
+public:
+    /// pacer: holds pictures back to their own speed; null: they are taken as they come.
+    StreamReader(const StreamAddress& address, FrameInbox& inbox, FrameConverter& converter, Pacer* pacer);
+    ~StreamReader();
+    StreamReader(const StreamReader&) = delete;
+    StreamReader& operator=(const StreamReader&) = delete;
+
+    /// Reads to the end; returns why it ended.
+    std::string Run();
+
+    /// True when the end was that of the file, not a failure, and pictures had come before it.
+    bool Ended() const { return ended_; }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    static int MustGiveUp(void* self);
+
+    std::string Open();
+    std::string OpenDecoder();
+    std::string Read();
+
+    /// Nothing while all is well, else why reading is over.
+    std::optional<std::string> Feed(const AVPacket* packet);
+    std::optional<std::string> TakeFrame();
+
+    /// Nothing came in time, or the inbox was stopped.
+    bool Late() const { return Clock::now() > deadline_; }
+    void ExtendDeadline();
+    std::string Reason(int error) const;
+
+    const StreamAddress& address_;
+    FrameInbox& inbox_;
+    FrameConverter& converter_;
+    Pacer* pacer_;
+    Clock::time_point deadline_;
+    Owned<AVFormatContext> input_;
+    Owned<AVCodecContext> decoder_;
+    Owned<AVPacket> packet_;
+    Owned<AVFrame> frame_;
+    int stream_ = -1;
+    bool independent_ = false;  ///< Every picture can be decoded without those before it.
+    bool announced_ = false;    ///< The inbox knows of the packet at hand, and wants its picture.
+    bool pictures_ = false;     ///< Some have come.
+    bool ended_ = false;
+};
+
+}  // namespace tessaloom

@@ -1,0 +1,18 @@
+#include "platform/ffmpeg/StreamSources.h"
+
+#include "platform/ffmpeg/Library.h"
+#include "platform/ffmpeg/StreamSource.h"
+
+namespace tessaloom {
+
+StreamSources::StreamSources() {
+    // What goes wrong is told in words of our own; the library's could hold passwords.
+    av_log_set_level(AV_LOG_QUIET);
+    avformat_network_init();
+}
+
+std::unique_ptr<CaptureSource> StreamSources::Make(const std::string& address) {
+    return std::make_unique<StreamSource>(address);
+}
+
+}  // namespace tessaloom
