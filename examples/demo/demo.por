@@ -2,3 +2,8 @@
 FileName=canvases\inset.can
 [Canvas02]
 FileName=canvases\live.can
+[WebServer]
+Enabled=True
+AllowNonCanvasServes=True
+Port=18080
+WebPath=web
