@@ -4,48 +4,11 @@
 #include <span>
 #include <string_view>
 
-#include "vbscript/Conversions.h"
+#include "vbscript/Arguments.h"
 #include "vbscript/Error.h"
 #include "vbscript/Object.h"
 
 namespace tessaloom::vbscript {
-
-/// The arguments of one use of a member, with conversions that throw as the language has it.
-class Arguments {
-public:
-    Arguments(Context& context, CallKind kind, std::span<Value> values)
-        : context_(context), kind_(kind), values_(values) {}
-
-    Context& GetContext() const { return context_; }
-    CallKind Kind() const { return kind_; }
-    std::size_t Count() const { return values_.size(); }
-    Value& operator[](std::size_t index) const { return values_[index]; }
-
-    /// Given, and not left out between commas.
-    bool Has(std::size_t index) const { return index < values_.size() && !values_[index].IsMissing(); }
-
-    String Text(std::size_t index) const { return ToText(context_, values_[index]); }
-    int Long(std::size_t index) const { return ToLong(context_, values_[index]); }
-    double Double(std::size_t index) const { return ToDouble(context_, values_[index]); }
-    bool Boolean(std::size_t index) const { return ToBoolean(context_, values_[index]); }
-
-    /// @name Of optional arguments
-    /// @{
-    String TextOr(std::size_t index, std::u16string_view other) const {
-        return Has(index) ? Text(index) : String(other);
-    }
-    int LongOr(std::size_t index, int other) const { return Has(index) ? Long(index) : other; }
-    bool BooleanOr(std::size_t index, bool other) const { return Has(index) ? Boolean(index) : other; }
-    /// @}
-
-    /// What a Let or Set assigns.
-    Value& NewValue() const { return values_.back(); }
-
-private:
-    Context& context_;
-    CallKind kind_;
-    std::span<Value> values_;
-};
 
 enum class IsDefault : bool { No, Yes };
 
@@ -88,7 +51,7 @@ public:
         if (!function) Fail(ErrorCode::NoSuchMember);
         const int count = static_cast<int>(values.size()) - (assigns ? 1 : 0);
         if (count < row->minArguments || count > row->maxArguments) Fail(ErrorCode::WrongArgumentCount);
-        return function(static_cast<T&>(*this), Arguments(context, kind, values));
+        return function(static_cast<T&>(*this), Arguments(context, values, kind));
     }
 
     /// The table's own address; unique to the class.
