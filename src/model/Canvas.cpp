@@ -75,6 +75,9 @@ void Canvas::MakeParts() {
     saves_->OnFailure([this](const std::string& message) { Log(LogLevel::Warning, name_ + ": " + message); });
 
     videoStreaming_ = std::make_unique<tessaloom::VideoStreaming>(*this, *this);
+    if (platform.ftpClients)
+        videoStreaming_->FTPPush().Use({platform.fileSystem, platform.jpegCodec, *platform.ftpClients}, picture_,
+                                       slot_);
     CanvasWebServer& page = videoStreaming_->CanvasWebServer();
     page.SetCanvasIndex(slot_);
     page.SetPicture(picture_, platform.jpegCodec);
@@ -354,6 +357,7 @@ void Canvas::CanvasUnload() {
         for (int slot = 1; slot <= MaxText; ++slot) RemoveText(slot);
         for (int slot = 1; slot <= MaxGraphic; ++slot) RemoveGraphic(slot);
         view_.reset();
+        videoStreaming_->UnloadClass();
         picture_.UnloadClass();
         for (ShadowBitmap& shadow : shadows_) {
             shadow.dib.UnloadClass();
