@@ -81,7 +81,11 @@ public:
         return true;
     }
     int beeps = 0;
-    void Beep() override { ++beeps; }
+    std::function<void()> onBeep;
+    void Beep() override {
+        ++beeps;
+        if (onBeep) onBeep();
+    }
     std::string UserDataFolder() const override { return "data"; }
     bool ClaimInstance(std::string_view) override { return !otherInstance; }
 };
