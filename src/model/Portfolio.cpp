@@ -83,6 +83,7 @@ bool Portfolio::LoadFile(Reading reading) {
         }
         if (state == ProfileState::Missing) reader.Fault({}, {}, {}, "missing file, the defaults are taken");
 
+        const Script::HeldBack held(*script_);
         DocumentTransaction transaction(ini);
         PortfolioFile file(*this);
         file.Load(reader);
@@ -93,7 +94,10 @@ bool Portfolio::LoadFile(Reading reading) {
         // Canvases come before feeds in the file, so their layers find their feeds only now.
         for (int slot = 1; slot <= MaxCanvas; ++slot) Canvas(slot).FindFeeds();
         needSaving_ = false;
-        if (reading == Reading::Completing && script_->Enabled()) script_->CallStartup();
+        if (reading == Reading::Completing && script_->Enabled()) {
+            script_->ResetScript();
+            script_->CallStartup();
+        }
         return true;
     });
 }

@@ -174,16 +174,14 @@ void Script::CallWebRequest(std::string_view ipAddress, std::string_view path) {
 void Script::SetFileName(std::string_view path) {
     if (!Store(fileName_, std::string(path))) return;
     owner_.SettingChanged();
-    if (enabled_) ResetScript();
+    if (enabled_ && !heldBack_) ResetScript();
 }
 
 void Script::SetEnabled(bool enabled) {
     if (!Store(enabled_, enabled)) return;
     owner_.SettingChanged();
-    if (enabled_)
-        ResetScript();
-    else
-        UnloadClass();
+    if (!enabled_) return UnloadClass();
+    if (!heldBack_) ResetScript();
 }
 
 void Script::SetAllow(ScriptEvent event, bool allow) {

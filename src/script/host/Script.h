@@ -40,6 +40,19 @@ class Script {
 public:
     static constexpr std::size_t Events = 8;
 
+    /// While it lives, nothing that is set loads the script: its outermost statements would run in the midst
+    /// of a document that is being read. Only `ResetScript` does.
+    class HeldBack {
+    public:
+        explicit HeldBack(Script& script) : script_(script) { script_.heldBack_ = true; }
+        ~HeldBack() { script_.heldBack_ = false; }
+        HeldBack(const HeldBack&) = delete;
+        HeldBack& operator=(const HeldBack&) = delete;
+
+    private:
+        Script& script_;
+    };
+
     /// `engine` may be null; it must outlive this object.
     Script(SettingsOwner& owner, const PresentTime& present, FileSystem& files,
            ScriptEngine* engine = nullptr);
@@ -149,6 +162,7 @@ private:
     int proceduresRunning_ = 0;
     bool enabled_ = false;
     bool ready_ = false;
+    bool heldBack_ = false;
 };
 
 }  // namespace tessaloom
