@@ -129,9 +129,8 @@ FormatValue Formattable(const Value& value, std::string& text) {
 
 Value vbFormat(SCObject&, const Arguments& arguments) {
     vbscript::Context& context = arguments.GetContext();
-    Value scratch;
     std::string text;
-    const FormatValue value = Formattable(vbscript::PlainValue(context, arguments[0], scratch), text);
+    const FormatValue value = Formattable(arguments.Plain(0), text);
     const std::string pattern = arguments.TextOr(1, u"").ToUtf8();
     const int year = vbscript::CurrentYear(context);
     return Value::OfUtf8(Format(value, pattern, context.locale, {.currentYear = year}).OrThrow());

@@ -32,7 +32,7 @@ Value SCObject::Invoke(Context& context, int member, CallKind kind, std::span<Va
     const int count = static_cast<int>(arguments.size()) - (assigns ? 1 : 0);
     if (count < use.minArguments || count > use.maxArguments) vbscript::Fail(ErrorCode::WrongArgumentCount);
     try {
-        return function(*this, Arguments(context, kind, arguments));
+        return function(*this, Arguments(context, arguments, kind));
     } catch (const Error& error) {
         throw RuntimeError(static_cast<int>(error.Number()));
     }

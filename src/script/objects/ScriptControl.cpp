@@ -45,8 +45,10 @@ Value ValueOf(const ScriptArgument& argument) {
 
 }  // namespace
 
-ScriptControl::ScriptControl(Platform& platform, std::function<double()> steadySeconds)
+ScriptControl::ScriptControl(Platform& platform, const library::LibraryServices& library,
+                             std::function<double()> steadySeconds)
     : platform_(platform),
+      library_(library),
       steadySeconds_(steadySeconds ? std::move(steadySeconds) : SystemSteadySeconds),
       engine_(*this) {}
 
@@ -99,6 +101,8 @@ std::string ScriptControl::InputBox(const std::string& prompt, const std::string
     return platform_.dialogs.InputBox(prompt, title, initial).value_or("");
 }
 
-vbscript::Ref<vbscript::Object> ScriptControl::CreateObject(std::string_view) { return {}; }
+vbscript::Ref<vbscript::Object> ScriptControl::CreateObject(std::string_view programId) {
+    return library::CreateObject(library_, programId);
+}
 
 }  // namespace tessaloom

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "script/host/ScriptEngine.h"
+#include "script/library/ClassLibrary.h"
 #include "script/objects/SCObject.h"
 #include "vbscript/Engine.h"
 
@@ -25,9 +26,10 @@ public:
     /// A script that lives for months may not eat the machine.
     static constexpr std::size_t MemoryLimit = std::size_t{256} << 20;
 
-    /// platform: outlives this object. steadySeconds: a clock that never goes back, for the time limit; the
-    /// system's when empty.
-    explicit ScriptControl(Platform& platform, std::function<double()> steadySeconds = {});
+    /// platform: outlives this object, as what `library` names does. steadySeconds: a clock that never goes
+    /// back, for the time limit; the system's when empty.
+    ScriptControl(Platform& platform, const library::LibraryServices& library,
+                  std::function<double()> steadySeconds = {});
 
     // ScriptEngine
 
@@ -49,6 +51,7 @@ private:
     vbscript::Ref<vbscript::Object> CreateObject(std::string_view programId) override;
 
     Platform& platform_;
+    const library::LibraryServices library_;
     std::function<double()> steadySeconds_;
     vbscript::Engine engine_;
 };
