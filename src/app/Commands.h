@@ -22,7 +22,7 @@ int RenderCanvas(Platform& platform, const std::string& canvas, const std::strin
 /// success when nothing is.
 int CheckDocumentFile(Platform& platform, const std::string& file);
 
-/// Prints the cameras of this machine, a line each.
+/// Prints the names that a feed may bear, a line each: the cameras of this machine and the test pattern.
 int ListDevices(Platform& platform);
 
 }  // namespace tessaloom

@@ -12,11 +12,14 @@ Services::Services(std::function<void()> quit)
     : profile_(fileSystem_, [](const std::string& message) { Log(LogLevel::Error, message); }),
       locale_(QtUserLocale()),
       mainWindow_(std::move(quit)),
+      cameras_([] { return std::make_unique<TurboJpegCodec>(); }),
+      captureDrivers_(cameras_, streams_, [](const std::string& message) { Log(LogLevel::Notice, message); }),
       platform_{fileSystem_, profile_, locale_,     systemTime_, fonts_,        pictureLoader_, jpegCodec_,
                 dialogs_,    desktop_, mainWindow_, timer_,      urlTransfers_, sockets_},
       socketNotifier_(sockets_.Number(), QSocketNotifier::Read) {
     QObject::connect(&socketNotifier_, &QSocketNotifier::activated, [this] { sockets_.Dispatch(); });
     platform_.ftpClients = &ftpClients_;
+    platform_.captureDrivers = &captureDrivers_;
     modTime::UseSystemTime(systemTime_);
 }
 

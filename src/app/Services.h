@@ -6,8 +6,10 @@
 #include "app/HeadlessMainWindow.h"
 #include "platform/Platform.h"
 #include "platform/UserLocale.h"
+#include "platform/capture/CaptureList.h"
 #include "platform/curl/CurlFtpClients.h"
 #include "platform/curl/CurlTransfers.h"
+#include "platform/ffmpeg/StreamSources.h"
 #include "platform/jpeg/TurboJpegCodec.h"
 #include "platform/posix/HeadlessDesktop.h"
 #include "platform/posix/PosixFileSystem.h"
@@ -17,6 +19,7 @@
 #include "platform/qt/QtSystemTime.h"
 #include "platform/qt/QtTimer.h"
 #include "platform/text/FreeTypeFonts.h"
+#include "platform/v4l2/CameraSources.h"
 
 namespace tessaloom {
 
@@ -46,6 +49,9 @@ private:
     CurlTransfers urlTransfers_;
     CurlFtpClients ftpClients_;
     PosixSockets sockets_;
+    CameraSources cameras_;
+    StreamSources streams_;
+    CaptureList captureDrivers_;
     Platform platform_;
     QSocketNotifier socketNotifier_;
 };

@@ -12,6 +12,9 @@ namespace {
 
 constexpr std::string_view PatternScheme = "test:";
 
+/// A camera may be named by its device file, too.
+constexpr std::string_view CameraPath = "/dev/v";
+
 /// The error number of what no reopening repairs.
 constexpr int SourceError = 1;
 
@@ -159,7 +162,7 @@ private:
 
 CaptureList::CaptureList(CaptureSources& cameras, CaptureSources& streams, LogLine log)
     : cameras_(cameras), streams_(streams), log_(std::move(log)) {
-    Refresh();
+    Arrange();
 }
 
 CaptureList::~CaptureList() = default;
@@ -174,6 +177,7 @@ std::optional<std::string> CaptureList::capGetDriverDescription(int driver) cons
 }
 
 void CaptureList::Refresh() {
+    looked_ = true;
     present_ = cameras_.List();
     std::erase_if(asked_, [this](const Asked& asked) { return !InUse(asked.name); });
     Arrange();
@@ -186,6 +190,7 @@ void CaptureList::Refresh() {
 
 int CaptureList::Find(std::string_view name) {
     if (name.empty()) return -1;
+    if (!looked_) Refresh();
     if (const int place = Place(name); place >= 0) return place;
     asked_.push_back({std::string(name), IsAddress(name)});
     Arrange();
@@ -218,7 +223,8 @@ std::unique_ptr<CaptureChannel> CaptureList::Open(const std::string& name) {
         return std::make_unique<PatternChannel>(*format);
     }
     auto exchange = std::make_shared<FrameExchange>();
-    threads_.Start(exchange, (IsAddress(name) ? streams_ : cameras_).Make(name));
+    const bool stream = IsAddress(name) && !name.starts_with(CameraPath);
+    threads_.Start(exchange, (stream ? streams_ : cameras_).Make(name));
     return std::make_unique<ThreadChannel>(exchange);
 }
 

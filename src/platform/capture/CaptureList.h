@@ -46,6 +46,7 @@ private:
     std::vector<Asked> asked_;
     std::vector<std::string> list_;  ///< The bare names of all drivers.
     std::vector<Window*> windows_;
+    bool looked_ = false;  ///< For cameras. Until then they are left alone.
     CaptureThreads threads_;
 };
 
