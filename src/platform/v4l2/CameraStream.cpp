@@ -177,4 +177,10 @@ CameraStream::Reason CameraStream::ConvertJpeg(std::span<const std::uint8_t> pic
     return std::nullopt;
 }
 
+/// Gives a buffer to the device to fill.
+bool CameraStream::Queue(std::uint32_t index) {
+    v4l2_buffer buffer = EmptyBuffer(index);
+    return device_.Do(VIDIOC_QBUF, &buffer);
+}
+
 }  // namespace tessaloom
