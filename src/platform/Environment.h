@@ -18,17 +18,19 @@ public:
     /// Names and values, in no particular order.
     virtual std::vector<std::pair<std::string, std::string>> Variables() const = 0;
 
-    /// For this process and those it starts; false for a name that cannot be.
+    /// @name Changes
+    /// Only those who ask here see them: other parts of the process may be reading theirs at the same time.
+    /// @{
+
+    /// False for a name that cannot be.
     virtual bool SetVariable(std::string_view name, std::string_view value) = 0;
     virtual void RemoveVariable(std::string_view name) = 0;
+    /// @}
 
     virtual std::string HomeFolder() const = 0;
     virtual std::string TemporaryFolder() const = 0;
     virtual std::string ComputerName() const = 0;
     virtual std::string UserName() const = 0;
-
-    /// Changes the folder at which relative paths start; false when that cannot be.
-    virtual bool SetCurrentFolder(std::string_view folder) = 0;
 };
 
 }  // namespace tessaloom

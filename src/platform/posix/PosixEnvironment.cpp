@@ -6,7 +6,6 @@
 #include <cstdlib>
 
 #include "platform/TextEncoding.h"
-#include "platform/posix/PosixFileSystem.h"
 
 extern char** environ;
 
@@ -24,6 +23,7 @@ const passwd* User() { return ::getpwuid(::getuid()); }
 
 std::optional<std::string> PosixEnvironment::Variable(std::string_view name) const {
     if (!Usable(name)) return std::nullopt;
+    if (const auto change = changes_.find(name); change != changes_.end()) return change->second;
     const char* value = std::getenv(std::string(name).c_str());
     return value ? std::optional(ToUtf8(value)) : std::nullopt;
 }
@@ -33,19 +33,21 @@ std::vector<std::pair<std::string, std::string>> PosixEnvironment::Variables() c
     for (char** entry = environ; entry && *entry; ++entry) {
         const std::string text = ToUtf8(*entry);
         const std::size_t sign = text.find('=');
-        if (sign != text.npos && sign > 0) all.emplace_back(text.substr(0, sign), text.substr(sign + 1));
+        if (sign == text.npos || sign == 0 || changes_.contains(text.substr(0, sign))) continue;
+        all.emplace_back(text.substr(0, sign), text.substr(sign + 1));
     }
+    for (const auto& [name, value] : changes_)
+        if (value) all.emplace_back(name, *value);
     return all;
 }
 
 bool PosixEnvironment::SetVariable(std::string_view name, std::string_view value) {
-    return Usable(name) && value.find('\0') == value.npos &&
-           ::setenv(std::string(name).c_str(), std::string(value).c_str(), 1) == 0;
+    if (!Usable(name)) return false;
+    changes_[std::string(name)] = value;
+    return true;
 }
 
-void PosixEnvironment::RemoveVariable(std::string_view name) {
-    if (Usable(name)) ::unsetenv(std::string(name).c_str());
-}
+void PosixEnvironment::RemoveVariable(std::string_view name) { changes_[std::string(name)] = std::nullopt; }
 
 std::string PosixEnvironment::HomeFolder() const {
     if (const auto home = Variable("HOME"); home && !home->empty()) return *home;
@@ -66,10 +68,6 @@ std::string PosixEnvironment::ComputerName() const {
 std::string PosixEnvironment::UserName() const {
     const passwd* user = User();
     return user ? ToUtf8(user->pw_name) : Variable("USER").value_or("");
-}
-
-bool PosixEnvironment::SetCurrentFolder(std::string_view folder) {
-    return folder.find('\0') == folder.npos && ::chdir(NativePath(folder).c_str()) == 0;
 }
 
 }  // namespace tessaloom

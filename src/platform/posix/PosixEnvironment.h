@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+
 #include "platform/Environment.h"
 
 namespace tessaloom {
@@ -15,7 +17,9 @@ public:
     std::string TemporaryFolder() const override;
     std::string ComputerName() const override;
     std::string UserName() const override;
-    bool SetCurrentFolder(std::string_view folder) override;
+
+private:
+    std::map<std::string, std::optional<std::string>, std::less<>> changes_;  ///< Nothing: removed.
 };
 
 }  // namespace tessaloom
