@@ -1,0 +1,114 @@
+#pragma once
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+
+namespace tessaloom::testing {
+
+inline sockaddr_in LocalPlace(int port) {
+    sockaddr_in place{};
+    place.sin_family = AF_INET;
+    place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    place.sin_port = htons(static_cast<std::uint16_t>(port));
+    return place;
+}
+
+/// A port that nobody listens on.
+inline int FreePort() {
+    const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    sockaddr_in place = LocalPlace(0);
+    socklen_t size = sizeof place;
+    ::bind(handle, reinterpret_cast<sockaddr*>(&place), size);
+    ::getsockname(handle, reinterpret_cast<sockaddr*>(&place), &size);
+    ::close(handle);
+    return ntohs(place.sin_port);
+}
+
+/// A client of a web server on this computer. While it waits, `meanwhile` runs again and again.
+class WebClient {
+public:
+    explicit WebClient(
+        int port, std::function<void()> meanwhile = [] {})
+        : meanwhile_(std::move(meanwhile)), handle_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+        const sockaddr_in place = LocalPlace(port);
+        connected_ = ::connect(handle_, reinterpret_cast<const sockaddr*>(&place), sizeof place) == 0;
+    }
+    ~WebClient() { Leave(); }
+    WebClient(const WebClient&) = delete;
+    WebClient& operator=(const WebClient&) = delete;
+
+    bool Connected() const { return connected_; }
+
+    /// False when the server has closed.
+    bool Send(std::string_view bytes) {
+        for (int patience = Patience; !bytes.empty() && patience > 0; --patience) {
+            const ssize_t gone = ::send(handle_, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
+            if (gone < 0 && errno != EAGAIN) return false;
+            bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(gone, 0)));
+            meanwhile_();
+        }
+        return bytes.empty();
+    }
+
+    /// The next response, head and body; what came of it when the server closes before its end.
+    std::string Response() {
+        const auto whole = [this] {
+            const std::size_t end = received_.find("\r\n\r\n"), length = received_.find("Content-Length: ");
+            std::size_t body = 0;
+            if (length < end) std::from_chars(&received_[length + 16], &received_[end], body);
+            return end == received_.npos ? end : end + 4 + body;
+        };
+        while (received_.size() < whole() && Receive()) {}
+        const std::size_t size = std::min(whole(), received_.size());
+        return std::exchange(received_, received_.substr(size)).substr(0, size);
+    }
+
+    /// Everything until the server closes.
+    std::string Rest() {
+        while (Receive()) {}
+        return std::exchange(received_, {});
+    }
+
+    std::string Get(std::string_view path) {
+        Send(std::string("GET ").append(path).append(" HTTP/1.1\r\nConnection: keep-alive\r\n\r\n"));
+        return Response();
+    }
+
+    void Leave() {
+        if (handle_ >= 0) ::close(std::exchange(handle_, -1));
+    }
+
+private:
+    static constexpr int Patience = 20'000;  ///< Waits of a millisecond.
+
+    bool Receive() {
+        std::array<char, 65536> buffer;
+        for (int patience = Patience; patience > 0; --patience) {
+            meanwhile_();
+            const ssize_t got = ::recv(handle_, buffer.data(), buffer.size(), MSG_DONTWAIT);
+            if (got > 0) received_.append(buffer.data(), static_cast<std::size_t>(got));
+            if (got >= 0 || errno != EAGAIN) return got > 0;
+            pollfd wait{handle_, POLLIN, 0};
+            ::poll(&wait, 1, 1);
+        }
+        return false;
+    }
+
+    std::function<void()> meanwhile_;
+    std::string received_;
+    int handle_;
+    bool connected_ = false;
+};
+
+}  // namespace tessaloom::testing
