@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <optional>
 
 #include "locale/DateParts.h"
 #include "vbscript/Array.h"
@@ -42,6 +43,24 @@ std::int64_t CurrencyOfDouble(double number) {
     const double scaled = std::nearbyint(number * CurrencyScale);
     if (!(std::abs(scaled) < 9223372036854775808.0)) Fail(ErrorCode::Overflow);
     return static_cast<std::int64_t>(scaled);
+}
+
+/// A plain decimal text exactly, which a double cannot always hold; nothing for any other form.
+std::optional<std::int64_t> CurrencyOfPlainText(std::string_view text, const UserLocale& locale) {
+    const bool negative = text.starts_with('-');
+    if (negative) text.remove_prefix(1);
+    const std::size_t point = std::min(text.find(locale.decimal), text.size());
+    const std::string_view decimals = text.substr(std::min(point + locale.decimal.size(), text.size()));
+    constexpr std::size_t Places = 4;
+    if (point == 0 || decimals.size() > Places) return std::nullopt;
+    std::string digits(text.substr(0, point));
+    digits.append(decimals).append(Places - decimals.size(), '0');
+    if (negative) digits.insert(digits.begin(), '-');
+    std::int64_t amount = 0;
+    const auto end = digits.data() + digits.size();
+    const auto result = std::from_chars(digits.data(), end, amount);
+    if (result.ec != std::errc() || result.ptr != end) return std::nullopt;
+    return amount;
 }
 
 /// The value as a whole number of any size, rounded; 6 outside the range of a Long.
@@ -187,7 +206,10 @@ std::int64_t ToCurrency(Context& context, const Value& value) {
     if (value.Is(VarType::Currency)) return value.Currency();
     Value scratch;
     const Value& plain = PlainValue(context, value, scratch);
-    return plain.Is(VarType::Currency) ? plain.Currency() : CurrencyOfDouble(ToDouble(context, plain));
+    if (plain.Is(VarType::Currency)) return plain.Currency();
+    if (plain.Is(VarType::String))
+        if (const auto amount = CurrencyOfPlainText(Utf8Of(plain.Text()), context.locale)) return *amount;
+    return CurrencyOfDouble(ToDouble(context, plain));
 }
 
 double ToDate(Context& context, const Value& value) {

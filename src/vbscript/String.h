@@ -112,7 +112,8 @@ std::u16string Utf16Of(std::string_view text);
 /// Equal but for the case of letters (of any script); how names are compared.
 bool SameName(std::u16string_view a, std::u16string_view b);
 
-/// -1, 0 or 1: by the units, or (`ignoreCase`) by their lower-case forms.
+/// -1, 0 or 1: by the units, or (`ignoreCase`) as a dictionary sorts them: signs, digits, letters, an
+/// accented letter beside the plain one. 0 means the same but for case.
 int CompareText(std::u16string_view a, std::u16string_view b, bool ignoreCase);
 
 char16_t LowerOf(char16_t unit);

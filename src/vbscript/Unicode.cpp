@@ -105,18 +105,4 @@ bool SameName(std::u16string_view a, std::u16string_view b) {
     return true;
 }
 
-int CompareText(std::u16string_view a, std::u16string_view b, bool ignoreCase) {
-    if (!ignoreCase) {
-        const int order = a.compare(b);
-        return (order > 0) - (order < 0);
-    }
-    const std::size_t common = std::min(a.size(), b.size());
-    for (std::size_t i = 0; i < common; ++i) {
-        if (a[i] == b[i]) continue;
-        const char16_t x = LowerOf(a[i]), y = LowerOf(b[i]);
-        if (x != y) return x < y ? -1 : 1;
-    }
-    return (a.size() > b.size()) - (a.size() < b.size());
-}
-
 }  // namespace tessaloom::vbscript
