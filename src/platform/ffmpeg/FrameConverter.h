@@ -1,6 +1,9 @@
 #pragma once
 
-#include <string>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
 
 #include "platform/CaptureSource.h"
 #include "platform/ffmpeg/Library.h"
@@ -25,9 +28,12 @@ private:
 
     static Shape ShapeOf(const AVFrame& frame);
     bool Prepare(const Shape& shape);
+    bool Scale(const AVFrame& frame, std::uint8_t* rows, std::size_t stride);
+    bool ScaleBeside(const AVFrame& frame, std::span<std::uint8_t> rows, std::size_t stride);
 
     Shape shape_;
     Owned<SwsContext> scaler_;
+    std::vector<std::uint8_t> beside_;  ///< Rows with room behind them.
 };
 
 }  // namespace tessaloom

@@ -71,7 +71,6 @@ std::string StreamReader::Open() {
     context->probesize = ProbeBytes;
     context->max_analyze_duration = ProbeMicroseconds;
     context->fps_probe_size = 0;
-    context->flags |= AVFMT_FLAG_NOBUFFER;
     Options options(address_.protocols);
     // Frees the context when it fails.
     int result = avformat_open_input(&context, address_.location.c_str(), nullptr, options.Entries());
@@ -95,7 +94,8 @@ std::string StreamReader::OpenDecoder() {
     int result = avcodec_parameters_to_context(decoder_.get(), stream.codecpar);
     if (result < 0) return Reason(result);
     decoder_->thread_count = 1;
-    decoder_->flags |= AV_CODEC_FLAG_LOW_DELAY;
+    // A file is in no hurry, and its pictures may not be in the order of their showing.
+    if (!pacer_) decoder_->flags |= AV_CODEC_FLAG_LOW_DELAY;
     decoder_->max_pixels = PictureLimits().pixels;
     result = avcodec_open2(decoder_.get(), codec, nullptr);
     if (result < 0) return Reason(result);
