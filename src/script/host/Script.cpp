@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/ErrorReport.h"
+#include "core/Log.h"
 #include "locale/Ascii.h"
 #include "platform/FileSystem.h"
 #include "script/host/ScriptText.h"
@@ -79,10 +80,10 @@ void Script::ResetScript() {
 void Script::Load() {
     Forget();
     status_.clear();
-    if (!files_.FileExists(fileName_)) return AddStatus("File Not Found");
+    if (!files_.FileExists(fileName_)) return NotLoaded("File Not Found");
     const auto content = files_.ReadFile(fileName_, MaximumBytes);
-    if (!content) return AddStatus("File Not Readable");
-    if (engine_ == nullptr) return AddStatus("Script Language Not Available");
+    if (!content) return NotLoaded("File Not Readable");
+    if (engine_ == nullptr) return NotLoaded("Script Language Not Available");
 
     engine_->AddRootObject(RootObject);
     lines_ = StrippedLines(*content);
@@ -201,6 +202,11 @@ void Script::AddStatus(std::string_view line) {
     status_ += "\r\n";
 }
 
+void Script::NotLoaded(std::string_view why) {
+    AddStatus(why);
+    Log(LogLevel::Warning, "Script " + fileName_ + ": " + std::string(why));
+}
+
 // Lines and columns are those of the text without leading white space, which is what the engine was given.
 void Script::Fail(std::string_view kind, const ScriptFault& fault) {
     ready_ = false;
@@ -210,6 +216,8 @@ void Script::Fail(std::string_view kind, const ScriptFault& fault) {
     const auto line = static_cast<std::size_t>(fault.line) - 1;
     AddStatus(line < lines_.size() ? std::string_view(lines_[line]) : std::string_view());
     AddStatus("Stopping Script");
+    Log(LogLevel::Warning, "Script " + fileName_ + "(" + std::to_string(fault.line) + ", " +
+                               std::to_string(fault.column) + ") stopped: " + fault.description);
 }
 
 }  // namespace tessaloom

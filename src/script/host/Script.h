@@ -147,6 +147,7 @@ private:
     void Forget();
     void Deliver(ScriptEvent event, std::span<const ScriptArgument> arguments);
     void AddStatus(std::string_view line);
+    void NotLoaded(std::string_view why);
     void Fail(std::string_view kind, const ScriptFault& fault);
 
     SettingsOwner& owner_;

@@ -178,6 +178,14 @@ Value SaveCanvas(SCObject& self, const Arguments& arguments) {
 
 void ShowDiffFrame(SCObject& self) { ModelAt<MotionDetect>(self.Place()).SetShowDiffFrameImage(true); }
 
+/// A server that cannot listen says so in a box, which is not the script's time.
+Value SetServerEnabled(SCObject& self, const Arguments& arguments) {
+    const bool enabled = arguments.Boolean(0);
+    const vbscript::TimeLimit::Pause pause(arguments.GetContext().limit);
+    ModelAt<WebServer>(self.Place()).SetEnabled(enabled);
+    return {};
+}
+
 /// Without a time: at the capture time.
 bool EnableNow(SCObject& self, std::optional<double> time) {
     return ModelAt<Schedule>(self.Place()).EnableNow(time ? *time : ModelAt<Portfolio>(self.Place()).Now());
@@ -375,7 +383,7 @@ constexpr SCRow VWSMembers[] = {
 
 constexpr SCRow WebServerMembers[] = {
     Property<&WebServer::AllowNonCanvasServes, &WebServer::SetAllowNonCanvasServes>(u"AllowNonCanvasServes"),
-    Property<&WebServer::Enabled, &WebServer::SetEnabled>                          (u"Enabled"),
+    {u"Enabled", 0, 0, sc::Called<&WebServer::Enabled>, SetServerEnabled},
     Property<&WebServer::WebPath, &WebServer::SetWebPath>                          (u"RootPath"),
     Property<&WebServer::Port, &WebServer::SetPort>                                (u"Port"),
 };
