@@ -23,6 +23,7 @@
 #include "platform/text/FreeTypeFonts.h"
 #include "publish/CanvasSaves.h"
 #include "support/TestPlatform.h"
+#include "text/VWS.h"
 #include "time/modTime.h"
 
 using namespace tessaloom;
@@ -91,11 +92,14 @@ public:
             Demand(bytes.has_value(), std::string("no ") + name);
             files_[name].bytes = *bytes;
         }
+        files_["scripts.can"].bytes = "";
         portfolio_.SetViewFactory([this](Canvas&) { return std::make_unique<CountingView>(compositions); });
         portfolio_.SetFaultHandler([](const DocumentFault& fault) { Demand(false, fault.Text()); });
         portfolio_.SetCaptureTime(modTime::Clock());
         portfolio_.SetFileName("demo.por");
         Demand(portfolio_.LoadFile(), "the demo was not loaded");
+        portfolio_.ResetCanvas(3);  // what belongs to the script takes no part
+        portfolio_.VWS().SetCSVEnabled(false);
         Saves().SetFixedRate(FixedRate);
         Saves().SetSequentialRate(SequentialRate);
     }
