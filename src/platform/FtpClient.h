@@ -15,7 +15,8 @@ struct FtpAccount {
     std::string server;
     std::string userName;
     std::string password;
-    bool passive = false;  ///< We open the connections for the data, not the server.
+    bool passive =
+        false;  ///< We open the connections for the data, not the server. Secured ones are always so.
 
     bool operator==(const FtpAccount&) const = default;
 };

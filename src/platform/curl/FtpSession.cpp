@@ -219,7 +219,8 @@ void FtpSession::Prepare(const FtpStep& step) {
         Set(CURLOPT_PASSWORD, account_.password.c_str());
     }
     Set(CURLOPT_FTP_FILEMETHOD, long{CURLFTPMETHOD_NOCWD});
-    if (!account_.passive) Set(CURLOPT_FTPPORT, "-");
+    // libcurl 7.88 does not encrypt the data on connections that the server opens.
+    if (!account_.passive && address_.security == FtpAddress::Security::None) Set(CURLOPT_FTPPORT, "-");
     {
         const std::lock_guard lock(mutex_);
         if (leaving_) Set(CURLOPT_TIMEOUT_MS, LeaveMilliseconds);
@@ -230,6 +231,9 @@ void FtpSession::Prepare(const FtpStep& step) {
 
 void FtpSession::PrepareTrust() {
     if (address_.security == FtpAddress::Security::Explicit) Set(CURLOPT_USE_SSL, long{CURLUSESSL_ALL});
+    // Servers demand that connections for data resume the session of the first one. A session of version 1.3
+    // can be resumed but once.
+    Set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2} | long{CURL_SSLVERSION_MAX_TLSv1_2});
     if (!trust_.certificateFile.empty()) Set(CURLOPT_CAINFO, trust_.certificateFile.c_str());
     if (!address_.Shell()) return;
     Set(CURLOPT_SSH_KNOWNHOSTS, (trust_.sshFolder + "/known_hosts").c_str());

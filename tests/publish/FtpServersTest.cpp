@@ -1,0 +1,230 @@
+#include <gmock/gmock.h>
+#include <malloc.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+
+#include "core/Log.h"
+#include "platform/curl/CurlFtpClients.h"
+#include "publish/InetFTP.h"
+#include "support/FakeTime.h"
+#include "support/FtpServers.h"
+#include "support/MemoryFileSystem.h"
+#include "support/ScriptedFtpServer.h"
+
+// The upload machine over the network: to real server programs, and to one that does what it likes.
+
+namespace tessaloom::testing {
+namespace {
+
+using Fault = ScriptedFtpServer::Fault;
+using State = InetFTP::State;
+
+std::string Noise(std::size_t bytes) {
+    std::string noise(bytes, '\0');
+    std::minstd_rand random(static_cast<unsigned>(bytes));
+    for (char& c : noise) c = static_cast<char>(random() >> 8);
+    return noise;
+}
+
+std::string ContentsOf(const std::string& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+struct Uploader {
+    FakeTime time;
+    MemoryFileSystem files;
+    CurlFtpClients clients;
+    InetFTP ftp{files, clients};
+    InetFTP::Order order{.remoteFolder = "up", .remoteFile = "live.jpg", .canvasIndex = 1};
+
+    explicit Uploader(FtpTrust trust = {}) : clients(std::move(trust)) {}
+
+    void Tick() {
+        clients.Poll();
+        ftp.TimerEvent();
+        const bool waiting = static_cast<int>(ftp.CurrentState()) % 10 == 1;
+        if (waiting) ::poll(nullptr, 0, 1);
+    }
+    /// Uploads and waits until it is over; `clock`: seconds that pass with each tick. False when it never is.
+    bool Upload(const std::string& bytes, double clock = 0) {
+        if (!ftp.SendDataFile({bytes.begin(), bytes.end()}, order)) return false;
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+        do {
+            time.Advance(clock);
+            Tick();
+        } while (!AtRest() && std::chrono::steady_clock::now() < end);
+        return AtRest();
+    }
+    bool AtRest() const {
+        return ftp.CurrentState() == State::Disconnected || ftp.CurrentState() == State::ConnectedWaiting;
+    }
+};
+
+/// What the log holds while it lives.
+struct CaughtLog {
+    std::string text;
+    LogSink before = SetLogSink([this](LogLevel, std::string_view line) { text.append(line).append("\n"); });
+    ~CaughtLog() { SetLogSink(before); }
+};
+
+void UploadInEveryWay(FtpServer::Kind kind, bool passive) {
+    const FtpServer server(kind);
+    if (!server.Runs()) GTEST_SKIP() << "the server program does not run here";
+    for (const bool keep : {true, false}) {
+        Uploader at({server.CertificateFile(), server.SshFolder()});
+        at.ftp.SetAccount(server.Account(passive));
+        at.order.remoteFolder = server.RemoteFolder();
+        at.order.keepConnectionOpen = keep;
+        for (const int mode : {0, 1, 2}) {
+            at.order.mode = mode;
+            at.order.remoteFile = "a #1 100% \xC3\xBC;type=a.jpg";
+            for (const std::size_t bytes : {0, 2'000'001}) {
+                SCOPED_TRACE(std::to_string(mode) + " " + std::to_string(bytes));
+                const std::string picture = Noise(bytes);
+                EXPECT_TRUE(at.Upload(picture));
+                EXPECT_EQ(at.ftp.Stage(), keep ? "File Send Complete" : "Disconnected") << at.ftp.Status();
+                EXPECT_TRUE(ContentsOf(server.Folder() + "/" + at.order.remoteFile) == picture);
+            }
+        }
+        EXPECT_EQ(std::distance(std::filesystem::directory_iterator(server.Folder()), {}), 1)
+            << "nothing but the picture is left";
+    }
+}
+
+TEST(FtpServers, TakeUploadsInEveryWay) {
+    using enum FtpServer::Kind;
+    for (const FtpServer::Kind kind : {Vsftpd, Pyftpdlib})
+        for (const bool passive : {true, false}) {
+            SCOPED_TRACE(std::to_string(static_cast<int>(kind)) + (passive ? " passive" : " active"));
+            UploadInEveryWay(kind, passive);
+        }
+}
+
+TEST(FtpServers, TakeUploadsOverTls) { UploadInEveryWay(FtpServer::Kind::VsftpdTls, false); }
+
+TEST(FtpServers, TakeUploadsOverTlsFromTheStart) { UploadInEveryWay(FtpServer::Kind::VsftpdImplicit, true); }
+
+TEST(FtpServers, TakeUploadsOverAShell) { UploadInEveryWay(FtpServer::Kind::Sshd, true); }
+
+TEST(FtpServers, MustBeKnownWhereTheyAreVerified) {
+    for (const FtpServer::Kind kind : {FtpServer::Kind::VsftpdTls, FtpServer::Kind::Sshd}) {
+        const FtpServer server(kind), other(kind);
+        if (!server.Runs() || !other.Runs()) GTEST_SKIP() << "the server program does not run here";
+        Uploader at({other.CertificateFile(), other.SshFolder()});
+        at.ftp.SetAccount(server.Account(true));
+        at.order.remoteFolder = server.RemoteFolder();
+        EXPECT_TRUE(at.Upload("picture"));
+        EXPECT_EQ(at.ftp.Stage(), "Connect Error");
+        EXPECT_THAT(at.ftp.Status(), ::testing::AnyOf(::testing::HasSubstr("certificate"),
+                                                      ::testing::HasSubstr("remote key")));
+    }
+    // Neither is a connection without protection taken in place of a secured one.
+    const FtpServer plain(FtpServer::Kind::Pyftpdlib);
+    Uploader at;
+    FtpAccount account = plain.Account(true);
+    account.server = "ftps://" + account.server;
+    at.ftp.SetAccount(account);
+    EXPECT_TRUE(at.Upload("picture"));
+    EXPECT_EQ(at.ftp.Stage(), "Connect Error") << at.ftp.Status();
+}
+
+TEST(FtpServers, RefuseWithoutHarm) {
+    const FtpServer server(FtpServer::Kind::Pyftpdlib);
+    ASSERT_TRUE(server.Runs());
+    CaughtLog log;
+    Uploader at;
+    const struct {
+        const char *server, *user, *password, *folder, *file, *stage;
+    } rows[] = {
+        {"",                     "user",   "secret word", "up",      "x",           "Connect Error"},
+        {"no such host.invalid", "user",   "secret word", "up",      "x",           "Connect Error"},
+        {"127.0.0.1:1",          "user",   "secret word", "up",      "x",           "Connect Error"},
+        {"127.0.0.1:99999",      "user",   "secret word", "up",      "x",           "Connect Error"},
+        {nullptr,                "us\ner", "secret word", "up",      "x",           "Connect Error"},
+        {nullptr,                "user",   "secret word", "nowhere", "x",           "Store Error"  },
+        {nullptr,                "user",   "secret word", "up",      "x\r\nDELE y", "Disconnected" },
+        {nullptr,                "user",   "secret word", "/up/",    "x",           "Disconnected" },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(std::string(row.server ? row.server : "here") + " " + row.folder + " " + row.file);
+        FtpAccount account = server.Account(true);
+        if (row.server) account.server = row.server;
+        account.userName = row.user;
+        account.password = row.password;
+        at.ftp.SetAccount(account);
+        at.order.remoteFolder = row.folder;
+        at.order.remoteFile = row.file;
+        EXPECT_TRUE(at.Upload("picture"));
+        EXPECT_EQ(at.ftp.Stage(), row.stage) << at.ftp.Status();
+        EXPECT_THAT(at.ftp.Status(), ::testing::Not(::testing::HasSubstr("secret")));
+    }
+    EXPECT_EQ(ContentsOf(server.Folder() + "/x"), "picture");
+    EXPECT_THAT(log.text, ::testing::HasSubstr("New State. myState=51"));
+    EXPECT_THAT(log.text, ::testing::HasSubstr("Error. Number=550,Description=550 "));
+    EXPECT_THAT(log.text, ::testing::Not(::testing::HasSubstr("secret")));
+}
+
+// Whatever the server does at whatever point, the next upload arrives.
+TEST(FtpServers, MayMisbehaveAtEveryStep) {
+    ScriptedFtpServer server;
+    CaughtLog log;
+    for (const bool keep : {false, true}) {
+        Uploader at;
+        at.ftp.SetAccount({server.Place(), "user", "hush", true});
+        at.order.keepConnectionOpen = keep;
+        int number = 0;
+        for (const Fault fault : {Fault::Mute, Fault::Garbage, Fault::ManyLines, Fault::TwoReplies,
+                                  Fault::Close, Fault::ReplyAndClose, Fault::Refuse, Fault::Endless})
+            for (const char* command :
+                 {"", "USER", "PASS", "PWD", "TYPE", "EPSV", "STOR", "226", "DELE", "RNFR", "RNTO", "QUIT"}) {
+                SCOPED_TRACE(std::string(command) + " " + std::to_string(static_cast<int>(fault)));
+                server.Misbehave(command, fault);
+                EXPECT_TRUE(at.Upload("wrong", fault == Fault::Mute ? 5 : 0)) << "it is not over";
+                if (fault == Fault::ManyLines) {
+                    EXPECT_EQ(server.File("up/live.jpg"), "wrong") << "no fault at all";
+                }
+                server.Misbehave("", Fault::None);
+                const std::string picture = Noise(1000) + std::to_string(++number);
+                for (int attempt = 0; attempt < 2 && server.File("up/live.jpg") != picture; ++attempt)
+                    EXPECT_TRUE(at.Upload(picture));
+                EXPECT_TRUE(server.File("up/live.jpg") == picture)
+                    << at.ftp.Stage() << ", " << at.ftp.Status();
+            }
+    }
+    EXPECT_THAT(log.text, ::testing::Not(::testing::HasSubstr("hush")));
+}
+
+TEST(FtpServers, LeaveNothingBehindAfterAThousandUploads) {
+    ScriptedFtpServer server;
+    Uploader at;
+    at.ftp.SetAccount({server.Place(), "user", "hush", true});
+    const auto count = [](const char* folder) {
+        return std::distance(std::filesystem::directory_iterator(folder), {});
+    };
+    const std::string picture = Noise(20'000);
+    long handles = 0, bytes = 0;
+    for (int upload = 0; upload < 1000; ++upload) {
+        at.order.keepConnectionOpen = upload % 4 != 0;
+        at.order.mode = upload % 3;
+        ASSERT_TRUE(at.Upload(picture));
+        if (upload != 100) continue;
+        handles = count("/proc/self/fd");
+        bytes = static_cast<long>(mallinfo2().uordblks);
+    }
+    EXPECT_TRUE(server.File("up/live.jpg") == picture);
+    at.ftp.Shutdown();
+    while (count("/proc/self/task") > 2) {  // this one, the server's
+        at.clients.Poll();
+        ::poll(nullptr, 0, 1);
+    }
+    EXPECT_LE(count("/proc/self/fd"), handles);
+    EXPECT_LT(static_cast<long>(mallinfo2().uordblks), bytes + 200'000);
+}
+
+}  // namespace
+}  // namespace tessaloom::testing

@@ -1,0 +1,222 @@
+#pragma once
+
+#include <arpa/inet.h>
+#include <netinet/in.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <map>
+#include <mutex>
+#include <set>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace tessaloom::testing {
+
+/// A server of a test's own on 127.0.0.1 that keeps what it is sent, and misbehaves once where a test wants
+/// it to.
+class ScriptedFtpServer {
+public:
+    enum class Fault { None, Mute, Garbage, ManyLines, TwoReplies, Close, ReplyAndClose, Refuse, Endless };
+
+    ScriptedFtpServer() : listener_(Listen(port_)), thread_([this] { Accept(); }) {}
+    ~ScriptedFtpServer() {
+        ::shutdown(listener_, SHUT_RDWR);
+        thread_.join();
+        {
+            const std::lock_guard lock(mutex_);
+            for (const int handle : handles_) ::shutdown(handle, SHUT_RDWR);
+        }
+        for (std::thread& thread : threads_) thread.join();
+        ::close(listener_);
+    }
+    ScriptedFtpServer(const ScriptedFtpServer&) = delete;
+    ScriptedFtpServer& operator=(const ScriptedFtpServer&) = delete;
+
+    std::string Place() const { return "127.0.0.1:" + std::to_string(port_); }
+
+    /// The next time that `command` comes ("" for the greeting, "226" for the end of a file), this happens.
+    void Misbehave(std::string command, Fault fault) {
+        const std::lock_guard lock(mutex_);
+        command_ = std::move(command);
+        fault_ = fault;
+    }
+    bool Misbehaved() {
+        const std::lock_guard lock(mutex_);
+        return fault_ == Fault::None;
+    }
+    std::string File(const std::string& path) {
+        const std::lock_guard lock(mutex_);
+        return files_[path];
+    }
+    void Put(const std::string& path, std::string bytes) {
+        const std::lock_guard lock(mutex_);
+        files_[path] = std::move(bytes);
+    }
+
+private:
+    static int Listen(int& port) {
+        const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+        sockaddr_in place{};
+        place.sin_family = AF_INET;
+        place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof place;
+        ::bind(handle, reinterpret_cast<sockaddr*>(&place), size);
+        ::listen(handle, 8);
+        ::getsockname(handle, reinterpret_cast<sockaddr*>(&place), &size);
+        port = ntohs(place.sin_port);
+        return handle;
+    }
+
+    void Accept() {
+        for (;;) {
+            const int handle = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
+            if (handle < 0) return;
+            const std::lock_guard lock(mutex_);
+            handles_.insert(handle);
+            threads_.emplace_back([this, handle] { Converse(handle); });
+        }
+    }
+
+    static bool Send(int handle, std::string_view text) {
+        while (!text.empty()) {
+            const ssize_t sent = ::send(handle, text.data(), text.size(), MSG_NOSIGNAL);
+            if (sent <= 0) return false;
+            text.remove_prefix(static_cast<std::size_t>(sent));
+        }
+        return true;
+    }
+
+    /// False ends the connection.
+    bool Reply(int handle, const std::string& command, const std::string& reply) {
+        Fault fault = Fault::None;
+        {
+            const std::lock_guard lock(mutex_);
+            if (command == command_) fault = std::exchange(fault_, Fault::None);
+        }
+        const std::string line = reply + "\r\n";
+        switch (fault) {
+            case Fault::None:
+                return Send(handle, line);
+            case Fault::Mute: {
+                char byte;
+                while (::recv(handle, &byte, 1, 0) > 0) {}
+                return false;
+            }
+            case Fault::Garbage:
+                return Send(handle, std::string("\0\xFF\x1B[2J%n%s\r\n999999\r\nno\r\n", 24)) &&
+                       Send(handle, line);
+            case Fault::ManyLines:
+                return Send(handle, reply.substr(0, 3) + "-first\r\n 550 second\r\nthird\r\n" + line);
+            case Fault::TwoReplies:
+                return Send(handle, line + "250 And this\r\n");
+            case Fault::Close:
+                return false;
+            case Fault::ReplyAndClose:
+                Send(handle, line);
+                return false;
+            case Fault::Refuse:
+                return Send(handle, "552 No room for hush\r\n");
+            case Fault::Endless:
+                while (Send(handle, "200-" + std::string(1000, 'x') + "\r\n")) {}
+                return false;
+        }
+        return false;
+    }
+
+    void Converse(int handle) {
+        int data = -1;
+        std::string from, line;
+        bool going = Reply(handle, "", "220 Welcome");
+        char c;
+        while (going && ::recv(handle, &c, 1, 0) == 1) {
+            if (c != '\n') {
+                if (c != '\r') line += c;
+                continue;
+            }
+            const std::string command = line.substr(0, line.find(' '));
+            const std::string rest = line.size() > command.size() ? line.substr(command.size() + 1) : "";
+            line.clear();
+            going = Obey(handle, command, rest, data, from);
+        }
+        if (data >= 0) ::close(data);
+        const std::lock_guard lock(mutex_);
+        handles_.erase(handle);
+        ::close(handle);
+    }
+
+    bool Obey(int handle, const std::string& command, const std::string& rest, int& data, std::string& from) {
+        static const std::map<std::string, std::string> replies{
+            {"USER", "331 Word" },
+            {"PASS", "230 In"   },
+            {"PWD",  "257 \"/\""},
+            {"TYPE", "200 Ok"   },
+            {"NOOP", "200 Ok"   }
+        };
+        if (const auto plain = replies.find(command); plain != replies.end())
+            return Reply(handle, command, plain->second);
+        if (command == "EPSV") {
+            int port = 0;
+            if (data >= 0) ::close(data);
+            data = Listen(port);
+            return Reply(handle, command, "229 Go (|||" + std::to_string(port) + "|)");
+        }
+        if (command == "STOR") return Store(handle, rest, data);
+        if (command == "DELE") {
+            const std::lock_guard lock(mutex_);
+            files_.erase(rest);
+        }
+        if (command == "DELE") return Reply(handle, command, "250 Gone");
+        if (command == "RNFR") {
+            from = rest;
+            return Reply(handle, command, "350 To?");
+        }
+        if (command == "RNTO") {
+            {
+                const std::lock_guard lock(mutex_);
+                files_[rest] = std::exchange(files_[from], {});
+            }
+            return Reply(handle, command, "250 Renamed");
+        }
+        if (command == "QUIT") {
+            Reply(handle, command, "221 Bye");
+            return false;
+        }
+        return Reply(handle, command, "502 What is " + command);
+    }
+
+    bool Store(int handle, const std::string& path, int& data) {
+        if (!Reply(handle, "STOR", "150 Go on")) return false;
+        // A client that was refused does not connect.
+        pollfd either[] = {
+            {data,   POLLIN,             0},
+            {handle, POLLIN | POLLRDHUP, 0}
+        };
+        ::poll(either, 2, -1);
+        if (!(either[0].revents & POLLIN)) return true;
+        const int connection = ::accept4(data, nullptr, nullptr, SOCK_CLOEXEC);
+        std::string bytes(65536, '\0'), whole;
+        for (ssize_t got; (got = ::recv(connection, bytes.data(), bytes.size(), 0)) > 0;)
+            whole.append(bytes, 0, static_cast<std::size_t>(got));
+        ::close(connection);
+        Put(path, whole);
+        return Reply(handle, "226", "226 Stored");
+    }
+
+    std::mutex mutex_;  ///< For what follows.
+    std::map<std::string, std::string> files_;
+    std::string command_;
+    Fault fault_ = Fault::None;
+    std::set<int> handles_;
+    std::vector<std::thread> threads_;
+
+    int port_ = 0;
+    int listener_;
+    std::thread thread_;
+};
+
+}  // namespace tessaloom::testing
