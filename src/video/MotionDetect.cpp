@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
-#include <numeric>
 
 #include "core/ErrorReport.h"
 #include "imaging/pixelops/Tessaloom.h"
@@ -46,42 +44,54 @@ void MotionDetect::DiffFrames(const DIB& frame) {
     Trap({Module, "DiffFrames"}, [&] {
         const int width = frame.Width();
         const int height = frame.Height();
-        for (DIB* bitmap : {&previous_, &working_, &difference_}) {
+        for (DIB* bitmap : {&previous_, &working_}) {
             if (bitmap->Width() == width && bitmap->Height() == height) continue;
             bitmap->SetWidthHeight(width, height);
             previousDataValid_ = false;
         }
-        if (!frame.DIBPtr() || !previous_.DIBPtr() || !working_.DIBPtr() || !difference_.DIBPtr()) return;
+        if (!frame.DIBPtr() || !previous_.DIBPtr() || !working_.DIBPtr()) return;
 
-        if (diffPreBlurRadius_ < 1)
-            std::memcpy(working_.DIBPtr(), frame.DIBPtr(), frame.SizeInBytes());
-        else
-            Blur(frame.DIBPtr(), working_.DIBPtr(), height, width, diffPreBlurRadius_);
-        if (!previousDataValid_) std::memcpy(previous_.DIBPtr(), working_.DIBPtr(), working_.SizeInBytes());
-        previousDataValid_ = true;
-
-        DiffHistogram(difference_.DIBPtr(), working_.DIBPtr(), previous_.DIBPtr(), width, height,
-                      KeepAllDifferences, histogram_.data());
+        previous_.Swap(working_);  // what was the working frame is the previous one now
+        if (!previousDataValid_) {
+            Blur(frame.DIBPtr(), previous_.DIBPtr(), height, width, diffPreBlurRadius_);
+            previousDataValid_ = true;
+        }
+        change_ =
+            pixelops::BlurAndCompare(frame.DIBPtr(), working_.DIBPtr(), previous_.DIBPtr(), height, width,
+                                     diffPreBlurRadius_, {darkerMotionLimit_, brighterMotionLimit_});
+        measured_ = false;
         frame_ = &frame;
         CalculateMotion();
         frame_ = nullptr;
-        previous_.Swap(working_);  // the working frame is made anew for the next one
     });
+}
+
+/// The difference image and its histogram are looked at only now and then, and take longer to make than the
+/// decision.
+void MotionDetect::Measure() const {
+    if (measured_) return;
+    measured_ = true;
+    difference_.SetWidthHeight(working_.Width(), working_.Height());
+    DiffHistogram(difference_.DIBPtr(), working_.DIBPtr(), previous_.DIBPtr(), working_.Width(),
+                  working_.Height(), KeepAllDifferences, histogram_.data());
+}
+
+const DIB& MotionDetect::Difference() const {
+    Measure();
+    return difference_;
+}
+
+const MotionDetect::HistogramCounts& MotionDetect::Histogram() const {
+    Measure();
+    return histogram_;
 }
 
 void MotionDetect::CalculateMotion() {
     Trap({Module, "CalculateMotion"}, [&] {
-        const auto count = histogram_.begin();
-        const auto occupied = [](int n) { return n != 0; };
-        const auto darkest = std::find_if(count, count + NoChange + 1, occupied);
-        const int darkMin = darkest == count + NoChange + 1 ? 0 : static_cast<int>(darkest - count);
-        int lightMax = 255;
-        while (lightMax > NoChange && histogram_[static_cast<std::size_t>(lightMax)] == 0) --lightMax;
-
-        const auto changed = std::accumulate(count + brighterMotionLimit_, histogram_.end(), 0LL) +
-                             std::accumulate(count, count + darkerMotionLimit_ + 1, 0LL);
-        const double all = 3.0 * difference_.Width() * difference_.Height();
-        const float coverage = LogCoverage(all > 0 ? static_cast<double>(changed) / all : 0);
+        const int darkMin = change_.lowest > NoChange ? 0 : change_.lowest;
+        const int lightMax = std::max(change_.highest, NoChange);
+        const double all = 3.0 * working_.Width() * working_.Height();
+        const float coverage = LogCoverage(all > 0 ? static_cast<double>(change_.beyond) / all : 0);
         const float ratio = coverageLimit_ <= 0 ? 0 : std::clamp(coverage / coverageLimit_, 0.0F, 2.0F);
 
         const double step = motionTriggerRestInterval_ < 0 ? 1 : lastFrameInterval_ * modTime::SecondsPerDay;

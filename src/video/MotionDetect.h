@@ -8,6 +8,7 @@
 #include "core/SettingsOwner.h"
 #include "core/Store.h"
 #include "imaging/DIB.h"
+#include "imaging/pixelops/FrameChange.h"
 #include "video/MotionSaves.h"
 
 namespace tessaloom {
@@ -41,7 +42,7 @@ public:
     /// compared with itself.
     void DiffFrames(const DIB& frame);
 
-    /// Measures the present histogram, advances the rest counter, decides whether to trigger, and does so.
+    /// Judges the last comparison, advances the rest counter, decides whether to trigger, and does so.
     void CalculateMotion();
 
     /// The next frame is compared with itself: what came before it was seen at another time or place.
@@ -142,11 +143,11 @@ public:
 
     /// The last comparison: 128 for no change, above it lighter, below it darker. Empty before the first
     /// frame.
-    const DIB& Difference() const { return difference_; }
+    const DIB& Difference() const;
 
     /// Counts of the difference values of the last comparison, for all colour components.
     using HistogramCounts = std::array<int, 256>;
-    const HistogramCounts& Histogram() const { return histogram_; }
+    const HistogramCounts& Histogram() const;
 
 private:
     template <typename T>
@@ -158,6 +159,7 @@ private:
         Set(field, Clamped(value, range));
     }
 
+    void Measure() const;
     bool Rested() const;
     void Trigger(float coverage, int darkMin, int lightMax);
 
@@ -167,8 +169,9 @@ private:
     const DIB* frame_ = nullptr;  ///< The one being worked on.
     std::function<void()> onTrigger_;
     DIB previous_;
-    DIB working_;  ///< The frame, blurred if asked for.
-    DIB difference_;
+    DIB working_;                   ///< The frame, blurred if asked for.
+    pixelops::FrameChange change_;  ///< From the previous to the working frame.
+    mutable DIB difference_;
     std::string saveFixedFileName_ = "motion\\motion.jpg";
     std::string saveSequentialPath_ = "motion\\";
     double brighterPercent_ = 100;
@@ -197,7 +200,8 @@ private:
     bool showDiffFrameImage_ = false;
     bool showDiffImageCoverage_ = false;
     bool previousDataValid_ = false;
-    HistogramCounts histogram_{};
+    mutable bool measured_ = true;  ///< The difference image and the histogram show the last comparison.
+    mutable HistogramCounts histogram_{};
 };
 
 }  // namespace tessaloom

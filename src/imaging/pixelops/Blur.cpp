@@ -2,6 +2,8 @@
 
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/BlurRows.h"
+#include "imaging/pixelops/FrameChange.h"
+#include "imaging/pixelops/FrameRows.h"
 #include "imaging/pixelops/Tessaloom.h"
 
 namespace {
@@ -56,30 +58,55 @@ private:
     std::uint16_t sums_[(StripWidth + 2 * MaximumRadius) * 3] = {};
 };
 
-/// Blurs the columns from `left` to `left` + `width`.
-void BlurStrip(const Frame& frame, int left, int width) {
+/// Blurs the columns from `left` to `left` + `width`; `done` is told of each row's part.
+template <typename Done>
+void BlurStrip(const Frame& frame, int left, int width, Done done) {
     ColumnSums sums(frame, left, width);
     for (int y = -frame.radius; y < frame.radius; ++y) sums.Add(y, nullptr);
     for (int y = 0; y < frame.height; ++y) {
         const int gone = y - frame.radius - 1;
         sums.Add(y + frame.radius, y == 0 ? nullptr : &gone);
-        MeanRow(RowAt(frame.dest, frame.width, y) + left * std::ptrdiff_t{3}, sums.Complete(), frame.radius,
-                static_cast<std::size_t>(width) * 3);
+        const std::ptrdiff_t start = y * RowBytes(frame.width) + left * std::ptrdiff_t{3};
+        MeanRow(frame.dest + start, sums.Complete(), frame.radius, static_cast<std::size_t>(width) * 3);
+        done(start, static_cast<std::size_t>(width) * 3);
     }
+}
+
+/// Blurs, or copies, all of it; `done(start, bytes)` follows each stretch of bytes.
+template <typename Done>
+void BlurFrame(const Frame& frame, Done done) {
+    if (frame.radius < 1) {
+        const std::size_t bytes = static_cast<std::size_t>(frame.width) * 3;
+        for (int y = 0; y < frame.height; ++y) {
+            const std::ptrdiff_t start = y * RowBytes(frame.width);
+            std::memcpy(frame.dest + start, frame.source + start, bytes);
+            done(start, bytes);
+        }
+        return;
+    }
+    for (int left = 0; left < frame.width; left += StripWidth)
+        BlurStrip(frame, left, std::min(StripWidth, frame.width - left), done);
 }
 
 }  // namespace
 
 int Blur(const uint8_t* SourcePtr, uint8_t* DestPtr, int Height, int Width, int Level) {
     if (!SourcePtr || !DestPtr || Width < 1 || Height < 1) return 0;
-    if (Level < 1) {
-        for (int y = 0; y < Height; ++y)
-            std::memcpy(RowAt(DestPtr, Width, y), RowAt(SourcePtr, Width, y),
-                        static_cast<std::size_t>(Width) * 3);
-        return 0;
-    }
-    const Frame frame{SourcePtr, DestPtr, Width, Height, std::min(Level, MaximumRadius)};
-    for (int left = 0; left < Width; left += StripWidth)
-        BlurStrip(frame, left, std::min(StripWidth, Width - left));
+    BlurFrame({SourcePtr, DestPtr, Width, Height, std::min(Level, MaximumRadius)},
+              [](std::ptrdiff_t, std::size_t) {});
     return 0;
 }
+
+namespace tessaloom::pixelops {
+
+FrameChange BlurAndCompare(const std::uint8_t* source, std::uint8_t* blurred, const std::uint8_t* previous,
+                           int height, int width, int level, ChangeLimits limits) {
+    FrameChange change;
+    BlurFrame({source, blurred, width, height, std::min(level, MaximumRadius)},
+              [&](std::ptrdiff_t start, std::size_t bytes) {
+                  ChangeRow(blurred + start, previous + start, limits, bytes, change);
+              });
+    return change;
+}
+
+}  // namespace tessaloom::pixelops

@@ -1,5 +1,6 @@
 #include "imaging/pixelops/FrameRows.h"
 
+#include <algorithm>
 #include <cstring>
 
 #undef HWY_TARGET_INCLUDE
@@ -12,6 +13,7 @@ namespace tessaloom::pixelops::HWY_NAMESPACE {
 
 #if HWY_TARGET == HWY_SCALAR
 
+using reference::ChangeRow;
 using reference::DiffCountRow;
 using reference::DiffRow;
 using reference::FillRow;
@@ -39,6 +41,14 @@ void FillRow(std::uint8_t* dest, const std::uint8_t* pattern, std::size_t pixels
         }
     }
     reference::FillRow(dest + i, pattern, (count - i) / 3);
+}
+
+/// Without a threshold.
+HWY_INLINE V8 Difference(const std::uint8_t* current, const std::uint8_t* previous) {
+    const D8 d;
+    const V8 now = hn::LoadU(d, current), before = hn::LoadU(d, previous), none = hn::Set(d, 128);
+    return hn::SaturatedSub(hn::SaturatedAdd(none, hn::SaturatedSub(now, before)),
+                            hn::SaturatedSub(before, now));
 }
 
 HWY_INLINE V8 Difference(const std::uint8_t* current, const std::uint8_t* previous, V8 threshold) {
@@ -97,6 +107,41 @@ void DiffCountRow(std::uint8_t* out, const std::uint8_t* current, const std::uin
     reference::DiffCountRow(out + i, current + i, previous + i, threshold, count - i, counts);
 }
 
+void ChangeRow(const std::uint8_t* current, const std::uint8_t* previous, ChangeLimits limits,
+               std::size_t count, FrameChange& change) {
+    const D8 d;
+    const std::size_t lanes = hn::Lanes(d);
+    const V8 darker = hn::Set(d, static_cast<std::uint8_t>(limits.darker)),
+             lighter = hn::Set(d, static_cast<std::uint8_t>(limits.lighter));
+    V8 lowest = hn::Set(d, 255), highest = hn::Zero(d);
+    std::size_t i = 0;
+    while (i + lanes <= count) {
+        // A lane counts to 255 at most.
+        const std::size_t end = i + std::min<std::size_t>((count - i) / lanes, 255) * lanes;
+        V8 beyond = hn::Zero(d);
+        for (; i < end; i += lanes) {
+            const V8 difference = Difference(current + i, previous + i);
+            const auto counts = hn::Or(hn::Eq(hn::Min(difference, darker), difference),
+                                       hn::Eq(hn::Max(difference, lighter), difference));
+            beyond = hn::Sub(beyond, hn::VecFromMask(d, counts));
+            lowest = hn::Min(lowest, difference);
+            highest = hn::Max(highest, difference);
+        }
+        const hn::Repartition<std::uint64_t, D8> wide;
+        change.beyond += static_cast<std::int64_t>(hn::GetLane(hn::SumOfLanes(wide, hn::SumsOf8(beyond))));
+    }
+    std::uint8_t extremes[HWY_MAX_BYTES];
+    const auto fold = [&](V8 lane, auto&& take) {
+        hn::StoreU(lane, d, extremes);
+        for (std::size_t lane8 = 0; lane8 < lanes; ++lane8) take(static_cast<int>(extremes[lane8]));
+    };
+    if (i > 0) {
+        fold(lowest, [&](int value) { change.lowest = std::min(change.lowest, value); });
+        fold(highest, [&](int value) { change.highest = std::max(change.highest, value); });
+    }
+    reference::ChangeRow(current + i, previous + i, limits, count - i, change);
+}
+
 /// Eight bits of five, which stand in the bits 10 .. 14: [v * 255 / 31] for all 32 of them.
 HWY_INLINE V16 FromFiveBits(V16 value) {
     return hn::MulHigh(hn::Add(value, hn::Set(D16(), 45)), hn::Set(D16(), 527));
@@ -140,6 +185,7 @@ namespace tessaloom::pixelops {
 HWY_EXPORT(FillRow);
 HWY_EXPORT(DiffRow);
 HWY_EXPORT(DiffCountRow);
+HWY_EXPORT(ChangeRow);
 HWY_EXPORT(WidenRow);
 
 void FillRow(std::uint8_t* dest, const std::uint8_t* pattern, std::size_t pixels) {
@@ -154,6 +200,11 @@ void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t*
 void DiffCountRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
                   std::size_t count, Counts& counts) {
     HWY_DYNAMIC_DISPATCH(DiffCountRow)(out, current, previous, threshold, count, counts);
+}
+
+void ChangeRow(const std::uint8_t* current, const std::uint8_t* previous, ChangeLimits limits,
+               std::size_t count, FrameChange& change) {
+    HWY_DYNAMIC_DISPATCH(ChangeRow)(current, previous, limits, count, change);
 }
 
 void WidenRow(std::uint8_t* dest, const std::uint8_t* source, std::size_t pixels) {

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "imaging/pixelops/FrameChange.h"
+
 /// What is done to rows of whole frames. As in MergeRows.h, `reference` defines the results.
 namespace tessaloom::pixelops {
 
@@ -35,6 +37,10 @@ void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t*
 void DiffCountRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
                   std::size_t count, Counts& counts);
 
+/// Adds to `change` what the differences of a row, as `DiffRow` has them with threshold 0, come to.
+void ChangeRow(const std::uint8_t* current, const std::uint8_t* previous, ChangeLimits limits,
+               std::size_t count, FrameChange& change);
+
 /// 16 bits a pixel (5 bits each of red, green, blue from bit 14 down, the lower byte first) become three
 /// bytes, blue, green, red: [v * 255 / 31]. `dest` may begin anywhere but before `source`, and overlap it.
 void WidenRow(std::uint8_t* dest, const std::uint8_t* source, std::size_t pixels);
@@ -46,6 +52,8 @@ void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t*
              std::size_t count);
 void DiffCountRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
                   std::size_t count, Counts& counts);
+void ChangeRow(const std::uint8_t* current, const std::uint8_t* previous, ChangeLimits limits,
+               std::size_t count, FrameChange& change);
 void WidenRow(std::uint8_t* dest, const std::uint8_t* source, std::size_t pixels);
 
 }  // namespace tessaloom::pixelops

@@ -92,6 +92,16 @@ void DiffCountRow(std::uint8_t* out, const std::uint8_t* current, const std::uin
     for (std::size_t i = 0; i < count; ++i) ++counts.parts[0][out[i]];
 }
 
+void ChangeRow(const std::uint8_t* current, const std::uint8_t* previous, ChangeLimits limits,
+               std::size_t count, FrameChange& change) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const int difference = ClampToByte(128 + current[i] - previous[i]);
+        change.beyond += difference <= limits.darker || difference >= limits.lighter ? 1 : 0;
+        change.lowest = std::min(change.lowest, difference);
+        change.highest = std::max(change.highest, difference);
+    }
+}
+
 void WidenRow(std::uint8_t* dest, const std::uint8_t* source, std::size_t pixels) {
     for (std::size_t i = pixels; i-- > 0;) {  // backwards: all that is yet to be read lies before
         const int packed = source[i * 2] | source[i * 2 + 1] << 8;

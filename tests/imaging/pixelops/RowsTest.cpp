@@ -127,6 +127,29 @@ TEST(DiffRow, EqualsItsReferenceAndCounts) {
     });
 }
 
+TEST(ChangeRow, EqualsItsReference) {
+    OnEachTarget([] {
+        RandomBytes random(8);
+        for (const std::size_t count : RowLengths()) {
+            Bytes current = random(count), previous = random(count), same = previous;
+            for (const ChangeLimits limits : {
+                     ChangeLimits{0,   255},
+                     {127, 128},
+                     {100, 200}
+            }) {
+                for (Bytes* frame : {&current, &same}) {
+                    FrameChange change, expected;
+                    ChangeRow(frame->Data(), previous.Data(), limits, count, change);
+                    reference::ChangeRow(frame->Data(), previous.Data(), limits, count, expected);
+                    ASSERT_EQ(change.beyond, expected.beyond) << count;
+                    ASSERT_EQ(change.lowest, expected.lowest) << count;
+                    ASSERT_EQ(change.highest, expected.highest) << count;
+                }
+            }
+        }
+    });
+}
+
 TEST(WidenRow, EqualsItsReferenceInPlaceAndApart) {
     OnEachTarget([] {
         RandomBytes random(7);
