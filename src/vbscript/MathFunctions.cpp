@@ -75,7 +75,9 @@ Value CutDecimals(Context& context, std::span<Value> values) {
         case VarType::Currency: {
             const std::int64_t rest = number.Currency() % CurrencyScale;
             const bool further = rest < 0 && Cut(-0.5) < 0;
-            return Value::OfCurrency(number.Currency() - rest - (further ? CurrencyScale : 0));
+            std::int64_t whole = number.Currency() - rest;
+            if (further && __builtin_sub_overflow(whole, CurrencyScale, &whole)) Fail(ErrorCode::Overflow);
+            return Value::OfCurrency(whole);
         }
         default:
             return number;

@@ -154,8 +154,9 @@ bool StaysUnescaped(char16_t unit) {
 Value Escape(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
     if (of.IsNull(0)) return Value::Null();
+    const String text = of.Text(0);
     std::u16string out;
-    for (const char16_t unit : of.Text(0).View()) {
+    for (const char16_t unit : text.View()) {
         if (StaysUnescaped(unit)) {
             out += unit;
             continue;
