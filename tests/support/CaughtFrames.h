@@ -1,0 +1,106 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <cstdint>
+#include <functional>
+#include <mutex>
+#include <span>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "platform/CaptureSource.h"
+
+namespace tessaloom::testing {
+
+/// Runs one attempt of a source on a thread and catches its frames; every frame is wanted.
+class CaughtFrames : public FrameInbox {
+public:
+    struct Frame {
+        CaptureFormat format;
+        std::vector<std::uint8_t> rows;
+
+        /// Blue, green and red as 0xRRGGBB, counted from the top left corner; 24 bits.
+        int Pixel(int x, int y) const {
+            const int stride = (format.width * 3 + 3) & ~3;
+            const std::uint8_t* at = rows.data() + (format.height - 1 - y) * stride + 3 * x;
+            return at[2] << 16 | at[1] << 8 | at[0];
+        }
+    };
+
+    ~CaughtFrames() override { End(); }
+
+    void Start(CaptureSource& source) {
+        End();
+        stopped_ = over_ = false;
+        thread_ = std::thread([this, &source] {
+            std::string why = source.Run(*this);
+            Note([&] { reason_ = std::move(why), over_ = true; });
+        });
+    }
+
+    /// True when `count` more frames came, and before the source ended.
+    bool Wait(int count) {
+        std::unique_lock lock(mutex_);
+        const int wanted = count_ + count;
+        return changed_.wait_for(lock, Patience, [&] { return count_ >= wanted || over_; }) &&
+               count_ >= wanted;
+    }
+
+    /// Why the source ended by itself; "" when it did not.
+    std::string Reason() {
+        std::unique_lock lock(mutex_);
+        changed_.wait_for(lock, Patience, [&] { return over_; });
+        return over_ ? reason_ : "";
+    }
+
+    /// Tells the source to end and waits for that.
+    void End() {
+        Note([this] { stopped_ = true; });
+        if (thread_.joinable()) thread_.join();
+    }
+
+    Frame Last() {
+        const std::lock_guard lock(mutex_);
+        return last_;
+    }
+
+    bool Stopped() const override {
+        const std::lock_guard lock(mutex_);
+        return stopped_;
+    }
+    bool Arrived() override { return true; }
+    std::span<std::uint8_t> Begin(CaptureFormat format) override {
+        if (!Accepts(format.width, format.height)) return {};
+        format.sizeImage = ((format.width * format.bitCount / 8 + 3) & ~3) * format.height;
+        filling_ = {format, std::vector<std::uint8_t>(static_cast<std::size_t>(format.sizeImage))};
+        return filling_.rows;
+    }
+    void Commit() override {
+        Note([this] { last_ = std::move(filling_), ++count_; });
+    }
+    bool Accepts(int width, int height) override {
+        return width > 0 && height > 0 && width <= CaptureFormat::MaxSide && height <= CaptureFormat::MaxSide;
+    }
+
+private:
+    static constexpr std::chrono::seconds Patience{30};
+
+    void Note(const std::function<void()>& change) {
+        const std::lock_guard lock(mutex_);
+        change();
+        changed_.notify_all();
+    }
+
+    mutable std::mutex mutex_;
+    std::condition_variable changed_;
+    Frame filling_, last_;
+    int count_ = 0;
+    bool stopped_ = false, over_ = false;
+    std::string reason_;
+    std::thread thread_;
+};
+
+}  // namespace tessaloom::testing
