@@ -1,5 +1,6 @@
 #pragma once
 
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -10,7 +11,7 @@
 #include <string_view>
 
 #include "platform/FtpClient.h"
-#include "support/ChildProgram.h"
+#include "support/ServerProgram.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom::testing {
@@ -21,12 +22,12 @@ public:
     enum class Kind { Vsftpd, VsftpdTls, VsftpdImplicit, Pyftpdlib, Sshd };
 
     explicit FtpServer(Kind kind) : kind_(kind) {
-        port_ = kind == Kind::VsftpdImplicit ? 990 : ChildProgram::FreePort();
+        port_ = kind == Kind::VsftpdImplicit ? "990" : ServerProgram::FreePort();
         ::chmod(folder_.Path().c_str(), 0755);
         ::mkdir(Folder().c_str(), 0777);
         ::chmod(Folder().c_str(), 0777);
         if (kind == Kind::Pyftpdlib)
-            Start({"/usr/bin/python3", "-m", "pyftpdlib", "-i", "127.0.0.1", "-p", Port(), "-w", "-d",
+            Start({"/usr/bin/python3", "-m", "pyftpdlib", "-i", "127.0.0.1", "-p", port_, "-w", "-d",
                    folder_.Path(), "-u", "user", "-P", "secret word"});
         else if (kind == Kind::Sshd)
             StartSshd();
@@ -40,7 +41,7 @@ public:
     std::string SshFolder() const { return folder_.Path(); }  ///< Of the client.
 
     FtpAccount Account(bool passive) const {
-        const std::string place = "127.0.0.1:" + Port();
+        const std::string place = "127.0.0.1:" + port_;
         switch (kind_) {
             case Kind::Pyftpdlib:
                 return {place, "user", "secret word", passive};
@@ -56,7 +57,6 @@ public:
     std::string RemoteFolder() const { return kind_ == Kind::Sshd ? Folder() : "up"; }
 
 private:
-    std::string Port() const { return std::to_string(port_); }
     static std::string UserName() {
         char name[64] = "";
         return getlogin_r(name, sizeof name) == 0 && getuid() != 0 ? name : getuid() == 0 ? "root" : "nobody";
@@ -66,8 +66,25 @@ private:
     }
 
     void Start(std::vector<std::string> arguments) {
-        program_ = std::make_unique<ChildProgram>(std::move(arguments));
-        runs_ = program_->Listens(port_);
+        program_ = std::make_unique<ServerProgram>(std::move(arguments));
+        runs_ = Listens();
+    }
+
+    /// Whether it takes connections, within 20 s.
+    bool Listens() const {
+        sockaddr_in place{};
+        place.sin_family = AF_INET;
+        place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        place.sin_port = htons(static_cast<std::uint16_t>(std::stoi(port_)));
+        for (int attempt = 0; attempt < 2000; ++attempt) {
+            const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+            const bool connected = ::connect(handle, reinterpret_cast<sockaddr*>(&place), sizeof place) == 0;
+            ::close(handle);
+            if (connected) return true;
+            if (program_->Ended()) return false;
+            ::poll(nullptr, 0, 10);
+        }
+        return false;
     }
 
     void StartVsftpd() {
@@ -81,7 +98,7 @@ private:
         const std::string file = folder_ / "vsftpd.conf";
         {
             std::ofstream out(file);
-            out << "listen=YES\nlisten_address=127.0.0.1\nlisten_port=" << Port() << "\nbackground=NO\n"
+            out << "listen=YES\nlisten_address=127.0.0.1\nlisten_port=" << port_ << "\nbackground=NO\n"
                 << "anonymous_enable=YES\nlocal_enable=NO\nwrite_enable=YES\nanon_upload_enable=YES\n"
                 << "anon_other_write_enable=YES\nanon_umask=022\nanon_root=" << folder_.Path()
                 << "\nsecure_chroot_dir=" << (folder_ / "empty") << "\nseccomp_sandbox=NO\n"
@@ -105,9 +122,9 @@ private:
                    "ssh-keygen -q -t ed25519 -N '' -f id_ed25519"))
             return;
         std::ofstream(folder_ / "known_hosts")
-            << "[127.0.0.1]:" << Port() << " " << FirstLine("host.pub") << "\n";
+            << "[127.0.0.1]:" << port_ << " " << FirstLine("host.pub") << "\n";
         std::ofstream(folder_ / "sshd.conf")
-            << "Port " << Port() << "\nListenAddress 127.0.0.1\nHostKey " << (folder_ / "host")
+            << "Port " << port_ << "\nListenAddress 127.0.0.1\nHostKey " << (folder_ / "host")
             << "\nAuthorizedKeysFile " << (folder_ / "id_ed25519.pub")
             << "\nStrictModes no\nUsePAM no\nPermitRootLogin yes\nPidFile none\nSubsystem sftp "
                "internal-sftp\n";
@@ -123,9 +140,9 @@ private:
 
     Kind kind_;
     TemporaryFolder folder_;
-    int port_;
+    std::string port_;
     bool runs_ = false;
-    std::unique_ptr<ChildProgram> program_;
+    std::unique_ptr<ServerProgram> program_;
 };
 
 }  // namespace tessaloom::testing

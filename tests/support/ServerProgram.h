@@ -45,6 +45,12 @@ public:
         return status_;
     }
 
+    /// Whether it has ended by itself.
+    bool Ended() {
+        if (process_ > 0 && ::waitpid(process_, &status_, WNOHANG) == process_) process_ = 0;
+        return process_ <= 0;
+    }
+
     /// A port of 127.0.0.1 that nobody uses just now.
     static std::string FreePort(int type = SOCK_STREAM) {
         const int handle = ::socket(AF_INET, type | SOCK_CLOEXEC, 0);

@@ -1,0 +1,165 @@
+#include "platform/qt/QtWallpaper.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <cstdlib>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <optional>
+
+#include "support/TemporaryFolder.h"
+
+namespace tessaloom::testing {
+namespace {
+
+using Session = std::map<std::string, std::string>;
+
+/// The environment variables by which a session shows, for one test.
+class SessionVariables {
+public:
+    SessionVariables() {
+        for (const char* name : Names) {
+            const char* value = std::getenv(name);
+            before_[name] = value ? std::optional<std::string>(value) : std::nullopt;
+        }
+    }
+    ~SessionVariables() {
+        for (const auto& [name, value] : before_)
+            value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
+    }
+    SessionVariables(const SessionVariables&) = delete;
+    SessionVariables& operator=(const SessionVariables&) = delete;
+
+    static void Set(const Session& session) {
+        for (const char* name : Names) unsetenv(name);
+        for (const auto& [name, value] : session) setenv(name.c_str(), value.c_str(), 1);
+    }
+
+private:
+    static constexpr const char* Names[] = {
+        "XDG_CURRENT_DESKTOP", "DISPLAY",           "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
+        "XDG_RUNTIME_DIR",     "GSETTINGS_BACKEND", "XDG_CONFIG_HOME"};
+    std::map<std::string, std::optional<std::string>> before_;
+};
+
+std::string ContentsOf(const std::string& file) {
+    std::ifstream in(file);
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+struct Desk {
+    int count = 0;
+    QCoreApplication application{count, nullptr};
+    SessionVariables variables;
+    TemporaryFolder folder;
+    std::string failure;
+
+    std::string Calls() const { return ContentsOf(folder / "calls"); }
+
+    /// A program that notes how it was called; then `script` runs.
+    std::string Recorder(const std::string& name, const std::string& script) const {
+        const std::string file = folder / name;
+        std::ofstream(file) << "#!/bin/sh\necho " << name << " \"$@\" >> '" << (folder / "calls") << "'\n"
+                            << script;
+        ::chmod(file.c_str(), 0755);
+        return file;
+    }
+    WallpaperPrograms Recorders() const {
+        return {Recorder("gsettings", "exit 0\n"),
+                Recorder("xfconf",
+                         "[ $# = 5 ] && printf "
+                         "'/backdrop/a/last-image\\n/backdrop/a/style\\n/backdrop/b/last-image\\n'"
+                         "\nexit 0\n"),
+                Recorder("feh", "exit 0\n")};
+    }
+    static void WaitFor(const QtWallpaper& wallpaper) {
+        for (QDeadlineTimer end(60'000); wallpaper.Busy() && !end.hasExpired();)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+    }
+    auto Failed() {
+        return [this](const std::string& message) { failure = message; };
+    }
+};
+
+TEST(QtWallpaper, AsksEachDesktopInItsWay) {
+    Desk at;
+    const std::string path = "/home/a b/T.bmp", url = "file:///home/a%20b/T.bmp";
+    const std::string gnome = "gsettings set org.gnome.desktop.background picture-uri " + url +
+                              "\ngsettings set org.gnome.desktop.background picture-uri-dark " + url + "\n";
+    const std::string xfce =
+        "xfconf -c xfce4-desktop -p /backdrop -l\n"
+        "xfconf -c xfce4-desktop -p /backdrop/a/last-image -s " +
+        path + "\nxfconf -c xfce4-desktop -p /backdrop/b/last-image -s " + path + "\n";
+    const std::string feh = "feh --bg-fill " + path + "\n";
+    const struct {
+        Session session;
+        bool possible;
+        std::string calls;
+    } rows[] = {
+        {{},                                                           false, ""                                                                       },
+        {{{"XDG_RUNTIME_DIR", "/nowhere"}},                            false, ""                                                                       },
+        {{{"XDG_CURRENT_DESKTOP", "ubuntu:GNOME"}, {"DISPLAY", ":9"}}, true,  gnome                                                                    },
+        {{{"XDG_CURRENT_DESKTOP", "XFCE"}, {"DISPLAY", ":9"}},         true,  xfce                                                                     },
+        {{{"XDG_CURRENT_DESKTOP", "MATE"}},
+         true,                                                                "gsettings set org.mate.background picture-filename " + path + "\n"      },
+        {{{"XDG_CURRENT_DESKTOP", "X-Cinnamon"}},
+         true,                                                                "gsettings set org.cinnamon.desktop.background picture-uri " + url + "\n"},
+        {{{"XDG_CURRENT_DESKTOP", "i3"}, {"DISPLAY", ":9"}},           true,  feh                                                                      },
+        {{{"DISPLAY", ":9"}},                                          true,  feh                                                                      },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.session.empty() ? "" : row.session.rbegin()->second + row.session.begin()->second);
+        SessionVariables::Set(row.session);
+        std::ofstream(at.folder / "calls");
+        QtWallpaper wallpaper(at.Failed(), at.Recorders());
+        EXPECT_EQ(wallpaper.Set(path), row.possible);
+        Desk::WaitFor(wallpaper);
+        EXPECT_EQ(at.Calls(), row.calls);
+    }
+    EXPECT_EQ(at.failure, "");
+
+    // A way that fails is followed by the next, a file that comes meanwhile by none but the newest.
+    SessionVariables::Set({
+        {"XDG_CURRENT_DESKTOP", "GNOME"},
+        {"DISPLAY",             ":9"   }
+    });
+    std::ofstream(at.folder / "calls");
+    WallpaperPrograms programs = at.Recorders();
+    programs.gsettings = "/nowhere/gsettings";
+    {
+        QtWallpaper wallpaper(at.Failed(), programs);
+        for (const char* file : {"/1", "/2", "/3"}) EXPECT_TRUE(wallpaper.Set(file));
+        while (at.Calls() != "feh --bg-fill /1\nfeh --bg-fill /3\n" && wallpaper.Busy()) {
+            Desk::WaitFor(wallpaper);
+            QCoreApplication::processEvents();
+        }
+        EXPECT_EQ(at.Calls(), "feh --bg-fill /1\nfeh --bg-fill /3\n");
+    }
+    programs.feh = at.Recorder("broken", "echo no display >&2\nexit 3\n");
+    QtWallpaper wallpaper(at.Failed(), programs);
+    EXPECT_TRUE(wallpaper.Set("/1"));
+    Desk::WaitFor(wallpaper);
+    EXPECT_EQ(at.failure, "The wallpaper was not changed: " + programs.feh + ": no display");
+}
+
+TEST(QtWallpaper, ChangesTheSettingsOfGnome) {
+    Desk at;
+    SessionVariables::Set({
+        {"XDG_CURRENT_DESKTOP", "GNOME"         },
+        {"GSETTINGS_BACKEND",   "keyfile"       },
+        {"XDG_CONFIG_HOME",     at.folder.Path()}
+    });
+    QtWallpaper wallpaper(at.Failed());
+    EXPECT_TRUE(wallpaper.Set("/a/T.bmp"));
+    Desk::WaitFor(wallpaper);
+    EXPECT_EQ(at.failure, "");
+    EXPECT_NE(ContentsOf(at.folder / "glib-2.0/settings/keyfile").find("picture-uri='file:///a/T.bmp'"),
+              std::string::npos);
+}
+
+}  // namespace
+}  // namespace tessaloom::testing
