@@ -1,0 +1,47 @@
+#pragma once
+
+#include <deque>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "vbscript/Counted.h"
+#include "vbscript/Names.h"
+#include "vbscript/Routine.h"
+
+namespace tessaloom::vbscript {
+
+/// A class of a script: its fields and members. Member 0 is the default one (perhaps without any routine).
+class ClassInfo final : public Counted {
+public:
+    struct Field {
+        bool isArray = false;
+        std::vector<int> bounds;
+    };
+
+    /// A field, or up to three routines that share a name.
+    struct Member {
+        NameId name = NoName;
+        int field = -1;
+        bool isPrivate = false;        ///< Of a field, or of `get`.
+        const Routine* get = nullptr;  ///< A property's reading part, or a method.
+        const Routine* let = nullptr;
+        const Routine* set = nullptr;
+    };
+
+    /// The member's number; -1 for none.
+    int Find(NameId memberName) const {
+        const auto found = numbers.find(memberName);
+        return found == numbers.end() ? -1 : found->second;
+    }
+
+    std::u16string name;
+    std::vector<Field> fields;
+    std::vector<Member> members{1};
+    std::unordered_map<NameId, int> numbers;  ///< By name.
+    std::deque<Routine> routines;
+    const Routine* initialize = nullptr;
+    const Routine* terminate = nullptr;
+};
+
+}  // namespace tessaloom::vbscript

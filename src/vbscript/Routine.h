@@ -1,0 +1,75 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "vbscript/Bytecode.h"
+#include "vbscript/Names.h"
+#include "vbscript/Syntax.h"
+#include "vbscript/Value.h"
+
+namespace tessaloom::vbscript {
+
+class ClassInfo;
+
+/// Where a statement begins in the code, and where the script goes on when it fails under Resume Next.
+struct Mark {
+    std::uint32_t start;
+    std::uint32_t resume;
+    Position at;
+    std::uint16_t firstTemporary;  ///< Registers from here on hold nothing that outlives the statement.
+};
+
+/// One use of a member, with what was found there the last time.
+struct Site {
+    NameId name;
+    int member = 0;
+    const void* shape = nullptr;
+    bool isInstance = false;
+};
+
+/// A local name, as Execute and Eval find it again.
+struct LocalName {
+    NameId name;
+    std::uint16_t slot;
+    bool byReference;
+};
+
+/// A procedure in compiled form, or the outermost statements of a text.
+///
+/// Registers: parameters, other locals, then temporaries. `slots` of them must be emptied when it ends.
+struct Routine {
+    NameId name = NoName;
+    syntax::RoutineKind kind = syntax::RoutineKind::Main;
+    bool isPrivate = false;
+    bool explicitNames = false;
+    bool onGlobals = false;  ///< Register n is global n; temporaries lie above all globals.
+    bool anyByValue = false;
+    std::uint16_t parameters = 0;
+    std::uint16_t locals = 0;
+    std::uint16_t slots = 0;
+    std::uint32_t frameSize = 0;
+    std::int32_t resultSlot = -1;
+    const ClassInfo* owner = nullptr;
+    std::vector<Instruction> code;
+    std::vector<Value> constants;
+    std::vector<Mark> marks;
+    std::vector<Site> sites;
+    std::vector<std::vector<int>> bounds;
+    std::vector<std::uint8_t> byValue;  ///< One for each parameter.
+    std::vector<LocalName> names;
+
+    /// Of Execute and Eval in a routine: locals that stand for those of the routine around.
+    struct Import {
+        std::uint16_t slot;
+        std::uint16_t outer;
+    };
+    std::vector<Import> imports;
+    Value* importsFrom = nullptr;  ///< The registers of the routine around.
+
+    /// The mark of the statement that the instruction at `place` belongs to.
+    const Mark& MarkAt(std::size_t place) const;
+};
+
+}  // namespace tessaloom::vbscript
