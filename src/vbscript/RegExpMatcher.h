@@ -46,7 +46,7 @@ private:
 
     static constexpr std::size_t MostSteps = std::size_t{6} << 20;  // of 16 bytes
     static constexpr std::int64_t StepsBetweenChecks = 1 << 16;
-    static constexpr std::int64_t StepBudget = std::int64_t{1} << 31;  ///< Above: RuntimeError 28.
+    static constexpr std::int64_t StepBudget = std::int64_t{1} << 28;  ///< Above: RuntimeError 28.
 
     bool MatchHere(std::int32_t position);
     bool Back(std::uint32_t& code, std::int32_t& position);
