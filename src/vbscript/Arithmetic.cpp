@@ -84,6 +84,11 @@ bool AreReals(const Value& a, const Value& b) {
 
 double RealOf(const Value& value) { return value.Is(VarType::Double) ? value.Real() : value.Whole(); }
 
+/// Both are Integer or Long, and the second one is not 0.
+bool AreDivisible(const Value& a, const Value& b) {
+    return IsIntegerOrLong(a) && IsIntegerOrLong(b) && b.Whole() != 0;
+}
+
 /// The kind in which two operands meet when neither is a Date.
 Kind Meeting(Kind a, Kind b) {
     const Kind wider = std::max(a, b);
@@ -182,6 +187,8 @@ Value slow::Multiply(Context& context, const Value& first, const Value& second) 
 }
 
 Value Divide(Context& context, const Value& first, const Value& second) {
+    if ((AreReals(first, second) || AreDivisible(first, second)) && RealOf(second) != 0)
+        return OfReal(RealOf(first) / RealOf(second));
     const Operands of(context, first, second);
     if (of.AnyNull()) return Value::Null();
     const double a = ToDouble(context, of.a), b = ToDouble(context, of.b);
@@ -191,6 +198,10 @@ Value Divide(Context& context, const Value& first, const Value& second) {
 }
 
 Value IntegerDivide(Context& context, const Value& first, const Value& second) {
+    if (AreDivisible(first, second)) {
+        const std::int64_t quotient = std::int64_t{first.Whole()} / second.Whole();
+        if (FitsLong(quotient)) return OfWhole(quotient, WiderWhole(first, second));
+    }
     const Operands of(context, first, second);
     if (of.AnyNull()) return Value::Null();
     const WholeOperands wholes = WholesOf(context, of);
@@ -200,6 +211,8 @@ Value IntegerDivide(Context& context, const Value& first, const Value& second) {
 }
 
 Value Modulo(Context& context, const Value& first, const Value& second) {
+    if (AreDivisible(first, second))
+        return OfWhole(std::int64_t{first.Whole()} % second.Whole(), WiderWhole(first, second));
     const Operands of(context, first, second);
     if (of.AnyNull()) return Value::Null();
     const WholeOperands wholes = WholesOf(context, of);

@@ -15,8 +15,8 @@ std::vector<Builtin> CollectAll() {
     for (const auto functions : {TextFunctions(), ByteFunctions(), SearchFunctions(), MathFunctions(),
                                  DateFunctions(), FormatFunctions(), TypeFunctions(), HostFunctions()})
         all.insert(all.end(), functions.begin(), functions.end());
-    std::ranges::sort(
-        all, [](const Builtin& a, const Builtin& b) { return CompareText(a.name, b.name, true) < 0; });
+    std::ranges::sort(all,
+                      [](const Builtin& a, const Builtin& b) { return NameComesBefore(a.name, b.name); });
     return all;
 }
 
@@ -29,10 +29,9 @@ std::span<const Builtin> Builtins() {
 
 int FindBuiltin(std::u16string_view name) {
     const auto all = Builtins();
-    const auto found =
-        std::lower_bound(all.begin(), all.end(), name, [](const Builtin& row, std::u16string_view wanted) {
-            return CompareText(row.name, wanted, true) < 0;
-        });
+    const auto found = std::lower_bound(
+        all.begin(), all.end(), name,
+        [](const Builtin& row, std::u16string_view wanted) { return NameComesBefore(row.name, wanted); });
     return found != all.end() && SameName(found->name, name) ? static_cast<int>(found - all.begin()) : -1;
 }
 

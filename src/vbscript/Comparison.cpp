@@ -15,6 +15,10 @@ Order BetweenTexts(std::u16string_view a, std::u16string_view b) {
 
 bool IsText(const Value& value) { return value.Is(VarType::String); }
 
+bool IsReal(const Value& value) { return value.Is(VarType::Double) || IsIntegerOrLong(value); }
+
+double RealOf(const Value& value) { return value.Is(VarType::Double) ? value.Real() : value.Whole(); }
+
 /// A text that `&` may take over without making a new one.
 String TextForJoining(Context& context, const Value& value) {
     return value.Is(VarType::Null) ? String() : ToText(context, value);
@@ -25,6 +29,7 @@ String TextForJoining(Context& context, const Value& value) {
 Order OrderOf(Context& context, const Value& first, const Value& second) {
     if (IsIntegerOrLong(first) && IsIntegerOrLong(second)) return Between(first.Whole(), second.Whole());
     if (IsText(first) && IsText(second)) return BetweenTexts(first.Text(), second.Text());
+    if (IsReal(first) && IsReal(second)) return Between(RealOf(first), RealOf(second));
     Value firstScratch, secondScratch;
     const Value& a = PlainValue(context, first, firstScratch);
     const Value& b = PlainValue(context, second, secondScratch);

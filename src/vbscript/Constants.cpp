@@ -65,8 +65,8 @@ std::vector<Constant> CollectAll() {
     for (const auto& row : Integers) all.push_back({row.name, Value::OfInteger(row.whole)});
     for (const auto& row : Longs) all.push_back({row.name, Value::OfLong(row.whole)});
     for (const auto& row : Texts) all.push_back({row.name, Value::OfText(row.text)});
-    std::ranges::sort(
-        all, [](const Constant& a, const Constant& b) { return CompareText(a.name, b.name, true) < 0; });
+    std::ranges::sort(all,
+                      [](const Constant& a, const Constant& b) { return NameComesBefore(a.name, b.name); });
     return all;
 }
 
@@ -75,10 +75,9 @@ std::vector<Constant> CollectAll() {
 const Value* FindConstant(std::u16string_view name) {
     // one set for each thread, because the texts are counted without locks
     static const thread_local std::vector<Constant> all = CollectAll();
-    const auto found =
-        std::lower_bound(all.begin(), all.end(), name, [](const Constant& row, std::u16string_view wanted) {
-            return CompareText(row.name, wanted, true) < 0;
-        });
+    const auto found = std::lower_bound(
+        all.begin(), all.end(), name,
+        [](const Constant& row, std::u16string_view wanted) { return NameComesBefore(row.name, wanted); });
     return found != all.end() && SameName(found->name, name) ? &found->value : nullptr;
 }
 

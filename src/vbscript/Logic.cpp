@@ -74,6 +74,8 @@ struct Operator {
 Value Combine(Context& context, const Value& first, const Value& second, const Operator& with) {
     if (first.Is(VarType::Boolean) && second.Is(VarType::Boolean))
         return Value::OfBoolean(with.combine(first.Whole(), second.Whole()) != 0);
+    if (first.Is(VarType::Integer) && second.Is(VarType::Integer))
+        return Value::OfInteger(with.combine(first.Whole(), second.Whole()));
     Value firstScratch, secondScratch;
     const Value& a = PlainValue(context, first, firstScratch);
     const Value& b = PlainValue(context, second, secondScratch);

@@ -50,7 +50,11 @@ String String::OfLatin(std::string_view text) {
     return result;
 }
 
-String String::OfUtf8(std::string_view text) { return String(Utf16Of(text)); }
+String String::OfUtf8(std::string_view text) {
+    const bool isPlain =
+        std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+    return isPlain ? OfLatin(text) : String(Utf16Of(text));
+}
 
 String String::OfLength(std::size_t units) {
     if (units == 0) return {};

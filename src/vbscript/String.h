@@ -116,7 +116,26 @@ bool SameName(std::u16string_view a, std::u16string_view b);
 /// accented letter beside the plain one. 0 means the same but for case.
 int CompareText(std::u16string_view a, std::u16string_view b, bool ignoreCase);
 
+/// The order of table look-ups by name: that of the lower-case units.
+bool NameComesBefore(std::u16string_view a, std::u16string_view b);
+
+namespace slow {
+
 char16_t LowerOf(char16_t unit);
 char16_t UpperOf(char16_t unit);
+
+}  // namespace slow
+
+/// @name The other case of a letter of any script
+/// @{
+inline char16_t LowerOf(char16_t unit) {
+    if (unit >= 0x80) return slow::LowerOf(unit);
+    return unit >= 'A' && unit <= 'Z' ? static_cast<char16_t>(unit + 32) : unit;
+}
+inline char16_t UpperOf(char16_t unit) {
+    if (unit >= 0x80) return slow::UpperOf(unit);
+    return unit >= 'a' && unit <= 'z' ? static_cast<char16_t>(unit - 32) : unit;
+}
+/// @}
 
 }  // namespace tessaloom::vbscript

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <clocale>
 #include <cwctype>
 
@@ -68,6 +69,10 @@ std::string Utf8Of(std::u16string_view text) {
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size(); ++i) {
         char32_t code = text[i];
+        if (code < 0x80) {
+            out += static_cast<char>(code);
+            continue;
+        }
         if (IsHighSurrogate(code) && i + 1 < text.size() && IsLowSurrogate(text[i + 1]))
             code = 0x10000 + ((code - 0xD800) << 10) + (text[++i] - 0xDC00u);
         else if (IsHighSurrogate(code) || IsLowSurrogate(code))
@@ -84,18 +89,21 @@ std::u16string Utf16Of(std::string_view text) {
     return out;
 }
 
-char16_t LowerOf(char16_t unit) {
-    if (unit < 0x80) return unit >= 'A' && unit <= 'Z' ? static_cast<char16_t>(unit + 32) : unit;
+char16_t slow::LowerOf(char16_t unit) {
     const locale_t letters = Letters();
     const auto lower = letters ? towlower_l(unit, letters) : unit;
     return lower < 0x10000 && lower >= 0x80 ? static_cast<char16_t>(lower) : unit;
 }
 
-char16_t UpperOf(char16_t unit) {
-    if (unit < 0x80) return unit >= 'a' && unit <= 'z' ? static_cast<char16_t>(unit - 32) : unit;
+char16_t slow::UpperOf(char16_t unit) {
     const locale_t letters = Letters();
     const auto upper = letters ? towupper_l(unit, letters) : unit;
     return upper < 0x10000 && upper >= 0x80 ? static_cast<char16_t>(upper) : unit;
+}
+
+bool NameComesBefore(std::u16string_view a, std::u16string_view b) {
+    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                        [](char16_t x, char16_t y) { return LowerOf(x) < LowerOf(y); });
 }
 
 bool SameName(std::u16string_view a, std::u16string_view b) {
