@@ -4,6 +4,10 @@ FileName=canvases\inset.can
 FileName=canvases\live.can
 [Canvas03]
 FileName=scripts.can
+[VideoFeeds]
+Feed0Name=test:320x240@12
+Feed0Enabled=True
+Feed0FrameRate=4
 [VWS]
 CSVEnabled=True
 CSVDelay=5
