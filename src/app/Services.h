@@ -4,6 +4,7 @@
 
 #include "app/HeadlessDialogs.h"
 #include "app/HeadlessMainWindow.h"
+#include "app/SessionDesktop.h"
 #include "platform/Platform.h"
 #include "platform/UserLocale.h"
 #include "platform/capture/CaptureList.h"
@@ -11,7 +12,6 @@
 #include "platform/curl/CurlTransfers.h"
 #include "platform/ffmpeg/StreamSources.h"
 #include "platform/jpeg/TurboJpegCodec.h"
-#include "platform/posix/HeadlessDesktop.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/posix/PosixSockets.h"
 #include "platform/profile/ProfileFiles.h"
@@ -43,7 +43,7 @@ private:
     QtPictureLoader pictureLoader_;
     TurboJpegCodec jpegCodec_;
     HeadlessDialogs dialogs_;
-    HeadlessDesktop desktop_;
+    SessionDesktop desktop_;
     HeadlessMainWindow mainWindow_;
     QtTimer timer_;
     CurlTransfers urlTransfers_;

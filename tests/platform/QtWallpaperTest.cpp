@@ -1,7 +1,9 @@
 #include "platform/qt/QtWallpaper.h"
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
@@ -11,6 +13,7 @@
 #include <map>
 #include <optional>
 
+#include "support/ServerProgram.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom::testing {
@@ -159,6 +162,95 @@ TEST(QtWallpaper, ChangesTheSettingsOfGnome) {
     EXPECT_EQ(at.failure, "");
     EXPECT_NE(ContentsOf(at.folder / "glib-2.0/settings/keyfile").find("picture-uri='file:///a/T.bmp'"),
               std::string::npos);
+}
+
+/// Waits until `done`; false when that takes too long even for a busy machine.
+template <typename Done>
+bool Comes(Done done) {
+    for (QDeadlineTimer end(60'000); !end.hasExpired();) {
+        if (done()) return true;
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
+        ::poll(nullptr, 0, 5);
+    }
+    return false;
+}
+
+TEST(QtWallpaper, CallsTheServicesOfTheSession) {
+    Desk at;
+    const std::string address = "unix:path=" + (at.folder / "bus");
+    ServerProgram bus({"dbus-daemon", "--session", "--nofork", "--nosyslog", "--address=" + address});
+    ASSERT_TRUE(Comes([&] { return ::access((at.folder / "bus").c_str(), F_OK) == 0; }));
+    const struct {
+        const char *desktop, *service, *object, *interface, *method, *signature, *call;
+    } rows[] = {
+        {"sway", "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
+         "org.freedesktop.portal.Wallpaper",                                                                 "SetWallpaperURI", "ssa{sv}",
+         "SetWallpaperURI \"\" \"file:///a/T.bmp\" {\"set-on\": \"both\", \"show-preview\": False}"},
+        {"KDE",  "org.kde.plasmashell",            "/PlasmaShell",                    "org.kde.PlasmaShell", "evaluateScript",  "s",
+         "d.writeConfig('Image', \"file:///a/T.bmp\")"                                             },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.desktop);
+        SessionVariables::Set({
+            {"XDG_CURRENT_DESKTOP",      row.desktop},
+            {"DBUS_SESSION_BUS_ADDRESS", address    }
+        });
+        ServerProgram service({"/usr/bin/python3", "-m", "dbusmock", "-l", at.folder / row.desktop,
+                               row.service, row.object, row.interface});
+        ASSERT_EQ(ServerProgram({"gdbus", "wait", "--session", "--timeout=60", row.service}).Wait(), 0);
+        ASSERT_EQ(ServerProgram({"gdbus", "call", "--session", "--dest", row.service, "--object-path",
+                                 row.object, "--method", "org.freedesktop.DBus.Mock.AddMethod", row.interface,
+                                 row.method, row.signature, "", ""})
+                      .Wait(),
+                  0);
+        QtWallpaper wallpaper(at.Failed(), at.Recorders());
+        EXPECT_TRUE(wallpaper.Set("/a/T.bmp"));
+        Desk::WaitFor(wallpaper);
+        EXPECT_EQ(at.failure, "");
+        EXPECT_TRUE(Comes([&] {
+            return ContentsOf(at.folder / row.desktop).find(row.call) != std::string::npos;
+        })) << ContentsOf(at.folder / row.desktop);
+    }
+    // Nobody there: told at once.
+    SessionVariables::Set({
+        {"XDG_CURRENT_DESKTOP",      "sway" },
+        {"DBUS_SESSION_BUS_ADDRESS", address}
+    });
+    QtWallpaper wallpaper(at.Failed(), at.Recorders());
+    EXPECT_TRUE(wallpaper.Set("/a/T.bmp"));
+    Desk::WaitFor(wallpaper);
+    EXPECT_NE(at.failure.find("org.freedesktop.portal.Desktop"), std::string::npos) << at.failure;
+}
+
+TEST(QtWallpaper, PaintsTheRootWindow) {
+    constexpr int Width = 64, Height = 48, Bytes = Width * Height * 4;
+    Desk at;
+    const std::string number = at.folder / "number";
+    ServerProgram server({"/bin/sh", "-c",
+                          "exec Xvfb -displayfd 3 -noreset -nolisten tcp -screen 0 64x48x24 -fbdir '" +
+                              at.folder.Path() + "' 3>'" + number + "'"});
+    ASSERT_TRUE(Comes([&] { return ContentsOf(number).ends_with('\n'); }));
+    std::string display = ":" + ContentsOf(number);
+    display.pop_back();
+    SessionVariables::Set({
+        {"DISPLAY", display}
+    });
+
+    const std::string picture = at.folder / "T.bmp";
+    {
+        std::ofstream file(picture, std::ios::binary);
+        file << std::string("BM\0\0\0\0\0\0\0\0\x36\0\0\0\x28\0\0\0\x40\0\0\0\x30\0\0\0\1\0\x18\0", 30)
+             << std::string(24, '\0');
+        for (int i = 0; i < Width * Height; ++i) file << "\xCC\x66\x33";
+    }
+    QtWallpaper wallpaper(at.Failed());
+    EXPECT_TRUE(wallpaper.Set(picture));
+    Desk::WaitFor(wallpaper);
+    EXPECT_EQ(at.failure, "");
+    EXPECT_TRUE(Comes([&] {
+        const std::string screen = ContentsOf(at.folder / "Xvfb_screen0");
+        return screen.size() > Bytes && screen.substr(screen.size() - Bytes + Bytes / 2, 3) == "\xCC\x66\x33";
+    }));
 }
 
 }  // namespace
