@@ -149,6 +149,8 @@ protected:
 
 TEST_F(Drivers, AreTheCamerasThenTheAddressesInUseThenTheTestPattern) {
     EXPECT_EQ(list.Find("(2) Eye"), 2);
+    EXPECT_EQ(list.Find("Eye"), 0);
+    EXPECT_EQ(list.Find("(1) Door"), 1);
     EXPECT_EQ(list.Find(""), -1);
     EXPECT_EQ(list.Find("rtsp://camera/1"), 3);
     EXPECT_EQ(list.Find("Roof"), 3);  // a camera that is not plugged in
@@ -162,7 +164,12 @@ TEST_F(Drivers, AreTheCamerasThenTheAddressesInUseThenTheTestPattern) {
     cameras.names = {"Eye", "Roof"};
     list.Refresh();
     EXPECT_EQ(Names(), (std::vector<std::string>{"Eye", "Roof", "Test Pattern"}));
-    for (int i = 0; i < 9; ++i) list.Find("udp://:" + std::to_string(i));
+    std::vector<std::unique_ptr<CaptureWindow>> feeds;
+    for (int i = 0; i < 8; ++i) {
+        list.Find("udp://unused:" + std::to_string(i));
+        feeds.push_back(list.capCreateCaptureWindow("window"));
+        EXPECT_TRUE(feeds.back()->capDriverConnect(list.Find("udp://:" + std::to_string(i))));
+    }
     EXPECT_FALSE(window->capDriverConnect(list.Find("Test Pattern")));
     EXPECT_EQ(window->State(), CaptureState::Disconnected);
 }

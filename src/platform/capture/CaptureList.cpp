@@ -15,6 +15,9 @@ constexpr std::string_view PatternScheme = "test:";
 /// A camera may be named by its device file, too.
 constexpr std::string_view CameraPath = "/dev/v";
 
+/// What stands before the first of equal names.
+constexpr std::string_view FirstOfEqual = "(1) ";
+
 /// The error number of what no reopening repairs.
 constexpr int SourceError = 1;
 
@@ -191,16 +194,30 @@ void CaptureList::Refresh() {
 int CaptureList::Find(std::string_view name) {
     if (name.empty()) return -1;
     if (!looked_) Refresh();
-    if (const int place = Place(name); place >= 0) return place;
-    asked_.push_back({std::string(name), IsAddress(name)});
-    Arrange();
+    if (Place(name) < 0) {
+        asked_.push_back({std::string(name), IsAddress(name)});
+        Arrange();
+    }
+    if (Place(name) >= Reachable) {
+        // What earlier portfolios asked for makes room.
+        std::erase_if(asked_, [&](const Asked& asked) { return asked.name != name && !InUse(asked.name); });
+        Arrange();
+    }
     return Place(name);
 }
 
+/// A name that was remembered while there were more, or fewer, equal cameras than now means the first of
+/// them.
 int CaptureList::Place(std::string_view name) const {
-    for (int driver = 0; driver < static_cast<int>(list_.size()); ++driver)
-        if (NumberedDriverName(*this, driver) == name) return driver;
-    return -1;
+    const auto first = [this](const auto& bears) {
+        for (int driver = 0; driver < static_cast<int>(list_.size()); ++driver)
+            if (bears(driver)) return driver;
+        return -1;
+    };
+    const int exact = first([&](int driver) { return NumberedDriverName(*this, driver) == name; });
+    if (exact >= 0) return exact;
+    if (name.starts_with(FirstOfEqual)) name.remove_prefix(FirstOfEqual.size());
+    return first([&](int driver) { return list_[static_cast<std::size_t>(driver)] == name; });
 }
 
 bool CaptureList::InUse(const std::string& name) const {
