@@ -30,8 +30,8 @@ int main(int count, char** words) {
     {
         vbscript::Engine engine(host);
         const std::string fullName = std::filesystem::absolute(words[1]).lexically_normal().string();
-        const auto shell = vbscript::Make<vbrun::ScriptShell>(engine, host, fullName,
-                                                              std::vector<std::string>(words + 2, words + count));
+        const auto shell = vbscript::Make<vbrun::ScriptShell>(
+            engine, host, fullName, std::vector<std::string>(words + 2, words + count));
         engine.AddObject("WScript", shell);
         std::string_view code = *bytes;
         if (code.starts_with(Utf8Mark)) code.remove_prefix(Utf8Mark.size());
@@ -40,8 +40,8 @@ int main(int count, char** words) {
         if (shell->HasQuit()) {
             exitCode = shell->ExitCode();
         } else if (fault) {
-            std::fprintf(stderr, "%s(%d, %d) ERROR %d: %s\n", words[1], fault->line, fault->column, fault->number,
-                         fault->description.c_str());
+            std::fprintf(stderr, "%s(%d, %d) ERROR %d: %s\n", words[1], fault->line, fault->column,
+                         fault->number, fault->description.c_str());
             exitCode = ScriptFailed;
         }
     }

@@ -83,6 +83,9 @@ private:
     Register NewRegister(std::size_t count = 1);
     std::size_t BeginMark(Position at);
     void EndMark(std::size_t mark) { routine_.marks[mark].resume = static_cast<std::uint32_t>(Here()); }
+    bool IsTemporary(Register reg) const {
+        return reg >= (routine_.onGlobals ? MostGlobals : routine_.locals);
+    }
     void Dirty(Register reg);
     void ReleaseDirty();
     /// @}

@@ -115,7 +115,7 @@ RoutineCompiler::Register RoutineCompiler::Constant(const Value& value, int want
 RoutineCompiler::Register RoutineCompiler::Moved(Register from, int wanted) {
     if (wanted == Anywhere || wanted == from) return from;
     Emit(Opcode::Copy, static_cast<std::size_t>(wanted), from);
-    if (from >= routine_.locals) Dirty(from);
+    if (IsTemporary(from)) Dirty(from);
     return static_cast<Register>(wanted);
 }
 

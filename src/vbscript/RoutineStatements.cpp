@@ -130,9 +130,8 @@ void RoutineCompiler::AssignName(const Expression& target, const Expression& val
 
 /// `local`: Let, Set or Put. What lies in a temporary is moved.
 void RoutineCompiler::StoreVariable(const Meaning& meaning, Register from, Opcode local) {
-    const bool isTemporary = routine_.onGlobals ? from >= MostGlobals : from >= routine_.locals;
     Emit(ForVariable(local, static_cast<int>(meaning.where)), static_cast<std::size_t>(meaning.index), from,
-         isTemporary ? 1 : 0);
+         IsTemporary(from) ? 1 : 0);
 }
 
 /// s = s & a & b .. appends to the text of s where it lies, so that building a text in a loop is linear.
