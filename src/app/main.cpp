@@ -11,6 +11,7 @@
 #include "app/CommandLine.h"
 #include "app/Commands.h"
 #include "app/LineLog.h"
+#include "app/ScriptServices.h"
 #include "app/Services.h"
 #include "app/Signals.h"
 #include "core/ErrorReport.h"
@@ -63,7 +64,9 @@ std::string FullPath(const FileSystem& files, const std::string& path) {
 }
 
 int Run(QCoreApplication& application, Platform& platform, const CommandLine& line) {
+    ScriptServices scripts(platform);
     modMain::StartOptions options;
+    options.scripts = &scripts.Engine();
     if (!line.portfolio.empty()) {
         if (!Usable(platform, line.portfolio)) return ExitStatus::UnusableDocument;
         options.portfolio = FullPath(platform.fileSystem, line.portfolio);
