@@ -261,7 +261,7 @@ void Machine::Watch() {
 void Machine::FailUndefined(NameId name) { FailNamed(ErrorCode::VariableUndefined, name); }
 
 void Machine::FailNamed(ErrorCode code, NameId name) {
-    detail_ = program_.names.Spelling(name);
+    if (name != NoName) detail_ = program_.names.Spelling(name);
     Fail(code);
 }
 
