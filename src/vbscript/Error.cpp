@@ -158,7 +158,7 @@ void Fail(ErrorCode code) { throw RuntimeError(code); }
 
 void FailNaming(ErrorCode code, std::u16string_view name) {
     RuntimeError error(code);
-    error.description.append(u": '").append(name).append(u"'");
+    error.subject = name;
     throw error;
 }
 

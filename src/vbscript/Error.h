@@ -55,6 +55,7 @@ struct RuntimeError {
     int number;
     std::u16string description;
     std::u16string source;
+    std::u16string subject;  ///< What it was about, for the report of an error that nobody handled.
     std::u16string helpFile;
     int helpContext = 0;
     int line = 0;
@@ -74,7 +75,7 @@ struct SyntaxError {
 /// Throws; kept out of line so that the callers stay small.
 [[noreturn]] void Fail(ErrorCode code);
 
-/// The same with ": 'name'" behind the description.
+/// The same, about `name`.
 [[noreturn]] void FailNaming(ErrorCode code, std::u16string_view name);
 
 }  // namespace tessaloom::vbscript
