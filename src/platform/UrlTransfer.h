@@ -44,7 +44,8 @@ struct UrlRequest {
 
 /// What a server answered, whatever the status.
 struct UrlResponse {
-    int status = 0;  ///< 0: nothing came.
+    int status = 0;     ///< 0: nothing came.
+    bool late = false;  ///< It failed because it took too long.
     std::string statusText;
     std::string headers;  ///< Lines that end in CR LF; of the last of several answers (redirects).
 };

@@ -12,6 +12,7 @@
 #include "vbscript/Host.h"
 #include "vbscript/MemoryBudget.h"
 #include "vbscript/Object.h"
+#include "vbscript/TimeLimit.h"
 #include "vbscript/Value.h"
 
 namespace tessaloom::vbscript {
@@ -40,7 +41,7 @@ struct Procedure {
 class Engine {
 public:
     /// The number of the error that ends a script whose time is up. No handler of the script sees it.
-    static constexpr int TimeIsUp = 18;
+    static constexpr int TimeIsUp = TimeLimit::IsUp;
 
     /// `host` must outlive the engine.
     explicit Engine(Host& host);

@@ -96,7 +96,8 @@ std::vector<Procedure> Machine::Procedures() const {
 
 Fault Machine::FaultOf(const RuntimeError& error) const {
     Fault fault{error.number, Utf8Of(error.source), Utf8Of(error.description), error.line, error.column};
-    if (!detail_.empty()) fault.description += ": '" + Utf8Of(detail_) + "'";
+    const std::u16string& subject = error.subject.empty() ? detail_ : error.subject;
+    if (!subject.empty()) fault.description += ": '" + Utf8Of(subject) + "'";
     return fault;
 }
 
@@ -220,12 +221,13 @@ void Machine::ClearFrame(const Frame& frame) {
 
 /// Ends routines down to the one that goes on after errors; false when there is none above `stop`.
 bool Machine::Recover(RuntimeError& error, std::size_t stop) {
+    const bool final = error.number == TimeLimit::IsUp && context_.limit.IsOver();
     while (depth_ > stop) {
         Frame& frame = Top();
         const std::size_t place = static_cast<std::size_t>(frame.place - frame.routine->code.data());
         const Mark& mark = frame.routine->MarkAt(place == 0 ? 0 : place - 1);
         if (error.line == 0) error.line = mark.at.line, error.column = mark.at.column;
-        if (frame.resumesNext) {
+        if (frame.resumesNext && !final) {
             err_->Set(error);
             detail_.clear();
             for (Value *value = frame.base + mark.firstTemporary, *const end =

@@ -50,6 +50,7 @@ public:
         const auto function = kind == CallKind::Let ? row->let : kind == CallKind::Set ? row->set : row->get;
         if (!function) Fail(ErrorCode::NoSuchMember);
         const int count = static_cast<int>(values.size()) - (assigns ? 1 : 0);
+        if (count > 0 && row->maxArguments == 0 && !assigns) return ItemOf(context, *row, values);
         if (count < row->minArguments || count > row->maxArguments) Fail(ErrorCode::WrongArgumentCount);
         return function(static_cast<T&>(*this), Arguments(context, values, kind));
     }
@@ -58,6 +59,13 @@ public:
     const void* Shape() const override { return T::Members().data(); }
 
 private:
+    /// The arguments of a member that takes none are meant for the default member of the object it gives.
+    Value ItemOf(Context& context, const Member<T>& row, std::span<Value> values) {
+        const Value object = row.get(static_cast<T&>(*this), Arguments(context, {}));
+        if (!object.Is(VarType::Object) || object.IsNothing()) Fail(ErrorCode::WrongArgumentCount);
+        return object.AsObject()->Invoke(context, DefaultMember, CallKind::Get, values);
+    }
+
     static const Member<T>* RowOf(int member) {
         const auto members = T::Members();
         if (member > 0 && static_cast<std::size_t>(member) <= members.size())

@@ -14,8 +14,6 @@ namespace tessaloom::vbscript {
 
 namespace {
 
-constexpr int TimeIsUp = 18;  // the engine's own number for it
-
 /// A template's "$" signs, replaced by parts of the text.
 class Replacement {
 public:
@@ -109,9 +107,7 @@ private:
     /// Calls `found` with the positions of the first match or, with Global, of all.
     template <typename Found>
     void Search(Context& context, std::u16string_view text, bool all, Found&& found) {
-        const Interruption interruption = [&context] {
-            if (context.limit.IsOver()) throw RuntimeError(TimeIsUp);
-        };
+        const Interruption interruption = [&context] { context.limit.Enforce(); };
         const auto program = Program();  // a replacing function may change the pattern
         RegExpMatcher matcher(*program, interruption);
         RegExpMatcher::Positions positions;

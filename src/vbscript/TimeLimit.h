@@ -1,5 +1,6 @@
 #pragma once
 
+#include "vbscript/Error.h"
 #include "vbscript/Host.h"
 
 namespace tessaloom::vbscript {
@@ -16,6 +17,16 @@ public:
     }
 
     bool IsOver() const { return limited_ && host_.SteadySeconds() >= end_; }
+
+    static constexpr int IsUp = 18;  ///< The number of the error that ends a script whose time is up.
+
+    /// For long work outside of the machine: throws that error when it is over. No handler of the script
+    /// sees it.
+    void Enforce() const {
+        if (IsOver())
+            throw RuntimeError(IsUp, u"The script was stopped: its time is up",
+                               std::u16string(RuntimeSource));
+    }
 
     /// The time during its life does not count: a box waits for the user.
     class Pause {

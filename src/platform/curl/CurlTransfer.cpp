@@ -242,6 +242,7 @@ std::size_t CurlTransfer::TakeBody(char* data, std::size_t size, std::size_t cou
 void CurlTransfer::Ended(CURLcode result) {
     std::string reason = result == CURLE_OK ? "" : ReasonOf(result);
     Release();
+    response_.late = result == CURLE_OPERATION_TIMEDOUT;
     if (result != CURLE_OK) return Fail(std::move(reason));
     Enter(TransferState::ResponseCompleted);
 }

@@ -27,8 +27,6 @@ enum class HttpError : std::int32_t {
     TimedOut = static_cast<std::int32_t>(0x80072EE2),
 };
 
-constexpr int TimeIsUp = 18;  // the engine's own number for it
-
 [[noreturn]] void Refuse(HttpError error, std::string_view text) {
     throw RuntimeError(static_cast<int>(error), Utf16Of(text), u"msxml3.dll");
 }
@@ -91,11 +89,11 @@ private:
     /// Takes in what has come meanwhile.
     void Notice(Context& context) {
         if (sent_ && !taken_) transfers_.Poll();
-        if (sent_ && !taken_ && !transfer_->StillExecuting()) Take(context);
+        if (sent_ && !taken_ && !transfer_->StillExecuting()) Take();
         Tell(context);
     }
 
-    void Take(Context& context) {
+    void Take() {
         taken_ = true;
         head_ = transfer_->Response();
         constexpr std::size_t ChunkBytes = 256 << 10;
@@ -104,9 +102,7 @@ private:
             body_ += chunk;
         }
         if (!Failed()) return;
-        const double waited = context.host.SteadySeconds() - began_;
-        const bool late = request_.totalMilliseconds > 0 && waited * 1000 >= request_.totalMilliseconds;
-        head_.status = late ? TimeOut : NoConnection;
+        head_.status = head_.late ? TimeOut : NoConnection;
         head_.statusText = transfer_->Failure();
     }
 
@@ -135,10 +131,8 @@ private:
         for (;;) {
             Notice(context);
             if (!sent_ || taken_) return true;
-            if (context.limit.IsOver()) {
-                Forget();
-                throw RuntimeError(TimeIsUp);
-            }
+            if (context.limit.IsOver()) Forget();
+            context.limit.Enforce();
             if (seconds > 0 && context.host.SteadySeconds() - begin >= seconds) return false;
             transfers_.Wait(Patience);
         }
@@ -198,7 +192,6 @@ private:
         if (arguments.Has(0) && !arguments[0].Is(VarType::Empty) && !arguments[0].Is(VarType::Null))
             self.request_.body =
                 arguments[0].Is(VarType::Array) ? BytesOf(context, arguments[0]) : arguments.Text(0).ToUtf8();
-        self.began_ = context.host.SteadySeconds();
         self.sent_ = true;
         self.transfer_->Send(self.request_);
         if (self.asynchronous_) {
@@ -258,7 +251,6 @@ private:
     bool opened_ = false, sent_ = false;
     bool taken_ = false;  ///< The answer, or the failure, is here.
     int told_ = Unsent;   ///< The state that the listener knows.
-    double began_ = 0;    ///< When it was sent, by the host's steady clock.
     UrlRequest request_;
     UrlResponse head_;
     std::string body_;
