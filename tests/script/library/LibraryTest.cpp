@@ -1,0 +1,148 @@
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <optional>
+#include <sstream>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/curl/CurlTransfers.h"
+#include "platform/posix/PosixEnvironment.h"
+#include "platform/posix/PosixFileSystem.h"
+#include "platform/posix/PosixFolders.h"
+#include "script/library/ClassLibrary.h"
+#include "support/FakeScriptHost.h"
+#include "support/LocalHttpServer.h"
+#include "support/TemporaryFolder.h"
+#include "vbscript/Engine.h"
+#include "vbscript/MemberTable.h"
+
+namespace tessaloom::library {
+namespace {
+
+namespace fs = std::filesystem;
+using Connection = testing::LocalHttpServer::Connection;
+
+/// What the scripts of this test find beside the classes.
+class Outside final : public vbscript::TableObject<Outside> {
+public:
+    static constexpr std::u16string_view Name = u"Outside";
+    static std::span<const vbscript::Member<Outside>> Members();
+
+    std::vector<std::string> said;
+    std::string address, request;
+};
+
+std::span<const vbscript::Member<Outside>> Outside::Members() {
+    using vbscript::Arguments, vbscript::Value;
+    static constexpr std::array<vbscript::Member<Outside>, 3> All = {
+        {
+         {u"Say", 0, 20,
+             [](Outside& self, const Arguments& arguments) {
+                 std::string line;
+                 for (std::size_t i = 0; i < arguments.Count(); ++i)
+                     line.append(i == 0 ? "" : " ").append(arguments.Text(i).ToUtf8());
+                 self.said.push_back(line);
+                 return Value();
+             }},
+         {u"Address", 0, 0, [](Outside& self, const Arguments&) { return Value::OfUtf8(self.address); }},
+         {u"Requested", 1, 1,
+             [](Outside& self, const Arguments& arguments) {
+                 return Value::OfBoolean(self.request.find(arguments.Text(0).ToUtf8()) != std::string::npos);
+             }},
+         }
+    };
+    return All;
+}
+
+/// A host whose steady clock runs.
+class RunningHost final : public testing::FakeScriptHost {
+public:
+    double SteadySeconds() override {
+        return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
+    }
+};
+
+/// Runs a script in an empty folder. What it says must be what its comments expect, line for line.
+class ScriptLibrary : public ::testing::Test {
+protected:
+    ScriptLibrary() {
+        fs::current_path(folder_.Path());
+        host_.now = folders_.Details(".")->modified;
+        host_.create = [this](std::string_view programId) {
+            return CreateObject({files_, folders_, environment_, transfers_}, programId);
+        };
+    }
+    ~ScriptLibrary() override { fs::current_path(before_); }
+
+    std::optional<vbscript::Fault> Run(const std::string& name, double seconds = 0) {
+        const std::string code = files_.ReadFile(TEST_DATA "/library/" + name).value();
+        vbscript::Engine engine(host_);
+        engine.SetLimits({.seconds = seconds});
+        engine.AddObject("Outside", outside_, true);
+        const auto fault = engine.AddCode(code);
+        EXPECT_EQ(outside_->said, Expected(code));
+        return fault;
+    }
+
+    void RunWhole(const std::string& name) {
+        const auto fault = Run(name);
+        if (fault) ADD_FAILURE() << name << ":" << fault->line << ": " << fault->description;
+    }
+
+    static std::vector<std::string> Expected(const std::string& code) {
+        constexpr std::string_view Mark = "' expect: ";
+        std::vector<std::string> lines;
+        std::istringstream text(code);
+        for (std::string line; std::getline(text, line);)
+            if (const auto at = line.find(Mark); at != line.npos)
+                lines.push_back(line.substr(at + Mark.size()));
+        return lines;
+    }
+
+    vbscript::Ref<Outside> outside_ = vbscript::Make<Outside>();
+
+private:
+    const fs::path before_ = fs::current_path();
+    testing::TemporaryFolder folder_;
+    PosixFileSystem files_;
+    PosixFolders folders_;
+    PosixEnvironment environment_;
+    CurlTransfers transfers_;
+    RunningHost host_;
+};
+
+TEST_F(ScriptLibrary, Dictionary) { RunWhole("dictionary.vbs"); }
+TEST_F(ScriptLibrary, Files) { RunWhole("files.vbs"); }
+TEST_F(ScriptLibrary, Streams) { RunWhole("streams.vbs"); }
+TEST_F(ScriptLibrary, Shell) { RunWhole("shell.vbs"); }
+
+class ScriptRequests : public ScriptLibrary {
+protected:
+    ScriptRequests() {
+        server_.On("/page", [this](Connection& to) {
+            outside_->request = to.Request();
+            to.Send(testing::LocalHttpServer::Whole(
+                "200 Fine", "\xE4\x80",
+                "Content-Type: text/plain; charset=\"windows-1252\"\r\nX-Twice: a\r\nX-Twice: b\r\n"));
+        });
+        server_.On("/slow", [](Connection& to) { to.GoneWithin(-1); });
+        outside_->address = server_.Address("");
+    }
+
+    testing::LocalHttpServer server_;
+};
+
+TEST_F(ScriptRequests, GetAndPost) { RunWhole("requests.vbs"); }
+
+TEST_F(ScriptRequests, EndWithTheScriptsTime) {
+    const auto fault = Run("endless.vbs", 0.2);
+    ASSERT_TRUE(fault);
+    EXPECT_EQ(fault->number, vbscript::Engine::TimeIsUp);
+}
+
+}  // namespace
+}  // namespace tessaloom::library
