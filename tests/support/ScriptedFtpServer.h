@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
+#include <netinet/tcp.h>
 #include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -76,6 +77,8 @@ private:
         for (;;) {
             const int handle = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
             if (handle < 0) return;
+            const int atOnce = 1;
+            ::setsockopt(handle, IPPROTO_TCP, TCP_NODELAY, &atOnce, sizeof atOnce);
             const std::lock_guard lock(mutex_);
             handles_.insert(handle);
             threads_.emplace_back([this, handle] { Converse(handle); });

@@ -2,6 +2,7 @@
 
 #include <netinet/in.h>
 #include <poll.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -27,6 +28,7 @@ constexpr std::size_t MostReplyCharacters = 200;  ///< Of a reply that is told.
 constexpr int PollMilliseconds = 10;              ///< libcurl overlooks some replies, so it is asked often.
 constexpr auto IdleLook = std::chrono::milliseconds(200);  ///< How often an idle connection is looked at.
 constexpr long LeaveMilliseconds = 5000;                   ///< For a server to answer to our farewell.
+constexpr int LessUrgent = 5;                              ///< Niceness.
 constexpr long NoLimitSeconds = 30L * 86400;  ///< Time limits are the engine's, as its clock sees them.
 constexpr long FarFutureSeconds = 10L * 365 * 86400;
 
@@ -139,6 +141,8 @@ void FtpSession::Break() {
 // --- The thread's side ---
 
 void FtpSession::Run() {
+    // Beside the tick, no upload is urgent. (Here, the niceness of a thread is its own.)
+    ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), LessUrgent);
     while (multi_ && easy_) {
         const auto step = NextStep();
         if (!step) break;
