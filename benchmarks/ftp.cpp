@@ -1,0 +1,151 @@
+// Uploads of 20 MB to a server on this machine, driven by the program's tick of 10 ms: how fast, how late
+// that makes the ticks, and how fast the curl program is.
+
+#include <QCoreApplication>
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "platform/curl/CurlFtpClients.h"
+#include "platform/posix/PosixFileSystem.h"
+#include "platform/qt/QtSystemTime.h"
+#include "platform/qt/QtTimer.h"
+#include "publish/InetFTP.h"
+#include "support/FtpServers.h"
+#include "time/modTime.h"
+
+namespace tessaloom {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using testing::FtpServer;
+
+constexpr std::size_t Bytes = 20'000'000;
+constexpr int Uploads = 150;
+constexpr int TickMilliseconds = 10;
+
+double MillisecondsSince(Clock::time_point start) {
+    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+}
+
+double Quantile(std::vector<double> values, double part) {
+    std::ranges::sort(values);
+    return values[static_cast<std::size_t>(std::ceil(part * static_cast<double>(values.size() - 1)))];
+}
+
+double MegabytesPerSecond(double milliseconds) { return double(Bytes) / 1000 / milliseconds; }
+
+std::vector<std::uint8_t> Picture() {
+    std::vector<std::uint8_t> bytes(Bytes);
+    std::minstd_rand random;
+    for (auto& byte : bytes) byte = static_cast<std::uint8_t>(random() >> 8);
+    return bytes;
+}
+
+/// One upload after the other, moved along by ticks only.
+class Run {
+public:
+    Run(const FtpServer& server, std::vector<std::uint8_t> picture)
+        : clients_({server.CertificateFile(), ""}), picture_(std::move(picture)) {
+        ftp_.SetAccount(server.Account(true));
+        Send();
+        timer_.Start(TickMilliseconds, [this] { Tick(); });
+    }
+
+    std::vector<double> uploads, lateness;  ///< Milliseconds.
+    bool failed = false;
+
+private:
+    void Send() {
+        ftp_.SendDataFile(picture_, {.remoteFolder = "up",
+                                     .remoteFile = "live.jpg",
+                                     .canvasIndex = 1,
+                                     .mode = InetFTP::RenameOver,
+                                     .keepConnectionOpen = true});
+        storing_.reset();
+        // Writing the local copy is not counted: the next tick begins a new series.
+        lastTick_.reset();
+    }
+
+    void Tick() {
+        const auto now = Clock::now();
+        if (lastTick_)
+            lateness.push_back(std::max(
+                0.0, std::chrono::duration<double, std::milli>(now - *lastTick_).count() - TickMilliseconds));
+        lastTick_ = now;
+        clients_.Poll();
+        ftp_.TimerEvent();
+        if (!storing_ && ftp_.Stage() == "Storing") storing_ = now;
+        if (ftp_.CurrentState() == InetFTP::State::Disconnected) failed = true;
+        if (failed) return QCoreApplication::quit();
+        if (ftp_.CurrentState() != InetFTP::State::ConnectedWaiting) return;
+        uploads.push_back(MillisecondsSince(*storing_));
+        if (uploads.size() == Uploads) return QCoreApplication::quit();
+        Send();
+    }
+
+    PosixFileSystem files_;
+    CurlFtpClients clients_;
+    InetFTP ftp_{files_, clients_};
+    std::vector<std::uint8_t> picture_;
+    QtTimer timer_;
+    std::optional<Clock::time_point> lastTick_, storing_;
+};
+
+void Measure(QCoreApplication& application, FtpServer::Kind kind, const char* name, const char* options) {
+    const FtpServer server(kind);
+    if (!server.Runs()) {
+        std::printf("%s: the server does not run here\n", name);
+        return;
+    }
+    const std::vector<std::uint8_t> picture = Picture();
+    Run run(server, picture);
+    application.exec();
+    if (run.failed) {
+        std::printf("%s: an upload failed\n", name);
+        return;
+    }
+
+    const std::string file = server.Folder() + "/../picture";
+    std::ofstream(file, std::ios::binary).write(reinterpret_cast<const char*>(picture.data()), Bytes);
+    std::string address = server.Account(true).server;
+    address.replace(0, address.find("://"), "ftp");
+    const std::string command = "curl -s " + std::string(options) + " --cacert '" + server.CertificateFile() +
+                                "' -T '" + file + "' -u anonymous:guest '" + address + "/up/curl'";
+    std::vector<double> peer;
+    for (int i = 0; i < 20; ++i) {
+        const auto start = Clock::now();
+        if (std::system(command.c_str()) != 0) return;
+        peer.push_back(MillisecondsSince(start));
+    }
+    const double ours = Quantile(run.uploads, 0.5), theirs = Quantile(peer, 0.5);
+    std::printf(
+        "%-6s 20 MB stored and renamed: %6.1f ms, %5.0f MB/s; curl, with its start and log-in: %6.1f ms; "
+        "ratio %.2f\n",
+        name, ours, MegabytesPerSecond(ours), theirs, theirs / ours);
+    std::printf("%-6s lateness of %zu ticks: 50 %% %.2f ms, 99 %% %.2f ms, 99.9 %% %.2f ms, most %.2f ms\n",
+                name, run.lateness.size(), Quantile(run.lateness, 0.5), Quantile(run.lateness, 0.99),
+                Quantile(run.lateness, 0.999), Quantile(run.lateness, 1));
+}
+
+}  // namespace
+}  // namespace tessaloom
+
+int main(int argc, char** argv) {
+    using namespace tessaloom;
+    QCoreApplication application(argc, argv);
+    const testing::TemporaryFolder folder;
+    if (chdir(folder.Path().c_str()) != 0) return 1;
+    const QtSystemTime time;
+    modTime::UseSystemTime(time);
+    Measure(application, testing::FtpServer::Kind::Vsftpd, "plain", "");
+    Measure(application, testing::FtpServer::Kind::VsftpdTls, "TLS", "--ssl-reqd --tls-max 1.2");
+    modTime::ReleaseSystemTime(time);
+}
