@@ -150,10 +150,10 @@ void CloseFromTick() {
 
 }  // namespace
 
-std::unique_ptr<Program>& Running() {
-    static std::unique_ptr<Program> program;
-    return program;
-}
+// Not a static within the function: scripts ask for the portfolio at every use of a member.
+static constinit std::unique_ptr<Program> running;
+
+std::unique_ptr<Program>& Running() { return running; }
 
 bool ScriptRuns(const Program& program) { return program.portfolio && program.portfolio->Script().Running(); }
 

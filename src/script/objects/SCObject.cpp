@@ -30,7 +30,8 @@ Value SCObject::Invoke(Context& context, int member, CallKind kind, std::span<Va
     const auto function = !assigns ? use.get : kind == CallKind::Let ? use.let : use.set;
     if (!function) vbscript::Fail(ErrorCode::NoSuchMember);
     const int count = static_cast<int>(arguments.size()) - (assigns ? 1 : 0);
-    if (count < use.minArguments || count > use.maxArguments) vbscript::Fail(ErrorCode::WrongArgumentCount);
+    if (count < use.minArguments || count > use.maxArguments) [[unlikely]]
+        vbscript::Fail(ErrorCode::WrongArgumentCount);
     try {
         return function(*this, Arguments(context, arguments, kind));
     } catch (const Error& error) {
