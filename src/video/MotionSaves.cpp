@@ -32,16 +32,17 @@ void MotionSaves::Save(const MotionDetect& detector, const DIB& frame) {
 
     std::string sequentialFile;
     encoder_.BeginPass(frame);
-    if (fixed && !Write(detector.SaveFixedFileName(), detector.SaveFixedQuality())) return;
+    if (fixed && !Write(detector.SaveFixedFileName(), detector.SaveFixedQuality(), fixedFails_)) return;
     if (sequential) {
         sequentialFile =
             JoinPath(detector.SaveSequentialPath(), NextSequentialName(detector.LastMotionTriggerTime()));
-        if (!Write(sequentialFile, detector.SaveSequentialQuality())) return;
+        if (!Write(sequentialFile, detector.SaveSequentialQuality(), sequentialFails_)) return;
     }
     if (!detector.SaveDiff()) return;
     encoder_.BeginPass(detector.Difference());
-    if (fixed && !Write(DifferencePath(detector.SaveFixedFileName()), detector.SaveDiffQuality())) return;
-    if (sequential) Write(DifferencePath(sequentialFile), detector.SaveDiffQuality());
+    const int quality = detector.SaveDiffQuality();
+    if (fixed && !Write(DifferencePath(detector.SaveFixedFileName()), quality, fixedFails_)) return;
+    if (sequential) Write(DifferencePath(sequentialFile), quality, sequentialFails_);
 }
 
 /// Triggers of one second get distinct names.
@@ -53,15 +54,15 @@ std::string MotionSaves::NextSequentialName(double moment) {
 }
 
 /// False when the picture cannot be encoded, which ends the saves of this trigger.
-bool MotionSaves::Write(const std::string& path, int quality) {
+bool MotionSaves::Write(const std::string& path, int quality, bool& failing) {
     const auto bytes = encoder_.Bytes(quality);
     const bool written =
         !bytes.empty() && files_.WriteFile(path, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
-    if (!written && !failing_)
+    if (!written && !failing)
         Log(LogLevel::Warning,
             "Motion: \"" + path + "\" was not written: " +
                 (bytes.empty() ? "the picture could not be encoded" : files_.LastFailure()));
-    failing_ = !written;
+    failing = !written;
     return !bytes.empty();
 }
 

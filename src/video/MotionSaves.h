@@ -13,7 +13,7 @@ class MotionDetect;
 
 /// Writes the pictures of a trigger to the files that the settings of its detector name.
 ///
-/// A file that cannot be written is told to the log once, until a write succeeds again.
+/// Files that cannot be written are told to the log once, until one of their kind is written again.
 class MotionSaves {
 public:
     /// Both outlive this object.
@@ -24,13 +24,14 @@ public:
 
 private:
     std::string NextSequentialName(double moment);
-    bool Write(const std::string& path, int quality);
+    bool Write(const std::string& path, int quality, bool& failing);
 
     FileSystem& files_;
     JpegEncoder encoder_;
     std::string stamp_;  ///< Of the last sequential file.
     int counter_ = 0;
-    bool failing_ = false;
+    bool fixedFails_ = false;
+    bool sequentialFails_ = false;
 };
 
 }  // namespace tessaloom

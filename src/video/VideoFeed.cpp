@@ -186,7 +186,6 @@ void VideoFeed::WatchFirstAttempt() {
     const bool failed = window_->Failures() > 0;
     firstAttempt_ = !Valid() && !failed;
     if (Valid() || !failed) return;
-    Log(LogLevel::Warning, feedName_ + ": " + Status());
     ShowBox(std::string(CouldNotConnect), ErrorTitle);
 }
 
