@@ -2,7 +2,7 @@
 
 #include "vbscript/Array.h"
 #include "vbscript/Builtins.h"
-#include "vbscript/Machine.h"
+#include "vbscript/Frames.h"
 #include "vbscript/Operators.h"
 
 // Jumping from instruction to instruction needs addresses of labels, a common extension.
@@ -16,10 +16,13 @@ namespace {
 constexpr std::uint16_t OwnAccess = 0x100;
 
 inline bool BothWhole(const Value& a, const Value& b) { return IsIntegerOrLong(a) && IsIntegerOrLong(b); }
-inline bool BothDouble(const Value& a, const Value& b) { return a.Is(VarType::Double) && b.Is(VarType::Double); }
+
+/// Integer, Long or Double: what most arithmetic is about.
+inline bool IsCommonNumber(const Value& value) { return IsIntegerOrLong(value) || value.Is(VarType::Double); }
+inline double RealOf(const Value& number) { return number.Is(VarType::Double) ? number.Real() : number.Whole(); }
 
 /// Stores a whole result; `a` and `b` were the operands.
-inline void StoreWhole(Value& target, std::int64_t whole, const Value& a, const Value& b) {
+[[gnu::always_inline]] inline void StoreWhole(Value& target, std::int64_t whole, const Value& a, const Value& b) {
     if (a.Is(VarType::Long) || b.Is(VarType::Long)) {
         if (FitsLong(whole)) return target.SetLong(static_cast<std::int32_t>(whole));
     } else {
@@ -40,13 +43,13 @@ inline bool Holds(Context& context, const Value& a, const Value& b) {
         if constexpr (C == Comparison::GreaterOrEqual) return x >= y;
     };
     if (BothWhole(a, b)) return compare(a.Whole(), b.Whole());
-    if (BothDouble(a, b)) return compare(a.Real(), b.Real());
+    if (IsCommonNumber(a) && IsCommonNumber(b)) return compare(RealOf(a), RealOf(b));
     return vbscript::Holds(context, C, a, b);
 }
 
 template <Comparison C>
 inline void StoreComparison(Context& context, Value& target, const Value& a, const Value& b) {
-    if (BothWhole(a, b) || BothDouble(a, b))
+    if (IsCommonNumber(a) && IsCommonNumber(b))
         target.SetBoolean(Holds<C>(context, a, b));
     else
         target = Compare(context, C, a, b);
@@ -108,9 +111,10 @@ void Machine::Dispatch(std::size_t stop) {
         const Value &x = B, &y = right;                                                    \
         if (BothWhole(x, y)) {                                                             \
             StoreWhole(A, std::int64_t{x.Whole()} sign y.Whole(), x, y);                   \
-        } else if (BothDouble(x, y)) {                                                     \
-            const double result = x.Real() sign y.Real();                                  \
-            if (!std::isfinite(result)) Fail(ErrorCode::Overflow);                         \
+        } else if (IsCommonNumber(x) && IsCommonNumber(y)) {                               \
+            const double result = RealOf(x) sign RealOf(y);                                \
+            if (!std::isfinite(result)) [[unlikely]]                                       \
+                Fail(ErrorCode::Overflow);                                                 \
             A.SetDouble(result);                                                           \
         } else {                                                                           \
             A = slow::name(context_, x, y);                                                \
@@ -386,7 +390,7 @@ void Machine::Dispatch(std::size_t stop) {
             Value* const arguments = &A;
             Top().place = pc;
             *arguments = builtins_[i->b].call(context_, {arguments, count});
-            for (std::size_t k = 1; k < count; ++k) arguments[k] = Value();
+            for (std::size_t k = 1; k < count; ++k) arguments[k].LetGo();
             NEXT();
         }
         DoLoadName: {
@@ -437,7 +441,7 @@ void Machine::Dispatch(std::size_t stop) {
             LOAD_FRAME();
             NEXT();
         DoRelease:
-            for (Value *value = &A, *const end = value + i->b; value != end; ++value) *value = Value();
+            for (Value *value = &A, *const end = value + i->b; value != end; ++value) value->MakeEmpty();
             NEXT();
         DoMakeArray: {
             const std::vector<int>& bounds = Top().routine->bounds[static_cast<std::size_t>(i->D())];

@@ -8,6 +8,7 @@
 #include "vbscript/Builtins.h"
 #include "vbscript/Conversions.h"
 #include "vbscript/Error.h"
+#include "vbscript/Frames.h"
 #include "vbscript/Operators.h"
 #include "vbscript/Parser.h"
 
@@ -172,6 +173,7 @@ Value Machine::CallNested(const Routine& routine, std::span<Value> arguments, In
     const NestedRun run(*this);
     Value* const base = routine.onGlobals ? stack_.get() : StackTop();
     if (!routine.onGlobals && base + arguments.size() >= stackEnd_) Fail(ErrorCode::OutOfStackSpace);
+    // Above the top lie only plain values that are left over.
     for (std::size_t i = 0; i < arguments.size(); ++i) base[i] = Value::ReferenceTo(arguments[i].Resolved());
     Value result;
     const std::size_t stop = depth_;
@@ -180,43 +182,20 @@ Value Machine::CallNested(const Routine& routine, std::span<Value> arguments, In
     return result;
 }
 
-void Machine::Enter(const Routine& routine, Value* base, std::size_t count, Value* result, bool drops,
-                    Instance* me) {
-    if (count != routine.parameters) [[unlikely]]
-        Fail(ErrorCode::WrongArgumentCount);
-    if (depth_ >= frameCount_ || base + routine.frameSize >= stackEnd_) [[unlikely]]
-        Fail(ErrorCode::OutOfStackSpace);
-    if (routine.anyByValue) PassByValue(routine, base);
-    if (!routine.onGlobals)
-        for (Value *local = base + count, *const end = base + routine.locals; local != end; ++local)
-            *local = Value();
+/// The outermost statements keep their temporaries behind the globals; those of Execute see the locals of the
+/// routine around.
+void Machine::PrepareOutermost(const Routine& routine, Value* base) {
+    if (routine.onGlobals) return;
+    for (Value *local = base + routine.parameters, *const end = base + routine.locals; local != end; ++local)
+        local->MakeEmpty();
     for (const Routine::Import& import : routine.imports)
         base[import.slot] = Value::ReferenceTo(routine.importsFrom[import.outer].Resolved());
-    frames_[depth_++] = {&routine, routine.code.data(), base, result, me, drops, false};
-}
-
-void Machine::PassByValue(const Routine& routine, Value* base) {
-    for (std::size_t i = 0; i < routine.parameters; ++i)
-        if (routine.byValue[i] && base[i].Is(VarType::Reference)) base[i] = base[i].Target().Assigned();
-}
-
-/// Ends the topmost routine and hands its result over. Its locals go before the caller goes on, so that
-/// their Class_Terminate runs now.
-void Machine::Leave() {
-    const Frame& frame = Top();
-    const Routine& routine = *frame.routine;
-    Value result;
-    if (routine.resultSlot >= 0 && !frame.dropsResult) result = std::move(frame.base[routine.resultSlot]);
-    Value* const first = frame.base + (routine.onGlobals ? MostGlobals : 0);
-    for (Value *slot = first, *const end = frame.base + routine.slots; slot < end; ++slot) *slot = Value();
-    --depth_;
-    *frame.result = std::move(result);
 }
 
 void Machine::ClearFrame(const Frame& frame) {
     Value* const first = frame.base + (frame.routine->onGlobals ? MostGlobals : 0);
     for (Value *slot = first, *const end = frame.base + frame.routine->frameSize; slot < end; ++slot)
-        *slot = Value();
+        slot->MakeEmpty();
 }
 
 /// Ends routines down to the one that goes on after errors; false when there is none above `stop`.
@@ -233,7 +212,7 @@ bool Machine::Recover(RuntimeError& error, std::size_t stop) {
             for (Value *value = frame.base + mark.firstTemporary, *const end =
                                                                       frame.base + frame.routine->frameSize;
                  value < end; ++value)
-                *value = Value();
+                value->MakeEmpty();
             frame.place = frame.routine->code.data() + mark.resume;
             return true;
         }

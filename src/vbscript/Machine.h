@@ -57,7 +57,7 @@ private:
         int line, column;
     };
 
-    struct Frame {
+    struct alignas(64) Frame {
         const Routine* routine;
         const Instruction* place;  ///< Where it goes on; of the running one, set when it calls out.
         Value* base;
@@ -76,7 +76,7 @@ private:
     void Dispatch(std::size_t stop);
     void Enter(const Routine& routine, Value* base, std::size_t count, Value* result, bool drops,
                Instance* me);
-    void PrepareFrame(const Routine& routine, Value* base);
+    void PrepareOutermost(const Routine& routine, Value* base);
     void PassByValue(const Routine& routine, Value* base);
     void Leave();
     static void ClearFrame(const Frame& frame);

@@ -4,7 +4,7 @@
 #include "vbscript/Builtins.h"
 #include "vbscript/Conversions.h"
 #include "vbscript/Error.h"
-#include "vbscript/Machine.h"
+#include "vbscript/Frames.h"
 #include "vbscript/Operators.h"
 #include "vbscript/Parser.h"
 #include "vbscript/RegExp.h"

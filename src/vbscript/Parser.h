@@ -98,8 +98,8 @@ private:
     void ParseClassMember(syntax::ClassDeclaration& declaration,
                           std::vector<syntax::VariableDeclaration>& fields,
                           std::vector<syntax::RoutineDeclaration*>& routines);
-    static void CheckClass(const syntax::ClassDeclaration& declaration,
-                           const std::vector<syntax::RoutineDeclaration*>& routines);
+    void CheckClass(const syntax::ClassDeclaration& declaration,
+                    const std::vector<syntax::RoutineDeclaration*>& routines);
     /// @}
 
     /// What is being parsed around the current statement.

@@ -1,9 +1,9 @@
-#include <algorithm>
-#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
 
 #include "vbscript/Error.h"
 #include "vbscript/Parser.h"
-#include "vbscript/String.h"
 
 namespace tessaloom::vbscript {
 
@@ -22,11 +22,6 @@ bool IsProperty(RoutineKind kind) { return kind >= RoutineKind::PropertyGet; }
 std::size_t SharedArguments(const RoutineDeclaration& routine) {
     const bool assigns = routine.kind == RoutineKind::PropertyLet || routine.kind == RoutineKind::PropertySet;
     return routine.parameters.size() - (assigns ? 1 : 0);
-}
-
-template <typename Declaration>
-bool Declares(const std::vector<Declaration>& list, NameId name) {
-    return std::any_of(list.begin(), list.end(), [&](const auto& one) { return one.name == name; });
 }
 
 }  // namespace
@@ -155,7 +150,6 @@ std::span<Parameter> Parser::ParseParameters() {
             if (!parameter.byValue) Accept(TokenKind::ByRef);
             parameter.at = token_.at;
             parameter.name = ExpectName();
-            if (Declares(list, parameter.name)) FailAt(1041, parameter.at);
             if (Accept(TokenKind::OpenParenthesis)) Expect(TokenKind::CloseParenthesis, 1006);
             list.push_back(parameter);
         } while (Accept(TokenKind::Comma));
@@ -218,25 +212,30 @@ void Parser::ParseClassMember(ClassDeclaration&, std::vector<VariableDeclaration
     ParseVariables(fields, isPrivate);
 }
 
+/// Field and method names are unique; the parts of a property share one name and agree on their arguments.
 void Parser::CheckClass(const ClassDeclaration& declaration,
                         const std::vector<RoutineDeclaration*>& routines) {
-    for (std::size_t i = 0; i < declaration.fields.size(); ++i)
-        for (std::size_t k = 0; k < i; ++k)
-            if (declaration.fields[k].name == declaration.fields[i].name)
-                FailAt(1041, declaration.fields[i].at);
+    const NameId initialize = names_.Intern(u"Class_Initialize"),
+                 terminate = names_.Intern(u"Class_Terminate");
+    std::unordered_set<NameId> fields;
+    for (const VariableDeclaration& field : declaration.fields)
+        if (!fields.insert(field.name).second) FailAt(1041, field.at);
+    std::unordered_multimap<NameId, const RoutineDeclaration*> known;
     bool hasDefault = false;
-    for (std::size_t i = 0; i < routines.size(); ++i) {
-        const RoutineDeclaration& routine = *routines[i];
+    for (const RoutineDeclaration* one : routines) {
+        const RoutineDeclaration& routine = *one;
         if (routine.isDefault && std::exchange(hasDefault, true)) FailAt(1052, routine.at);
-        for (const VariableDeclaration& field : declaration.fields)
-            if (field.name == routine.name) FailAt(1041, routine.at);
-        for (std::size_t k = 0; k < i; ++k) {
-            const RoutineDeclaration& other = *routines[k];
-            if (other.name != routine.name) continue;
+        if (fields.contains(routine.name)) FailAt(1041, routine.at);
+        const bool isEvent = routine.name == initialize || routine.name == terminate;
+        if (isEvent && !routine.parameters.empty()) FailAt(1053, routine.at);
+        const auto [begin, end] = known.equal_range(routine.name);
+        for (auto place = begin; place != end; ++place) {
+            const RoutineDeclaration& other = *place->second;
             if (!IsProperty(other.kind) || !IsProperty(routine.kind) || other.kind == routine.kind)
                 FailAt(1041, routine.at);
             if (SharedArguments(other) != SharedArguments(routine)) FailAt(1051, routine.at);
         }
+        known.emplace(routine.name, one);
     }
 }
 

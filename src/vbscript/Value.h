@@ -143,6 +143,17 @@ public:
         Value old;
         Swap(old);
     }
+    void MakeEmpty() {
+        if (counted_)
+            Clear();
+        else
+            type_ = VarType::Empty;
+    }
+
+    /// Lets go of what it refers to; a plain value may stay.
+    void LetGo() {
+        if (counted_) Clear();
+    }
     /// @}
 
 private:
