@@ -13,7 +13,7 @@ public:
     void NotifySent() override {}
     void CloseWhenSent() override {}
     void Close() override {}
-    std::uint64_t BytesSent() const override { return 0; }
+    std::uint64_t BytesArrived() const override { return 0; }
 
 private:
     std::string nobody_;

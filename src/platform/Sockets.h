@@ -60,8 +60,8 @@ public:
     /// Closes at once and drops what is kept. No event follows.
     virtual void Close() = 0;
 
-    /// Bytes sent since `Accept`: tells a slow reader from a silent one.
-    virtual std::uint64_t BytesSent() const = 0;
+    /// Bytes that have arrived at the other side since `Accept`: tells a slow reader from a silent one.
+    virtual std::uint64_t BytesArrived() const = 0;
 };
 
 /// Who is offered connections.

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "core/ErrorReport.h"
+#include "core/Store.h"
 #include "locale/Ascii.h"
 #include "locale/Error.h"
 #include "platform/Paths.h"
@@ -48,7 +49,8 @@ bool WebConnection::TakeConnection(int requestID) {
     return Trap({Module, "TakeConnection"}, [&] {
         ForceClose();
         if (!socket_->Accept(requestID)) return false;
-        bytesSent_ = 0;
+        bytesArrived_ = 0;
+        closing_ = false;
         RestartTimes(modTime::Clock());
         return true;
     });
@@ -158,22 +160,24 @@ void WebConnection::Send404() {
 
 void WebConnection::Respond(std::string head, SharedBytes body) {
     const bool gone = socket_->Send(std::move(head), std::move(body));
-    if (!keepAlive_)
+    closing_ = !keepAlive_;
+    if (closing_)
         socket_->CloseWhenSent();
     else if (gone && HeadEnd() != buffer_.npos)
         socket_->NotifySent();
 }
 
-/// Requests that come in drop by drop keep nobody: only what leaves counts.
+/// Requests that come in drop by drop keep nobody: only what the client takes counts.
 void WebConnection::CloseIfIdle(double now) {
     if (State() == 0) return;
-    if (std::exchange(bytesSent_, socket_->BytesSent()) != socket_->BytesSent()) lastSendingTime_ = now;
-    if ((now - lastSendingTime_) * modTime::SecondsPerDay > IdleSeconds) ForceClose();
+    if (Store(bytesArrived_, socket_->BytesArrived())) lastArrivalTime_ = now;
+    const double patience = closing_ ? FarewellSeconds : IdleSeconds;
+    if ((now - lastArrivalTime_) * modTime::SecondsPerDay > patience) ForceClose();
 }
 
 void WebConnection::RestartTimes(double now) {
     lastActivityTime_ = now;
-    lastSendingTime_ = now;
+    lastArrivalTime_ = now;
 }
 
 }  // namespace tessaloom

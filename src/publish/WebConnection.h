@@ -24,6 +24,9 @@ public:
     /// A client that neither asks anything nor takes anything for so long is sent away.
     static constexpr double IdleSeconds = 60;
 
+    /// The same for one that leaves a connection open which we have closed.
+    static constexpr double FarewellSeconds = 5;
+
     /// winSockIndex: the number of its socket, 1 for the first place. All else outlives the connection.
     WebConnection(int winSockIndex, Sockets& sockets, WebHost& host, WebFiles& files);
 
@@ -83,11 +86,12 @@ private:
     std::string buffer_;        ///< Received and not answered yet.
     std::size_t searched_ = 0;  ///< Bytes of it in which no empty line begins.
     double lastActivityTime_ = 0;
-    double lastSendingTime_ = 0;  ///< When bytes were last seen to leave.
-    std::uint64_t bytesSent_ = 0;
+    double lastArrivalTime_ = 0;  ///< When bytes were last seen to arrive at the client.
+    std::uint64_t bytesArrived_ = 0;
     unsigned uses_ = 0;  ///< Connections taken and closed by us: tells whether the same one is still there.
     bool allowNonCanvasServes_ = false;
-    bool keepAlive_ = false;
+    bool keepAlive_ = false;  ///< As the last request asked.
+    bool closing_ = false;
     bool answering_ = false;  ///< A script that is told of a request may show a box, which lets more come in.
 };
 

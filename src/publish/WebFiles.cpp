@@ -5,7 +5,8 @@
 namespace tessaloom {
 
 SharedBytes WebFiles::ReadIn(std::string_view folder, std::string_view path) {
-    if (path.find("..") != path.npos || path.find('\0') != path.npos) return nullptr;
+    // Without a folder a path would be taken as it is, from the root on.
+    if (folder.empty() || path.find("..") != path.npos || path.find('\0') != path.npos) return nullptr;
     const std::string whole = JoinPath(folder, path);
     return files_.LiesWithin(folder, whole) ? Read(whole) : nullptr;
 }

@@ -79,9 +79,13 @@ struct WebServerTest : TestPlatform, ::testing::Test {
         portfolio.UpdateOtherPost();
     }
     std::unique_ptr<WebClient> Connect() {
-        auto client = std::make_unique<WebClient>(port, [this] { net.Dispatch(); });
-        for (int i = 0; i < 4; ++i) net.Dispatch();
-        return client;
+        return std::make_unique<WebClient>(port, [this] { net.Dispatch(); });
+    }
+    /// The connections of the server, once they have become `expected`, or nothing happens any more.
+    int Connections(int expected) {
+        pollfd wait{net.Number(), POLLIN, 0};
+        while (server.Connections() != expected && ::poll(&wait, 1, 5000) > 0) net.Dispatch();
+        return server.Connections();
     }
     /// What comes back on a connection of its own, until it closes.
     std::string Ask(std::string_view request) {
@@ -226,6 +230,8 @@ TEST_F(WebServerTest, ReadsNothingOutsideItsFolder) {
         EXPECT_THAT(response, StartsWith(home ? "HTTP/1.1 200" : "HTTP/1.0 404")) << path;
     }
     EXPECT_EQ(Body(client->Get("/inner.txt")), "text");
+    server.SetWebPath("");
+    EXPECT_THAT(Get("/" + full), StartsWith("HTTP/1.0 404"));
 }
 
 TEST_F(WebServerTest, OutlivesAnyRequest) {
@@ -253,7 +259,7 @@ TEST_F(WebServerTest, OutlivesAnyRequest) {
 TEST_F(WebServerTest, GivesPlacesOfIdleClientsToNewOnes) {
     std::vector<std::unique_ptr<WebClient>> clients;
     for (int i = 0; i < WebServer::PoolSize; ++i) clients.push_back(Connect());
-    EXPECT_EQ(server.Connections(), WebServer::PoolSize);
+    EXPECT_EQ(Connections(WebServer::PoolSize), WebServer::PoolSize);
     EXPECT_EQ(Get("/"), "") << "nobody has been silent for long enough";
     time.Advance(5.1);
     EXPECT_EQ(Body(clients[0]->Get("/")), "home");
@@ -264,7 +270,7 @@ TEST_F(WebServerTest, GivesPlacesOfIdleClientsToNewOnes) {
     Tick(-3600);
     Tick(59);
     clients[2]->Send("T");
-    EXPECT_EQ(server.Connections(), WebServer::PoolSize - 1);
+    EXPECT_EQ(Connections(WebServer::PoolSize - 1), WebServer::PoolSize - 1);
     Tick(2);
     EXPECT_EQ(server.Connections(), 0) << "silent for a minute, or sending drop by drop";
 }
@@ -282,6 +288,13 @@ TEST_F(WebServerTest, SendsLargeFilesToSlowClientsWithoutReadingMoreRequests) {
     Tick(61);
     Tick(61);
     EXPECT_LT(slow->Rest().size(), large.size()) << "a client that takes nothing is sent away";
+    const auto rude = Connect();
+    rude->Send("GET / HTTP/1.1\r\n\r\n");
+    EXPECT_EQ(Body(rude->Response()), "home");
+    EXPECT_EQ(Connections(1), 1) << "it has not closed its end";
+    Tick(1);
+    Tick(6);
+    EXPECT_EQ(server.Connections(), 0);
     EXPECT_EQ(Body(Ask("GET /large.bin HTTP/1.1\r\n\r\n" + std::string(100'000, 'x'))), large);
 }
 
@@ -340,6 +353,8 @@ TEST_F(WebServerTest, LeaksNothingOverThousandsOfRequestsAndVisitors) {
             if (i % 4 == 0) Connect()->Send("GET / HT");
             if (i % 4 == 1) Get("/none");
         }
+        kept->Leave();
+        EXPECT_EQ(Connections(0), 0);
     };
     page.SetInterval(0);
     visit(1000);
@@ -356,6 +371,7 @@ TEST_F(WebServerTest, TurnsVisitorsAwayWhenTheProgramHasNoMoreFiles) {
     rlimit before{};
     getrlimit(RLIMIT_NOFILE, &before);
     const auto kept = Connect();
+    EXPECT_EQ(Body(kept->Get("/")), "home");
     std::vector<std::unique_ptr<WebClient>> waiting;
     for (int i = 0; i < 3; ++i)
         waiting.push_back(std::make_unique<WebClient>(port, [this] { net.Dispatch(); }));

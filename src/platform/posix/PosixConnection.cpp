@@ -1,9 +1,11 @@
 #include "platform/posix/PosixConnection.h"
 
 #include <arpa/inet.h>
+#include <linux/sockios.h>
 #include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <sys/epoll.h>
+#include <sys/ioctl.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
 
@@ -104,6 +106,12 @@ void PosixConnection::BeginDraining() {
     ::shutdown(socket_.Number(), SHUT_WR);
     draining_ = true;
     Watch(EPOLLIN);
+}
+
+std::uint64_t PosixConnection::BytesArrived() const {
+    int onTheWay = 0;
+    if (socket_) ::ioctl(socket_.Number(), SIOCOUTQ, &onTheWay);
+    return bytesSent_ - static_cast<std::uint64_t>(onTheWay);
 }
 
 void PosixConnection::Ready(std::uint32_t) {

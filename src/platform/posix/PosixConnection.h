@@ -20,7 +20,7 @@ public:
     void NotifySent() override;
     void CloseWhenSent() override;
     void Close() override;
-    std::uint64_t BytesSent() const override { return bytesSent_; }
+    std::uint64_t BytesArrived() const override;
 
 private:
     void Ready(std::uint32_t) override;
@@ -40,8 +40,8 @@ private:
     std::string remoteHostIP_;
     std::string head_;
     SharedBytes body_;
-    std::size_t sent_ = 0;  ///< Bytes of head and body together.
-    std::uint64_t bytesSent_ = 0;
+    std::size_t sent_ = 0;         ///< Bytes of head and body together.
+    std::uint64_t bytesSent_ = 0;  ///< Taken by the system, which may still hold megabytes of them.
     std::size_t drained_ = 0;
     int failure_ = 0;  ///< An errno that is still to be told.
     bool closing_ = false;

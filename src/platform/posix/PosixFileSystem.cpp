@@ -187,6 +187,7 @@ std::optional<FileStamp> PosixFileSystem::Stamp(std::string_view path) const {
 
 bool PosixFileSystem::LiesWithin(std::string_view folder, std::string_view path) const {
     std::string root = RealPath(folder);
+    if (root.empty()) return false;
     if (!root.ends_with('/')) root += '/';
     return RealPath(path).starts_with(root);
 }
