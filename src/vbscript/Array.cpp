@@ -42,6 +42,14 @@ Ref<Array> Array::OfCount(std::size_t count) {
     return array;
 }
 
+Ref<Array> Array::OfBytes(std::string_view bytes) {
+    const Ref<Array> array = OfCount(bytes.size());
+    for (std::size_t i = 0; i < bytes.size(); ++i)
+        array->elements_[i] = Value::OfByte(static_cast<std::uint8_t>(bytes[i]));
+    array->holdsBytes_ = true;
+    return array;
+}
+
 Ref<Array> Array::OfValues(std::span<const Value> values) {
     const Ref<Array> array = OfCount(values.size());
     std::ranges::transform(values, array->elements_.begin(), &Value::Assigned);
@@ -70,11 +78,13 @@ Ref<Array> Array::Clone() const {
     const Ref<Array> copy(new Array);
     copy->SetBounds(upperBounds_, elements_.size());
     std::ranges::transform(elements_, copy->elements_.begin(), &Value::Assigned);
+    copy->holdsBytes_ = holdsBytes_;
     return copy;
 }
 
 void Array::SetBounds(std::span<const int> upperBounds, std::size_t count) {
     Resize(count);
+    holdsBytes_ = false;
     upperBounds_.assign(upperBounds.begin(), upperBounds.end());
     lineCount_ = upperBounds.size() == 1 ? static_cast<std::uint32_t>(count) : 0;
 }

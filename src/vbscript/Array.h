@@ -2,6 +2,7 @@
 
 #include <array>
 #include <span>
+#include <string_view>
 #include <vector>
 
 #include "vbscript/Error.h"
@@ -24,6 +25,9 @@ public:
     /// Of one dimension with `count` Empty elements.
     static Ref<Array> OfCount(std::size_t count);
 
+    /// Of one dimension with elements of the kind Byte; how binary data comes from outside.
+    static Ref<Array> OfBytes(std::string_view bytes);
+
     static Ref<Array> OfValues(std::span<const Value> values);
 
     ~Array() override;
@@ -43,6 +47,9 @@ public:
         return elements_[static_cast<unsigned>(index)];
     }
     Value& At(std::span<const int> indexes);
+
+    /// Made by `OfBytes` and never given other bounds since; scripts see it as an array of Byte.
+    bool HoldsBytes() const { return holdsBytes_; }
 
     bool IsFixed() const { return fixed_; }
     bool IsLocked() const { return locks_ > 0; }
@@ -78,6 +85,7 @@ private:
     std::uint32_t lineCount_ = 0;  ///< The number of elements when there is one dimension, else 0.
     std::uint32_t locks_ = 0;
     bool fixed_ = false;
+    bool holdsBytes_ = false;
 };
 
 /// What ReDim does to a variable: Empty and arrays take the new bounds, anything else is error 13. With

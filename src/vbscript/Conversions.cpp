@@ -221,6 +221,22 @@ double ToDate(Context& context, const Value& value) {
     return CheckedDate(ToDouble(context, plain));
 }
 
+namespace {
+
+/// A text of the bytes themselves: what LenB, MidB and AscB take apart. Of other arrays error 13.
+String TextOfBytes(const Value& value) {
+    const Array& array = *value.AsArray();
+    std::string bytes;
+    if (!array.HoldsBytes()) FailToConvert(value);
+    for (const Value& element : array.Elements()) {
+        if (!element.Is(VarType::Byte)) FailToConvert(value);
+        bytes += static_cast<char>(element.Whole());
+    }
+    return String::OfBytes(bytes.data(), bytes.size());
+}
+
+}  // namespace
+
 String ToText(Context& context, const Value& value) {
     switch (value.Type()) {
         case VarType::Empty:
@@ -245,6 +261,8 @@ String ToText(Context& context, const Value& value) {
             Value scratch;
             return ToText(context, PlainValue(context, value, scratch));
         }
+        case VarType::Array:
+            return TextOfBytes(value);
         default:
             FailToConvert(value);
     }
@@ -279,7 +297,7 @@ std::u16string TypeNameOf(const Value& value) {
         case VarType::Byte:
             return u"Byte";
         case VarType::Array:
-            return u"Variant()";
+            return value.AsArray()->HoldsBytes() ? u"Byte()" : u"Variant()";
         case VarType::Reference:
             break;
     }

@@ -29,7 +29,10 @@ Value IsNumericFunction(Context& context, std::span<Value> values) {
 Value TypeName(Context&, std::span<Value> values) { return Value::OfText(TypeNameOf(values[0])); }
 
 Value VarTypeFunction(Context&, std::span<Value> values) {
-    return Value::OfInteger(static_cast<int>(values[0].Type()));
+    const Value& value = values[0];
+    constexpr int ArrayOfBytes = 0x2000 | static_cast<int>(VarType::Byte);
+    const bool bytes = value.Is(VarType::Array) && value.AsArray()->HoldsBytes();
+    return Value::OfInteger(bytes ? ArrayOfBytes : static_cast<int>(value.Type()));
 }
 
 Value ArrayFunction(Context&, std::span<Value> values) { return Value::OfArray(Array::OfValues(values)); }

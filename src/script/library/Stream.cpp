@@ -7,6 +7,7 @@
 #include "platform/FileSystem.h"
 #include "script/library/ByteArray.h"
 #include "script/library/TextCodec.h"
+#include "vbscript/Array.h"
 #include "vbscript/MemberTable.h"
 #include "vbscript/MemoryBudget.h"
 
@@ -168,7 +169,7 @@ private:
     static Value Read(Stream& self, const Arguments& arguments) {
         self.NeedType(Binary);
         const std::string_view bytes = self.TakeBytes(arguments.LongOr(0, All));
-        return bytes.empty() ? Value::Null() : ByteArrayOf(bytes);
+        return bytes.empty() ? Value::Null() : Value::OfArray(Array::OfBytes(bytes));
     }
 
     static Value CopyTo(Stream& self, const Arguments& arguments) {

@@ -9,6 +9,7 @@
 #include "platform/UrlTransfer.h"
 #include "script/library/ByteArray.h"
 #include "script/library/TextCodec.h"
+#include "vbscript/Array.h"
 #include "vbscript/Context.h"
 #include "vbscript/MemberTable.h"
 #include "vbscript/MemoryBudget.h"
@@ -289,7 +290,7 @@ std::span<const Member<XmlHttp>> XmlHttp::Members() {
          {u"responseBody", 0, 0,
              [](Self& self, const Arguments& arguments) {
                  self.NeedAnswer(arguments.GetContext());
-                 return ByteArrayOf(self.body_);
+                 return Value::OfArray(Array::OfBytes(self.body_));
              }},
          {u"responseXML", 0, 0, [](Self&, const Arguments&) { return Value::Nothing(); }},
          {u"getResponseHeader", 1, 1,

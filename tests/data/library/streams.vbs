@@ -16,6 +16,7 @@ s.CopyTo t, 5 : Say t.Size, s.Position                       ' expect: 5 8
 t.SaveToFile "t.bin", 2 : Say t.Position, fso.GetFile("t.bin").Size  ' expect: 0 5
 
 bytes = t.Read(2) : Say UBound(bytes), bytes(0), bytes(1), VarType(bytes(0)), IsNull(t.Read(0))  ' expect: 1 195 164 17 True
+Say VarType(bytes), TypeName(bytes), LenB(bytes), AscB(MidB(bytes, 2, 1)), VarType(Array(1))  ' expect: 8209 Byte() 2 164 8204
 t.Write bytes : t.SetEOS : Say t.Size, t.Position             ' expect: 4 4
 t.Position = 0 : t.LoadFromFile "t.bin" : Say t.Size, t.Position  ' expect: 5 0
 t.Position = 0 : t.Type = 2 : t.Charset = "windows-1252" : Say t.ReadText(3)  ' expect: Ã¤â
