@@ -189,6 +189,7 @@ void Portfolio::ReopenFeeds() {
 void Portfolio::UpdateOtherPost() {
     Trap({Module, "UpdateOtherPost"}, [&] {
         ForOpenCanvases([](auto& canvas) { canvas.DoSaves(); });
+        if (platform_.ftpClients) platform_.ftpClients->Poll();
         ForOpenCanvases([](auto& canvas) { canvas.VideoStreaming().Refresh(); });
         webServer_->Refresh(captureTime_);
     });
