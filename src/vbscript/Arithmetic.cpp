@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "vbscript/Operators.h"
+#include "vbscript/PlainOperands.h"
 
 namespace tessaloom::vbscript {
 
@@ -39,21 +40,16 @@ Kind KindOf(const Value& value) {
 }
 
 /// The two operands without objects, and whether one is Null (the other one has been checked then).
-struct Operands {
+struct Operands : PlainOperands {
     Operands(Context& context, const Value& first, const Value& second)
-        : a(PlainValue(context, first, firstScratch)), b(PlainValue(context, second, secondScratch)) {
-        aIsNull = a.Is(VarType::Null);
-        bIsNull = b.Is(VarType::Null);
+        : PlainOperands(context, first, second) {
+        const bool aIsNull = a.Is(VarType::Null), bIsNull = b.Is(VarType::Null);
         if (aIsNull && !bIsNull) KindOf(b);
         if (bIsNull && !aIsNull) KindOf(a);
+        anyNull = aIsNull || bIsNull;
     }
 
-    bool AnyNull() const { return aIsNull || bIsNull; }
-
-    Value firstScratch, secondScratch;
-    const Value& a;
-    const Value& b;
-    bool aIsNull, bIsNull;
+    bool anyNull;
 };
 
 std::int64_t WholeOf(const Value& value) { return value.Is(VarType::Empty) ? 0 : value.Whole(); }
@@ -153,7 +149,7 @@ WholeOperands WholesOf(Context& context, const Operands& of) {
 Value slow::Add(Context& context, const Value& first, const Value& second) {
     if (AreReals(first, second)) return OfReal(RealOf(first) + RealOf(second));
     const Operands of(context, first, second);
-    if (of.AnyNull()) return Value::Null();
+    if (of.anyNull) return Value::Null();
     const bool aIsText = of.a.Is(VarType::String), bIsText = of.b.Is(VarType::String);
     if ((aIsText && (bIsText || of.b.Is(VarType::Empty))) || (bIsText && of.a.Is(VarType::Empty)))
         return Concatenate(context, of.a, of.b);
@@ -163,13 +159,13 @@ Value slow::Add(Context& context, const Value& first, const Value& second) {
 Value slow::Subtract(Context& context, const Value& first, const Value& second) {
     if (AreReals(first, second)) return OfReal(RealOf(first) - RealOf(second));
     const Operands of(context, first, second);
-    return of.AnyNull() ? Value::Null() : Sum(context, of, true);
+    return of.anyNull ? Value::Null() : Sum(context, of, true);
 }
 
 Value slow::Multiply(Context& context, const Value& first, const Value& second) {
     if (AreReals(first, second)) return OfReal(RealOf(first) * RealOf(second));
     const Operands of(context, first, second);
-    if (of.AnyNull()) return Value::Null();
+    if (of.anyNull) return Value::Null();
     const Kind a = KindOf(of.a), b = KindOf(of.b);
     const auto real = [&] { return ToDouble(context, of.a) * ToDouble(context, of.b); };
     const auto any = [&](Kind kind) { return a == kind || b == kind; };
@@ -190,7 +186,7 @@ Value Divide(Context& context, const Value& first, const Value& second) {
     if ((AreReals(first, second) || AreDivisible(first, second)) && RealOf(second) != 0)
         return OfReal(RealOf(first) / RealOf(second));
     const Operands of(context, first, second);
-    if (of.AnyNull()) return Value::Null();
+    if (of.anyNull) return Value::Null();
     const double a = ToDouble(context, of.a), b = ToDouble(context, of.b);
     if (b == 0) Fail(a == 0 ? ErrorCode::Overflow : ErrorCode::DivisionByZero);
     const Kind kind = Meeting(KindOf(of.a), KindOf(of.b));
@@ -203,7 +199,7 @@ Value IntegerDivide(Context& context, const Value& first, const Value& second) {
         if (FitsLong(quotient)) return OfWhole(quotient, WiderWhole(first, second));
     }
     const Operands of(context, first, second);
-    if (of.AnyNull()) return Value::Null();
+    if (of.anyNull) return Value::Null();
     const WholeOperands wholes = WholesOf(context, of);
     const std::int64_t quotient = wholes.a / wholes.b;
     if (!FitsLong(quotient)) Fail(ErrorCode::Overflow);
@@ -214,14 +210,14 @@ Value Modulo(Context& context, const Value& first, const Value& second) {
     if (AreDivisible(first, second))
         return OfWhole(std::int64_t{first.Whole()} % second.Whole(), WiderWhole(first, second));
     const Operands of(context, first, second);
-    if (of.AnyNull()) return Value::Null();
+    if (of.anyNull) return Value::Null();
     const WholeOperands wholes = WholesOf(context, of);
     return OfGrowing(wholes.a % wholes.b, wholes.kind);
 }
 
 Value Power(Context& context, const Value& first, const Value& second) {
     const Operands of(context, first, second);
-    if (of.AnyNull()) return Value::Null();
+    if (of.anyNull) return Value::Null();
     const double base = ToDouble(context, of.a), exponent = ToDouble(context, of.b);
     if (base == 0 && exponent < 0) Fail(ErrorCode::InvalidCall);
     const double power = std::pow(base, exponent);

@@ -1,4 +1,5 @@
 #include "vbscript/Operators.h"
+#include "vbscript/PlainOperands.h"
 
 namespace tessaloom::vbscript {
 
@@ -30,9 +31,8 @@ Order OrderOf(Context& context, const Value& first, const Value& second) {
     if (IsIntegerOrLong(first) && IsIntegerOrLong(second)) return Between(first.Whole(), second.Whole());
     if (IsText(first) && IsText(second)) return BetweenTexts(first.Text(), second.Text());
     if (IsReal(first) && IsReal(second)) return Between(RealOf(first), RealOf(second));
-    Value firstScratch, secondScratch;
-    const Value& a = PlainValue(context, first, firstScratch);
-    const Value& b = PlainValue(context, second, secondScratch);
+    const PlainOperands of(context, first, second);
+    const Value &a = of.a, &b = of.b;
     for (const Value* side : {&a, &b})
         if (side->Is(VarType::Array) || side->Is(VarType::Error)) Fail(ErrorCode::TypeMismatch);
     if (a.Is(VarType::Null) || b.Is(VarType::Null)) return Order::Unordered;
@@ -58,26 +58,19 @@ bool IsSame(const Value& a, const Value& b) {
 }
 
 Value Concatenate(Context& context, const Value& first, const Value& second) {
-    Value firstScratch, secondScratch;
-    const Value& a = PlainValue(context, first, firstScratch);
-    const Value& b = PlainValue(context, second, secondScratch);
+    const PlainOperands of(context, first, second);
+    const Value &a = of.a, &b = of.b;
     if (a.Is(VarType::Null) && b.Is(VarType::Null)) return Value::Null();
     return Value::OfString(String::Joined(TextForJoining(context, a), TextForJoining(context, b)));
 }
 
 void AppendTo(Context& context, Value& target, const Value& tail) {
-    if (!IsText(target) || &target == &tail) {
-        target = Concatenate(context, target, tail);
+    // the default member of an object may change the target meanwhile
+    if (!IsText(target) || &target == &tail || tail.Is(VarType::Object)) {
+        target = Concatenate(context, Value(target), tail);
         return;
     }
-    if (IsText(tail)) {
-        const String text = tail.AsString();
-        target.AppendText(text.Bytes(), text.ByteLength());
-        return;
-    }
-    Value scratch;
-    const Value& plain = PlainValue(context, tail, scratch);
-    const String text = TextForJoining(context, plain);
+    const String text = TextForJoining(context, tail);
     target.AppendText(text.Bytes(), text.ByteLength());
 }
 

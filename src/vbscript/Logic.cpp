@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "vbscript/Operators.h"
+#include "vbscript/PlainOperands.h"
 
 namespace tessaloom::vbscript {
 
@@ -76,10 +77,8 @@ Value Combine(Context& context, const Value& first, const Value& second, const O
         return Value::OfBoolean(with.combine(first.Whole(), second.Whole()) != 0);
     if (first.Is(VarType::Integer) && second.Is(VarType::Integer))
         return Value::OfInteger(with.combine(first.Whole(), second.Whole()));
-    Value firstScratch, secondScratch;
-    const Value& a = PlainValue(context, first, firstScratch);
-    const Value& b = PlainValue(context, second, secondScratch);
-    const Bits x = BitsOf(context, a, b), y = BitsOf(context, b, a);
+    const PlainOperands of(context, first, second);
+    const Bits x = BitsOf(context, of.a, of.b), y = BitsOf(context, of.b, of.a);
     const Width width = Meeting(x, y);
     if (!x.isNull && !y.isNull) return OfBits(with.combine(x.bits, y.bits), width);
     if (x.isNull && y.isNull) return Value::Null();
