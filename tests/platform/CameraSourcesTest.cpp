@@ -154,22 +154,21 @@ TEST_F(Cameras, EveryFormatBecomesThePictureThatItIs) {
     const std::string redFirst = {90, 81, char(240), 81}, blackFirst = {char(128), 16, char(128), 16};
     const std::string rgb555Red = {0, 0x7C}, none = std::string(12, '\0');
     const std::string odd = "xxxx";  // what a row has behind its pixels
+    // clang-format off
     const Case cases[] = {
-        {"pairs",        V4L2_PIX_FMT_YUYV, 4,            2,                    0,       Repeated(red,      2) + Repeated(black,      2),                  0xFE0000},
-        {"long rows",              V4L2_PIX_FMT_YUYV,                     2,   2,  8,      red + odd + black,                     0xFE0000                      },
-        {"colour first", V4L2_PIX_FMT_UYVY, 4,            2,                    0,       Repeated(redFirst, 2) + Repeated(blackFirst, 2),
-         0xFE0000},
-        {"blue first",              V4L2_PIX_FMT_BGR24,                    4, 2, 0,       Repeated({"\x01\x02\x03", 3},                       4) + none,             0x030201                 },
-        {"red first",              V4L2_PIX_FMT_RGB24,                     4,  2, 0,      Repeated({"\x03\x02\x01", 3},                      4) + none,             0x030201},
-        {"JPEG",              V4L2_PIX_FMT_MJPEG,                          4,       2, 0, RedJpeg(16,                 8),                               0xFE0000},
+        {"pairs",        V4L2_PIX_FMT_YUYV,  4, 2, 0, Repeated(red, 2) + Repeated(black, 2),           0xFE0000},
+        {"long rows",    V4L2_PIX_FMT_YUYV,  2, 2, 8, red + odd + black,                               0xFE0000},
+        {"colour first", V4L2_PIX_FMT_UYVY,  4, 2, 0, Repeated(redFirst, 2) + Repeated(blackFirst, 2), 0xFE0000},
+        {"blue first",   V4L2_PIX_FMT_BGR24, 4, 2, 0, Repeated({"\1\2\3", 3}, 4) + none,               0x030201},
+        {"red first",    V4L2_PIX_FMT_RGB24, 4, 2, 0, Repeated({"\3\2\1", 3}, 4) + none,               0x030201},
+        {"JPEG",         V4L2_PIX_FMT_MJPEG, 4, 2, 0, RedJpeg(16, 8),                                  0xFE0000},
     };
+    // clang-format on
     for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
-        cameras[0] = {.code = row.code,
-                      .width = row.width,
-                      .height = row.height,
-                      .rowBytes = row.rowBytes,
-                      .picture = row.picture};
+        cameras[0] = {
+            "Webcam",   ScriptedCamera().capabilities, row.code, row.width, row.height, row.rowBytes,
+            row.picture};
         EXPECT_EQ(Told(*Make().Make("Webcam")), "");
         const auto frame = frames.Last();
         EXPECT_EQ(frame.Pixel(0, 0) & 0xFEFEFF, row.color & 0xFEFEFF);
@@ -183,20 +182,21 @@ TEST_F(Cameras, EveryFormatBecomesThePictureThatItIs) {
 
 TEST_F(Cameras, WhatGoesWrongIsSurvivedAndTold) {
     const std::string picture(16, '\x10');
+    const auto start = static_cast<int>(VIDIOC_STREAMON);
+    // clang-format off
     const std::pair<ScriptedCamera, std::string> cases[] = {
-        {{.picture = picture, .pictures = 0},                                                  "the camera is gone"                     },
-        {{.picture = picture.substr(1), .pictures = 9},                                        "the camera is gone"                     },
-        {{.picture = picture, .claims = 1u << 30},                                             ""                                       },
-        {{.width = 400, .height = 400, .picture = picture, .claims = 1u << 30, .pictures = 9},
-         "the camera is gone"                                                                                                           },
-        {{.width = 20000, .picture = picture},                                                 "its pictures cannot be used"            },
-        {{.width = 0, .picture = picture},                                                     "its pictures cannot be used"            },
-        {{.picture = picture, .returned = 7},                                                  "it misstates its buffers"               },
-        {{.code = V4L2_PIX_FMT_MJPEG, .picture = "\xFF\xD8 no JPEG", .pictures = 9},           "the camera is gone"                     },
-        {{.code = 0, .picture = picture},                                                      "it delivers pictures in no known format"},
-        {{.picture = picture, .busyAt = static_cast<int>(VIDIOC_STREAMON)},
-         "it does not start: Device or resource busy"                                                                                   },
+        {{.picture = picture, .pictures = 0},                             "the camera is gone"},
+        {{.picture = picture.substr(1), .pictures = 9},                   "the camera is gone"},
+        {{.picture = picture, .claims = 1u << 30},                        ""},
+        {{.width = 400, .height = 400, .claims = 1u << 30, .pictures = 9}, "the camera is gone"},
+        {{.width = 20000},                                                "its pictures cannot be used"},
+        {{.width = 0},                                                    "its pictures cannot be used"},
+        {{.picture = picture, .returned = 7},                             "it misstates its buffers"},
+        {{.code = V4L2_PIX_FMT_MJPEG, .picture = picture, .pictures = 9}, "the camera is gone"},
+        {{.code = 0},                                                     "it delivers pictures in no known format"},
+        {{.busyAt = start},                                               "it does not start: Device or resource busy"},
     };
+    // clang-format on
     for (const auto& [camera, reason] : cases) {
         SCOPED_TRACE(reason);
         cameras[0] = camera;

@@ -50,13 +50,15 @@ protected:
 
 TEST_F(Streams, PicturesOfAnySizeStandUprightInTheirColours) {
     // Red above, blue below, with rows of every length modulo a vector.
-    for (const auto& [width, height] : {
-             std::pair(641, 479), {640, 480},
-               {2,   3  },
-               {7,   5  },
-               {33,  17 },
-               {1,   2  }
-    }) {
+    constexpr std::pair<int, int> Sizes[] = {
+        {641, 479},
+        {640, 480},
+        {2,   3  },
+        {7,   5  },
+        {33,  17 },
+        {1,   2  }
+    };
+    for (const auto& [width, height] : Sizes) {
         SCOPED_TRACE(::testing::Message() << width << " x " << height);
         const std::string size = std::to_string(width) + ":" + std::to_string(height);
         const std::string path = Clip("size.mkv",

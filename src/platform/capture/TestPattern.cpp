@@ -98,7 +98,7 @@ TestPattern::TestPattern(const Format& format)
     : format_(format),
       stride_((format.width * 3 + 3) & ~3),
       rows_(static_cast<std::size_t>(stride_) * static_cast<std::size_t>(format.height)),
-      outline_(static_cast<std::size_t>(format.width)) {
+      crest_(static_cast<std::size_t>(format.width)) {
     DrawSky();
 }
 
@@ -151,28 +151,32 @@ void TestPattern::DrawSun(std::int64_t number) {
     }
 }
 
-/// Columns are filled row by row, from the highest crest down, which memory likes better.
+/// Row by row, which memory likes better than column by column, with a soft edge.
 void TestPattern::DrawHills(std::int64_t number, int layer) {
     const Hills& hills = Ranges[layer];
     const double shift = Cycle(number, hills.period);
     const double step = 2 * std::numbers::pi / format_.width;
-    int highest = format_.height;
     for (int x = 0; x < format_.width; ++x) {
         const double phase = step * x + shift;
         const double wave = std::sin(2 * phase + layer) * 0.6 + std::sin(5 * phase) * 0.4;
-        const int crest = static_cast<int>(format_.height * (hills.crest - hills.swing * wave));
-        outline_[static_cast<std::size_t>(x)] = crest;
-        highest = std::min(highest, crest);
+        crest_[static_cast<std::size_t>(x)] =
+            static_cast<float>(format_.height * (hills.crest - hills.swing * wave));
     }
-    const int lowest = *std::max_element(outline_.begin(), outline_.end());
-    for (int y = std::max(0, highest); y < format_.height; ++y) {
+    const auto [highest, lowest] = std::ranges::minmax(crest_);
+    for (int y = std::max(0, static_cast<int>(highest)); y < format_.height; ++y) {
         std::uint8_t* row = Row(y);
-        if (y > lowest && y > highest && y - 1 > lowest) {
+        if (y > 0 && static_cast<float>(y - 1) >= lowest) {
             std::copy_n(Row(y - 1), stride_, row);
             continue;
         }
-        for (int x = 0; x < format_.width; ++x)
-            if (y >= outline_[static_cast<std::size_t>(x)]) Put(row + 3 * x, hills.colour);
+        for (int x = 0; x < format_.width; ++x) {
+            const float covered = static_cast<float>(y + 1) - crest_[static_cast<std::size_t>(x)];
+            if (covered >= 1) {
+                Put(row + 3 * x, hills.colour);
+            } else if (covered > 0) {
+                Mix(row + 3 * x, hills.colour, covered);
+            }
+        }
     }
 }
 

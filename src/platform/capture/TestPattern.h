@@ -45,7 +45,7 @@ private:
     int stride_;  ///< Bytes.
     std::vector<std::uint8_t> sky_;
     std::vector<std::uint8_t> rows_;
-    std::vector<int> outline_;  ///< Of the hills being drawn: the top row of each column.
+    std::vector<float> crest_;  ///< Of the hills being drawn, in rows from the top, column by column.
 };
 
 }  // namespace tessaloom
