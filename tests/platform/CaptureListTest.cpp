@@ -110,7 +110,7 @@ TEST(TestPattern, DependsOnTheNumberAndTheSizeAlone) {
         const auto same = other.Frame(1'234'567);
         EXPECT_TRUE(std::ranges::equal(copy, same)) << format.width;
         EXPECT_EQ(same.size(), static_cast<std::size_t>((format.width * 3 + 3) / 4 * 4 * format.height));
-        EXPECT_EQ(std::ranges::equal(copy, other.Frame(1'234'568)), format.width == 1) << format.width;
+        EXPECT_TRUE(format.width == 1 || !std::ranges::equal(copy, other.Frame(1'234'568))) << format.width;
     }
 }
 
