@@ -31,6 +31,7 @@ namespace tessaloom::vbscript {
     X(LetIndex)         /* b(c) = a */ \
     X(LetIndexMany)     /* b(a, a+1 .. of count c) = the register behind them */ \
     X(SetIndexMany) \
+    X(Plain)            /* the b registers from a on: objects become the values of their default members */ \
     X(RefElement)       /* a = reference to b(a, a+1 .. of count c), to be used up at once */ \
     X(WriteBack)        /* b(a, a+1 .. of count c) = the register behind them, if b is an array */ \
     X(Add) X(Subtract) X(Multiply) X(Divide) X(IntegerDivide) X(Modulo) X(Power) X(Concatenate) \

@@ -45,6 +45,17 @@ void Prepare(Routine& routine, const RoutineDeclaration& declaration, bool expli
     routine.parameters = static_cast<std::uint16_t>(declaration.parameters.size());
 }
 
+/// A routine that could not be compiled; whoever calls it gets an error.
+void MakeUnusable(Routine& routine) {
+    routine.code.assign(1, {Opcode::Raise, 0, static_cast<std::uint16_t>(ErrorCode::Internal), 0});
+    routine.marks.assign(1, {});
+    routine.byValue.assign(routine.parameters, 0);
+    routine.anyByValue = false;
+    routine.locals = routine.slots = routine.parameters;
+    routine.frameSize = routine.parameters;
+    routine.resultSlot = -1;
+}
+
 }  // namespace
 
 const Mark& Routine::MarkAt(std::size_t place) const {
@@ -85,14 +96,21 @@ std::unique_ptr<Routine> Compiler::Compile(const ProgramTree& tree, Place place)
     // The names of the outermost statements come first: what they assign are globals to all procedures.
     RoutineCompiler outermost(context_, program_, tree, *main, place, globals_);
     outermost.Declare(tree.main);
-    for (const auto& [declaration, routine] : pending_) {
-        RoutineCompiler inner(context_, program_, tree, *routine, {}, globals_);
-        inner.Declare(*declaration);
-        inner.Compile(*declaration);
+    std::size_t done = 0;
+    try {
+        for (; done < pending_.size(); ++done) {
+            const auto& [declaration, routine] = pending_[done];
+            RoutineCompiler inner(context_, program_, tree, *routine, {}, globals_);
+            inner.Declare(*declaration);
+            inner.Compile(*declaration);
+            if (program_.symbols.Count() > MostGlobals) throw SyntaxError(1001, 1, 1);
+        }
+        outermost.Compile(tree.main);
+        if (program_.symbols.Count() > MostGlobals) throw SyntaxError(1001, 1, 1);
+    } catch (const SyntaxError&) {
+        for (; done < pending_.size(); ++done) MakeUnusable(*pending_[done].second);
+        throw;
     }
-    pending_.clear();
-    outermost.Compile(tree.main);
-    if (program_.symbols.Count() > MostGlobals) throw SyntaxError(1001, 1, 1);
     return main;
 }
 

@@ -25,8 +25,8 @@ struct Program {
 /// How many globals a program may have; the machine's stack begins behind them.
 inline constexpr std::uint32_t MostGlobals = 49152;
 
-/// Turns trees into routines. Throws SyntaxError 1041 for names defined twice and 1001 for what is too large;
-/// then nothing has been defined.
+/// Turns trees into routines. Throws SyntaxError 1041 for names defined twice, before anything is defined,
+/// and 1001 for what is too large; procedures that were not reached then raise error 51.
 class Compiler {
 public:
     /// Where the text stands: `around` is the routine whose locals it sees (Execute, Eval), or null.

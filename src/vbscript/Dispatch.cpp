@@ -268,7 +268,7 @@ void Machine::Dispatch(std::size_t stop) {
             NEXT();
         DoLetIndex: {
             Value &variable = B.Resolved(), &index = C;
-            if (variable.Is(VarType::Array) && IsIntegerOrLong(index)) {
+            if (variable.Is(VarType::Array) && IsIntegerOrLong(index) && !A.Is(VarType::Object)) {
                 LetValue(variable.WritableArray().At(index.Whole()), A, false);
             } else {
                 Value both[] = {index.Resolved(), A.Resolved()};
@@ -290,6 +290,10 @@ void Machine::Dispatch(std::size_t stop) {
                 A = Element(variable, {&A, i->c});
             NEXT();
         }
+        DoPlain:
+            for (Value *value = &A, *const end = value + i->b; value != end; ++value)
+                if (value->Is(VarType::Object)) MakePlain(*value);
+            NEXT();
         DoWriteBack:
             WriteBack(B.Resolved(), {&A, i->c + std::size_t{1}});
             NEXT();

@@ -57,7 +57,10 @@ Machine::Machine(Host& host)
     Reset();
 }
 
-Machine::~Machine() { Reset(); }
+Machine::~Machine() {
+    Reset();
+    *self_ = nullptr;
+}
 
 bool Machine::Reset() {
     if (Running()) return false;
@@ -66,6 +69,8 @@ bool Machine::Reset() {
     context_.limit.Start(limits_.seconds);
     for (std::size_t i = 0; i < program_.symbols.Count(); ++i) stack_.get()[i] = Value();
     instances_.AbandonAll();
+    if (self_) *self_ = nullptr;
+    self_ = std::make_shared<Machine*>(this);
     program_ = Program();
     frameCount_ = static_cast<std::size_t>(std::clamp(limits_.callDepth, 1, 100000));
     frames_ = std::make_unique<Frame[]>(frameCount_);

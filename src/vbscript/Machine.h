@@ -48,6 +48,9 @@ public:
     /// Runs Class_Terminate; its errors are nobody's.
     void Terminate(Instance& instance);
 
+    /// What to hold in order to know whether the machine and its routines are still there.
+    std::shared_ptr<Machine*> Self() const { return self_; }
+
     Value CallNested(const Routine& routine, std::span<Value> arguments, Instance* me);
     /// @}
 
@@ -86,6 +89,7 @@ private:
     Frame& Top() { return frames_[depth_ - 1]; }
     Value* StackTop();
 
+    void MakePlain(Value& value);
     void LetValue(Value& target, Value& source, bool mayMove);
     void SetValue(Value& target, Value& source, bool mayMove);
     Value Element(Value& variable, std::span<Value> arguments, CallKind kind = CallKind::Get);
@@ -98,6 +102,7 @@ private:
     bool CallMember(Value* first, std::size_t count, CallKind kind, bool own, Site& site);
     bool UseMember(Instance& instance, int number, CallKind kind, bool own, Value* arguments,
                    std::size_t count, Value* result, bool nested);
+    bool UsePlain(const PlainMember& member, Object& object, Value* first, std::size_t count, CallKind kind);
     Value InvokeObject(Object& object, int member, CallKind kind, std::span<Value> arguments);
     bool CallName(Value* first, std::size_t count, std::size_t symbol, std::size_t standIn, bool asStatement);
     void CallHostMember(Value* first, std::size_t count, std::size_t symbol, CallKind kind);
@@ -134,7 +139,8 @@ private:
     const Builtin* builtins_;
     Instances instances_;
     Ref<ErrObject> err_;
-    std::u16string detail_;  ///< The name that the latest error is about.
+    std::shared_ptr<Machine*> self_;  ///< Null inside once what was compiled is gone.
+    std::u16string detail_;           ///< The name that the latest error is about.
 };
 
 }  // namespace tessaloom::vbscript

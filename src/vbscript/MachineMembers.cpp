@@ -16,18 +16,20 @@ namespace {
 /// GetRef: a procedure as an object; calling it is its default member.
 class RoutineReference final : public Object {
 public:
-    RoutineReference(Machine& machine, const Routine& routine) : machine_(machine), routine_(routine) {}
+    RoutineReference(Machine& machine, const Routine& routine)
+        : machine_(machine.Self()), routine_(routine) {}
 
     std::u16string_view TypeName() const override { return u"Object"; }
     int Find(std::u16string_view) override { return UnknownMember; }
     Value Invoke(Context&, int member, CallKind kind, std::span<Value> arguments) override {
         if (member != DefaultMember || kind == CallKind::Let || kind == CallKind::Set)
             Fail(ErrorCode::NoSuchMember);
-        return machine_.CallNested(routine_, arguments, nullptr);
+        if (!*machine_) Fail(ErrorCode::ActionNotSupported);
+        return (*machine_)->CallNested(routine_, arguments, nullptr);
     }
 
 private:
-    Machine& machine_;
+    std::shared_ptr<Machine*> machine_;
     const Routine& routine_;
 };
 
@@ -58,6 +60,12 @@ void Machine::LetValue(Value& target, Value& source, bool mayMove) {
     } else {
         target = source;
     }
+}
+
+void Machine::MakePlain(Value& value) {
+    Value plain;
+    LetValue(plain, value, false);
+    value = std::move(plain);
 }
 
 void Machine::SetValue(Value& target, Value& source, bool mayMove) {
@@ -135,6 +143,7 @@ void Machine::ReDim(Value& variable, std::span<const Value> bounds, bool preserv
 
 /// Calls an object with plain arguments; what it writes to those that came by reference goes back.
 Value Machine::InvokeObject(Object& object, int member, CallKind kind, std::span<Value> arguments) {
+    const Ref<Object> alive(&object);
     const bool anyReference = std::any_of(arguments.begin(), arguments.end(),
                                           [](const Value& one) { return one.Is(VarType::Reference); });
     if (!anyReference) {
@@ -167,6 +176,23 @@ Value Machine::InvokeObject(Object& object, int member, CallKind kind, std::span
     return result;
 }
 
+/// False, and nothing done, when the short way is closed. An object as the new value may run code of the
+/// script that lets go of `object`.
+bool Machine::UsePlain(const PlainMember& member, Object& object, Value* first, std::size_t count,
+                       CallKind kind) {
+    if (kind == CallKind::Get && count == 0 && member.get) {
+        *first = member.get(object, context_);
+        return true;
+    }
+    if (kind != CallKind::Let || count != 1 || !member.let) return false;
+    const Value& value = first[1].Resolved();
+    if (value.Is(VarType::Object)) return false;
+    member.let(object, context_, value);
+    first[1].MakeEmpty();
+    first->MakeEmpty();
+    return true;
+}
+
 /// `first`: the object, followed by the arguments; the result takes the object's place.
 bool Machine::CallMember(Value* first, std::size_t count, CallKind kind, bool own, Site& site) {
     Object& object = ObjectOf(first->Resolved());
@@ -179,7 +205,9 @@ bool Machine::CallMember(Value* first, std::size_t count, CallKind kind, bool ow
         site.shape = nullptr;
         if (site.member < 0) FailNamed(ErrorCode::NoSuchMember, site.name);
         site.shape = shape;
+        site.plain = object.Plain(site.member);
     }
+    if (site.plain && UsePlain(*site.plain, object, first, count, kind)) return false;
     if (site.isInstance)
         return UseMember(static_cast<Instance&>(object), site.member, kind, own, first + 1, count, first,
                          false);

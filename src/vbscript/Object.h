@@ -9,6 +9,7 @@
 namespace tessaloom::vbscript {
 
 struct Context;
+class Object;
 
 /// How a member is used.
 enum class CallKind : std::uint8_t {
@@ -25,6 +26,13 @@ public:
 
     /// Puts the next one into `item`; false (and `item` untouched) at the end.
     virtual bool Next(Value& item) = 0;
+};
+
+/// The short way to a property without arguments, for call sites that remember it. Where a function is
+/// missing, `Invoke` has to be asked. `value` is no reference and no object.
+struct PlainMember {
+    Value (*get)(Object& self, Context& context) = nullptr;
+    void (*let)(Object& self, Context& context, const Value& value) = nullptr;
 };
 
 /// Anything with members: script classes, the built-in objects, and those of the host.
@@ -48,6 +56,9 @@ public:
     /// Objects with the same shape have the same members under the same numbers, so that a call site may
     /// remember a number along with it. Null: nothing may be remembered.
     virtual const void* Shape() const { return nullptr; }
+
+    /// The short way to a member of all objects of this shape; null when there is none.
+    virtual const PlainMember* Plain(int /*member*/) const { return nullptr; }
 
     /// Null when it is no collection (error 451).
     virtual std::unique_ptr<Enumerator> Enumerate(Context&) { return nullptr; }

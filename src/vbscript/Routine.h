@@ -21,11 +21,14 @@ struct Mark {
     std::uint16_t firstTemporary;  ///< Registers from here on hold nothing that outlives the statement.
 };
 
+struct PlainMember;
+
 /// One use of a member, with what was found there the last time.
 struct Site {
     NameId name;
     int member = 0;
     const void* shape = nullptr;
+    const PlainMember* plain = nullptr;
     bool isInstance = false;
 };
 

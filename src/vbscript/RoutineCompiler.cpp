@@ -29,8 +29,7 @@ RoutineCompiler::RoutineCompiler(Context& context, Program& program, const synta
       routine_(routine),
       place_(place),
       globals_(globals),
-      owner_(routine.owner),
-      constantOf_(tree.constants.size(), -1) {}
+      owner_(routine.owner) {}
 
 void RoutineCompiler::Declare(const syntax::RoutineDeclaration& declaration) {
     routine_.explicitNames = routine_.explicitNames || tree_.explicitNames;

@@ -170,8 +170,8 @@ private:
     Value* globals_;
     const ClassInfo* owner_;
     std::unordered_map<NameId, Meaning> locals_;
-    std::unordered_map<NameId, Register> standIns_;  ///< Locals for names that nobody defines.
-    std::vector<std::int32_t> constantOf_;           ///< Of the tree's constants; -1: none yet.
+    std::unordered_map<NameId, Register> standIns_;               ///< Locals for names that nobody defines.
+    std::unordered_map<std::uint32_t, std::int32_t> constantOf_;  ///< Of the tree's constants.
     std::vector<Loop> loops_;
     std::vector<Register> withs_;
     std::deque<Value> localConstants_;

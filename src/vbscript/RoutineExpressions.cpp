@@ -73,10 +73,10 @@ bool IsComparison(TokenKind operation) {
 RoutineCompiler::Register RoutineCompiler::Evaluate(const Expression& expression, int wanted) {
     switch (expression.kind) {
         case ExpressionKind::Constant: {
-            std::int32_t& index = constantOf_[expression.index];
-            if (index < 0) index = ConstantIndex(tree_.constants[expression.index]);
+            const auto [place, isNew] = constantOf_.try_emplace(expression.index);
+            if (isNew) place->second = ConstantIndex(tree_.constants[expression.index]);
             const int result = ResultRegister(wanted);
-            EmitD(Opcode::LoadConstant, static_cast<std::size_t>(result), index);
+            EmitD(Opcode::LoadConstant, static_cast<std::size_t>(result), place->second);
             return static_cast<Register>(result);
         }
         case ExpressionKind::Name:

@@ -176,9 +176,11 @@ RoutineCompiler::Register RoutineCompiler::ElementVariable(const Expression& exp
         const bool isCallable = expression.left->kind == ExpressionKind::Name &&
                                 !IsVariable(Resolve(expression.left->name, true));
         if (!isCallable && !expression.arguments.empty()) {
-            const Register outer = ElementVariable(*expression.left);
+            // All script code has run before the first reference into an array is made.
             const Register first = NewRegister(expression.arguments.size());
             PassValues(expression.arguments, first);
+            Emit(Opcode::Plain, first, expression.arguments.size());
+            const Register outer = ElementVariable(*expression.left);
             Emit(Opcode::RefElement, first, outer, expression.arguments.size());
             return first;
         }
@@ -219,6 +221,7 @@ void RoutineCompiler::AssignElement(const Expression& target, const Expression& 
     Evaluate(value, static_cast<int>(first + count));
     Dirty(static_cast<Register>(first + count));
     PassValues(target.arguments, first);
+    if (base.kind == ExpressionKind::Call) Emit(Opcode::Plain, first, isSet ? count : count + 1);
     const Register variable = ElementVariable(base);
     Emit(isSet ? Opcode::SetIndexMany : Opcode::LetIndexMany, first, variable, count);
 }
@@ -285,6 +288,7 @@ void RoutineCompiler::CompileReDim(const Statement& statement) {
     const Expression& call = *statement.target;
     const Register first = NewRegister(call.arguments.size());
     PassValues(call.arguments, first);
+    if (call.left->kind == ExpressionKind::Call) Emit(Opcode::Plain, first, call.arguments.size());
     const auto redim = [&](Register variable) {
         Emit(Opcode::ReDim, first, variable, call.arguments.size());
         EmitWord(0, statement.flag ? 1 : 0);
