@@ -11,7 +11,6 @@
 #include <fstream>
 #include <iterator>
 #include <map>
-#include <optional>
 
 #include "support/ServerProgram.h"
 #include "support/TemporaryFolder.h"
@@ -19,35 +18,13 @@
 namespace tessaloom::testing {
 namespace {
 
-using Session = std::map<std::string, std::string>;
-
-/// The environment variables by which a session shows, for one test.
-class SessionVariables {
-public:
-    SessionVariables() {
-        for (const char* name : Names) {
-            const char* value = std::getenv(name);
-            before_[name] = value ? std::optional<std::string>(value) : std::nullopt;
-        }
-    }
-    ~SessionVariables() {
-        for (const auto& [name, value] : before_)
-            value ? setenv(name.c_str(), value->c_str(), 1) : unsetenv(name.c_str());
-    }
-    SessionVariables(const SessionVariables&) = delete;
-    SessionVariables& operator=(const SessionVariables&) = delete;
-
-    static void Set(const Session& session) {
-        for (const char* name : Names) unsetenv(name);
-        for (const auto& [name, value] : session) setenv(name.c_str(), value.c_str(), 1);
-    }
-
-private:
-    static constexpr const char* Names[] = {
-        "XDG_CURRENT_DESKTOP", "DISPLAY",           "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
-        "XDG_RUNTIME_DIR",     "GSETTINGS_BACKEND", "XDG_CONFIG_HOME"};
-    std::map<std::string, std::optional<std::string>> before_;
-};
+/// The environment variables by which a session shows; all others are taken away.
+void BeginSession(const std::map<std::string, std::string>& variables) {
+    for (const char* name : {"XDG_CURRENT_DESKTOP", "DISPLAY", "WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS",
+                             "XDG_RUNTIME_DIR", "GSETTINGS_BACKEND", "XDG_CONFIG_HOME"})
+        unsetenv(name);
+    for (const auto& [name, value] : variables) setenv(name.c_str(), value.c_str(), 1);
+}
 
 std::string ContentsOf(const std::string& file) {
     std::ifstream in(file);
@@ -57,7 +34,6 @@ std::string ContentsOf(const std::string& file) {
 struct Desk {
     int count = 0;
     QCoreApplication application{count, nullptr};
-    SessionVariables variables;
     TemporaryFolder folder;
     std::string failure;
 
@@ -99,7 +75,7 @@ TEST(QtWallpaper, AsksEachDesktopInItsWay) {
         path + "\nxfconf -c xfce4-desktop -p /backdrop/b/last-image -s " + path + "\n";
     const std::string feh = "feh --bg-fill " + path + "\n";
     const struct {
-        Session session;
+        std::map<std::string, std::string> session;
         bool possible;
         std::string calls;
     } rows[] = {
@@ -116,7 +92,7 @@ TEST(QtWallpaper, AsksEachDesktopInItsWay) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.session.empty() ? "" : row.session.rbegin()->second + row.session.begin()->second);
-        SessionVariables::Set(row.session);
+        BeginSession(row.session);
         std::ofstream(at.folder / "calls");
         QtWallpaper wallpaper(at.Failed(), at.Recorders());
         EXPECT_EQ(wallpaper.Set(path), row.possible);
@@ -126,7 +102,7 @@ TEST(QtWallpaper, AsksEachDesktopInItsWay) {
     EXPECT_EQ(at.failure, "");
 
     // A way that fails is followed by the next, a file that comes meanwhile by none but the newest.
-    SessionVariables::Set({
+    BeginSession({
         {"XDG_CURRENT_DESKTOP", "GNOME"},
         {"DISPLAY",             ":9"   }
     });
@@ -151,7 +127,7 @@ TEST(QtWallpaper, AsksEachDesktopInItsWay) {
 
 TEST(QtWallpaper, ChangesTheSettingsOfGnome) {
     Desk at;
-    SessionVariables::Set({
+    BeginSession({
         {"XDG_CURRENT_DESKTOP", "GNOME"         },
         {"GSETTINGS_BACKEND",   "keyfile"       },
         {"XDG_CONFIG_HOME",     at.folder.Path()}
@@ -191,7 +167,7 @@ TEST(QtWallpaper, CallsTheServicesOfTheSession) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.desktop);
-        SessionVariables::Set({
+        BeginSession({
             {"XDG_CURRENT_DESKTOP",      row.desktop},
             {"DBUS_SESSION_BUS_ADDRESS", address    }
         });
@@ -212,7 +188,7 @@ TEST(QtWallpaper, CallsTheServicesOfTheSession) {
         })) << ContentsOf(at.folder / row.desktop);
     }
     // Nobody there: told at once.
-    SessionVariables::Set({
+    BeginSession({
         {"XDG_CURRENT_DESKTOP",      "sway" },
         {"DBUS_SESSION_BUS_ADDRESS", address}
     });
@@ -232,7 +208,7 @@ TEST(QtWallpaper, PaintsTheRootWindow) {
     ASSERT_TRUE(Comes([&] { return ContentsOf(number).ends_with('\n'); }));
     std::string display = ":" + ContentsOf(number);
     display.pop_back();
-    SessionVariables::Set({
+    BeginSession({
         {"DISPLAY", display}
     });
 

@@ -20,6 +20,9 @@
 namespace tessaloom::testing {
 namespace {
 
+using ::testing::HasSubstr;
+using ::testing::Not;
+using ::testing::StartsWith;
 using Fault = ScriptedFtpServer::Fault;
 using State = InetFTP::State;
 
@@ -35,33 +38,47 @@ std::string ContentsOf(const std::string& file) {
     return {std::istreambuf_iterator<char>(in), {}};
 }
 
+struct Disk : MemoryFileSystem {
+    bool full = false;
+    bool WriteFile(std::string_view path, std::string_view bytes) override {
+        return !full && MemoryFileSystem::WriteFile(path, bytes);
+    }
+};
+
 struct Uploader {
     FakeTime time;
-    MemoryFileSystem files;
+    Disk files;
     CurlFtpClients clients;
     InetFTP ftp{files, clients};
     InetFTP::Order order{.remoteFolder = "up", .remoteFile = "live.jpg", .canvasIndex = 1};
+    std::string stages;  ///< All that were seen, each with "; ".
+    std::string stage, status;
 
     explicit Uploader(FtpTrust trust = {}) : clients(std::move(trust)) {}
 
-    void Tick() {
+    void Tick(double seconds = 0) {
+        time.Advance(seconds);
         clients.Poll();
         ftp.TimerEvent();
+        if (std::exchange(stage, ftp.Stage()) != ftp.Stage()) stages += stage + "; ";
         const bool waiting = static_cast<int>(ftp.CurrentState()) % 10 == 1;
         if (waiting) ::poll(nullptr, 0, 1);
     }
-    /// Uploads and waits until it is over; `clock`: seconds that pass with each tick. False when it never is.
-    bool Upload(const std::string& bytes, double clock = 0) {
-        if (!ftp.SendDataFile({bytes.begin(), bytes.end()}, order)) return false;
+    bool Send(const std::string& bytes) { return ftp.SendDataFile({bytes.begin(), bytes.end()}, order); }
+
+    /// Ticks, with `seconds` between them for the clock, until `done`. False when that never comes.
+    template <typename Done>
+    bool TickUntil(Done done, double seconds = 0) {
         const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-        do {
-            time.Advance(clock);
-            Tick();
-        } while (!AtRest() && std::chrono::steady_clock::now() < end);
-        return AtRest();
+        do Tick(seconds);
+        while (!done() && std::chrono::steady_clock::now() < end);
+        return done();
     }
     bool AtRest() const {
         return ftp.CurrentState() == State::Disconnected || ftp.CurrentState() == State::ConnectedWaiting;
+    }
+    bool Upload(const std::string& bytes, double seconds = 0) {
+        return Send(bytes) && TickUntil([&] { return AtRest(); }, seconds);
     }
 };
 
@@ -120,8 +137,7 @@ TEST(FtpServers, MustBeKnownWhereTheyAreVerified) {
         at.order.remoteFolder = server.RemoteFolder();
         EXPECT_TRUE(at.Upload("picture"));
         EXPECT_EQ(at.ftp.Stage(), "Connect Error");
-        EXPECT_THAT(at.ftp.Status(), ::testing::AnyOf(::testing::HasSubstr("certificate"),
-                                                      ::testing::HasSubstr("remote key")));
+        EXPECT_THAT(at.ftp.Status(), ::testing::AnyOf(HasSubstr("certificate"), HasSubstr("remote key")));
     }
     // Neither is a connection without protection taken in place of a secured one.
     const FtpServer plain(FtpServer::Kind::Pyftpdlib);
@@ -161,12 +177,105 @@ TEST(FtpServers, RefuseWithoutHarm) {
         at.order.remoteFile = row.file;
         EXPECT_TRUE(at.Upload("picture"));
         EXPECT_EQ(at.ftp.Stage(), row.stage) << at.ftp.Status();
-        EXPECT_THAT(at.ftp.Status(), ::testing::Not(::testing::HasSubstr("secret")));
+        EXPECT_THAT(at.ftp.Status(), Not(HasSubstr("secret")));
     }
     EXPECT_EQ(ContentsOf(server.Folder() + "/x"), "picture");
-    EXPECT_THAT(log.text, ::testing::HasSubstr("New State. myState=51"));
-    EXPECT_THAT(log.text, ::testing::HasSubstr("Error. Number=550,Description=550 "));
-    EXPECT_THAT(log.text, ::testing::Not(::testing::HasSubstr("secret")));
+    EXPECT_THAT(log.text, HasSubstr("New State. myState=51"));
+    EXPECT_THAT(log.text, HasSubstr("Error. Number=550,Description=550 "));
+    EXPECT_THAT(log.text, Not(HasSubstr("secret")));
+}
+
+TEST(FtpServers, AreLedThroughTheStagesOfEachMode) {
+    const std::string start =
+                          "Connecting; Connect Complete; Connected -- Send File; Storing; Store Complete; ",
+                      remove = "Deleting; Delete Error; ", rename = "Renaming; Rename Complete; ",
+                      end = "File Send Complete; Disconnecting; Disconnected; ";
+    const std::string byMode[] = {start + remove + rename + end, start + rename + end, start + end};
+    for (const int mode : {0, 1, 2}) {
+        ScriptedFtpServer server;
+        Uploader at;
+        at.ftp.SetAccount({server.Place(), "user", "hush", true});
+        at.order.mode = mode;
+        EXPECT_TRUE(at.Upload("picture"));
+        EXPECT_EQ(at.stages, "Not Initialized -- Send File; " + byMode[mode]);
+        server.Misbehave("PASS", Fault::Refuse, 2);
+        at.stages.clear();
+        EXPECT_TRUE(at.Upload("picture"));
+        EXPECT_THAT(at.stages,
+                    StartsWith("Disconnected -- Send File; Connecting; Connect Error; Connecting; Connect "
+                               "Error; Connecting; Connect Complete; "));
+    }
+}
+
+TEST(FtpServers, AreWaitedForSoLong) {
+    const struct {
+        const char* command;
+        int times, seconds;
+        const char *stage, *status;
+    } rows[] = {
+        {"USER", 3, 120, "Timeout: Connect",    "Failed to connect to FTP server in 2 minutes"},
+        {"STOR", 1, 600, "Timeout: Store",      "File send exceeded 10 minutes"               },
+        {"DELE", 1, 60,  "Timeout: Delete",     "File delete exceeded 1 minute"               },
+        {"RNTO", 1, 60,  "Timeout: Rename",     "File rename exceeded 1 minute"               },
+        {"QUIT", 1, 60,  "Timeout: Disconnect", "Logout exceeded 1 minute"                    },
+        {"NOOP", 1, 60,  "Timeout: Keep Alive", "Keep alive no-op timed out"                  },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.stage);
+        ScriptedFtpServer server;
+        Uploader at;
+        at.ftp.SetAccount({server.Place(), "user", "hush", true});
+        at.order.keepConnectionOpen = at.order.keepAlive = *row.command == 'N';
+        server.Misbehave(row.command, Fault::Mute, row.times);
+        EXPECT_TRUE(at.Send("lost"));
+        if (at.order.keepAlive) {
+            EXPECT_TRUE(at.TickUntil([&] { return at.AtRest(); }));
+            for (int i = 0; i < 29; ++i) at.Tick(1);
+            EXPECT_TRUE(at.AtRest()) << "every 30 seconds";
+            at.Tick(1);
+        }
+        for (int left = row.times - 1; left >= 0; --left) {
+            EXPECT_TRUE(at.TickUntil([&] { return server.FaultsLeft() == left; }));
+            if (left > 0) at.TickUntil([&] { return at.ftp.CurrentState() != State::ConnectWait; }, 1);
+        }
+        const int state = static_cast<int>(at.ftp.CurrentState());
+        for (const int jump : {7200, -3600}) at.Tick(jump);
+        EXPECT_FALSE(at.Send("refused"));
+        EXPECT_EQ(at.ftp.Status(), "Send Rejected -- Currently in state " + std::to_string(state));
+        const double began = at.time.Now();
+        EXPECT_TRUE(at.TickUntil([&] { return at.AtRest(); }, 1));
+        EXPECT_NEAR((at.time.Now() - began) * 86400, row.seconds, 3) << "of normal time";
+        EXPECT_EQ(at.ftp.Stage(), row.stage);
+        EXPECT_EQ(at.ftp.Status(), row.status);
+        EXPECT_TRUE(at.Upload("next"));
+        EXPECT_EQ(server.File("up/live.jpg"), "next");
+    }
+}
+
+TEST(FtpServers, MayBeLostAndChanged) {
+    ScriptedFtpServer server, other;
+    Uploader at;
+    at.ftp.SetAccount({server.Place(), "user", "hush", true});
+    at.order.keepConnectionOpen = true;
+    at.order.mode = InetFTP::Direct;
+    server.Misbehave("226", Fault::ReplyAndClose);
+    EXPECT_TRUE(at.Upload("one"));
+    EXPECT_TRUE(at.TickUntil([&] { return at.ftp.CurrentState() == State::Disconnected; }));
+    EXPECT_EQ(at.ftp.Status(), "FTP disconnected unexpectedly");
+    EXPECT_TRUE(at.Upload("two"));
+    at.ftp.SetAccount({other.Place(), "user", "hush", true});
+    at.stages.clear();
+    EXPECT_TRUE(at.Upload("three"));
+    EXPECT_EQ(server.File("up/live.jpg") + other.File("up/live.jpg"), "twothree");
+    EXPECT_THAT(at.stages,
+                StartsWith("Connected -- ResetConnection; Disconnecting; Disconnected; Connecting; "));
+    at.files.full = true;
+    at.stages.clear();
+    EXPECT_TRUE(at.Upload("unsaved"));
+    EXPECT_EQ(at.stages, "Connected -- Send File; Local store error.; File Send Complete; ");
+    EXPECT_EQ(at.ftp.Status(), "Could not save local temp file");
+    at.ftp.LogOutWhenDone();
+    EXPECT_TRUE(at.TickUntil([&] { return at.ftp.CurrentState() == State::Disconnected; }));
 }
 
 // Whatever the server does at whatever point, the next upload arrives.
@@ -188,7 +297,7 @@ TEST(FtpServers, MayMisbehaveAtEveryStep) {
                 if (fault == Fault::ManyLines) {
                     EXPECT_EQ(server.File("up/live.jpg"), "wrong") << "no fault at all";
                 }
-                server.Misbehave("", Fault::None);
+                server.Misbehave("", Fault::None, 0);
                 const std::string picture = Noise(1000) + std::to_string(++number);
                 for (int attempt = 0; attempt < 2 && server.File("up/live.jpg") != picture; ++attempt)
                     EXPECT_TRUE(at.Upload(picture));
@@ -196,7 +305,7 @@ TEST(FtpServers, MayMisbehaveAtEveryStep) {
                     << at.ftp.Stage() << ", " << at.ftp.Status();
             }
     }
-    EXPECT_THAT(log.text, ::testing::Not(::testing::HasSubstr("hush")));
+    EXPECT_THAT(log.text, Not(HasSubstr("hush")));
 }
 
 TEST(FtpServers, LeaveNothingBehindAfterAThousandUploads) {

@@ -1,3 +1,4 @@
+#include "platform/curl/CurlFtpClients.h"
 #include "publish/VideoStreaming.h"
 #include "support/FakeTime.h"
 #include "support/PropertyTable.h"
@@ -13,7 +14,8 @@ TEST(FTPPush, UploadsOnItsTimetableWithinItsSchedule) {
     FTPPush& push = streaming.FTPPush();
     MemoryFileSystem files;
     PlainJpegCodec jpeg;
-    FakeFtpClients ftp;
+    CurlFtpClients ftp;
+    push.SetServerName("no server");
     DIB picture;
     picture.SetWidthHeight(2, 2);
     push.Use({files, jpeg, ftp}, picture, 3);
@@ -46,8 +48,8 @@ TEST(FTPPush, UploadsOnItsTimetableWithinItsSchedule) {
     EXPECT_EQ(uploadsAfter(86400), 4) << "never by itself";
     push.ForceUpdate();
     EXPECT_EQ(uploadsAfter(0), 5);
-    EXPECT_EQ(push.Stage(), "Disconnected");
-    EXPECT_FALSE(files.FileExists("FTPPsh03-77.tmp")) << "local files are removed";
+    EXPECT_EQ(push.Stage(), "Connect Error");
+    EXPECT_FALSE(files.FileExists("FTPPsh03-" + ftp.ProcessMark() + ".tmp")) << "local files are removed";
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <poll.h>
+#include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -58,8 +59,8 @@ public:
 
 private:
     static std::string UserName() {
-        char name[64] = "";
-        return getlogin_r(name, sizeof name) == 0 && getuid() != 0 ? name : getuid() == 0 ? "root" : "nobody";
+        const passwd* user = ::getpwuid(::getuid());
+        return user ? user->pw_name : "";
     }
     static bool Shell(const std::string& command) {
         return std::system((command + " >/dev/null 2>&1").c_str()) == 0;

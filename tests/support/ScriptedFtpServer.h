@@ -13,13 +13,13 @@
 #include <string>
 #include <string_view>
 #include <thread>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 namespace tessaloom::testing {
 
-/// A server of a test's own on 127.0.0.1 that keeps what it is sent, and misbehaves once where a test wants
-/// it to.
+/// A server of a test's own on 127.0.0.1 that keeps what it is sent, and misbehaves where a test wants it to.
 class ScriptedFtpServer {
 public:
     enum class Fault { None, Mute, Garbage, ManyLines, TwoReplies, Close, ReplyAndClose, Refuse, Endless };
@@ -28,10 +28,9 @@ public:
     ~ScriptedFtpServer() {
         ::shutdown(listener_, SHUT_RDWR);
         thread_.join();
-        {
-            const std::lock_guard lock(mutex_);
+        Locked([&] {
             for (const int handle : handles_) ::shutdown(handle, SHUT_RDWR);
-        }
+        });
         for (std::thread& thread : threads_) thread.join();
         ::close(listener_);
     }
@@ -40,26 +39,26 @@ public:
 
     std::string Place() const { return "127.0.0.1:" + std::to_string(port_); }
 
-    /// The next time that `command` comes ("" for the greeting, "226" for the end of a file), this happens.
-    void Misbehave(std::string command, Fault fault) {
-        const std::lock_guard lock(mutex_);
-        command_ = std::move(command);
-        fault_ = fault;
+    /// The next `times` that `command` comes ("" for the greeting, "226" for the end of a file), this
+    /// happens.
+    void Misbehave(std::string command, Fault fault, int times = 1) {
+        Locked([&] { command_ = std::move(command), fault_ = fault, times_ = times; });
     }
-    bool Misbehaved() {
-        const std::lock_guard lock(mutex_);
-        return fault_ == Fault::None;
+    /// How many of those times are still to come.
+    int FaultsLeft() {
+        return Locked([&] { return times_; });
     }
     std::string File(const std::string& path) {
-        const std::lock_guard lock(mutex_);
-        return files_[path];
-    }
-    void Put(const std::string& path, std::string bytes) {
-        const std::lock_guard lock(mutex_);
-        files_[path] = std::move(bytes);
+        return Locked([&] { return files_[path]; });
     }
 
 private:
+    template <typename Work>
+    std::invoke_result_t<Work> Locked(Work work) {
+        const std::lock_guard lock(mutex_);
+        return work();
+    }
+
     static int Listen(int& port) {
         const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
         sockaddr_in place{};
@@ -74,42 +73,37 @@ private:
     }
 
     void Accept() {
-        for (;;) {
-            const int handle = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC);
-            if (handle < 0) return;
+        for (int handle; (handle = ::accept4(listener_, nullptr, nullptr, SOCK_CLOEXEC)) >= 0;) {
             const int atOnce = 1;
             ::setsockopt(handle, IPPROTO_TCP, TCP_NODELAY, &atOnce, sizeof atOnce);
-            const std::lock_guard lock(mutex_);
-            handles_.insert(handle);
-            threads_.emplace_back([this, handle] { Converse(handle); });
+            Locked([&] {
+                handles_.insert(handle);
+                threads_.emplace_back([this, handle] { Converse(handle); });
+            });
         }
     }
 
     static bool Send(int handle, std::string_view text) {
-        while (!text.empty()) {
-            const ssize_t sent = ::send(handle, text.data(), text.size(), MSG_NOSIGNAL);
-            if (sent <= 0) return false;
-            text.remove_prefix(static_cast<std::size_t>(sent));
-        }
-        return true;
+        ssize_t sent = 1;
+        for (; sent > 0 && !text.empty(); text.remove_prefix(static_cast<std::size_t>(sent < 0 ? 0 : sent)))
+            sent = ::send(handle, text.data(), text.size(), MSG_NOSIGNAL);
+        return sent > 0;
     }
 
     /// False ends the connection.
     bool Reply(int handle, const std::string& command, const std::string& reply) {
-        Fault fault = Fault::None;
-        {
-            const std::lock_guard lock(mutex_);
-            if (command == command_) fault = std::exchange(fault_, Fault::None);
-        }
+        const Fault fault = Locked([&] {
+            const bool now = command == command_ && times_ > 0;
+            return now ? --times_, fault_ : Fault::None;
+        });
         const std::string line = reply + "\r\n";
+        char byte;
         switch (fault) {
             case Fault::None:
                 return Send(handle, line);
-            case Fault::Mute: {
-                char byte;
+            case Fault::Mute:
                 while (::recv(handle, &byte, 1, 0) > 0) {}
                 return false;
-            }
             case Fault::Garbage:
                 return Send(handle, std::string("\0\xFF\x1B[2J%n%s\r\n999999\r\nno\r\n", 24)) &&
                        Send(handle, line);
@@ -120,8 +114,7 @@ private:
             case Fault::Close:
                 return false;
             case Fault::ReplyAndClose:
-                Send(handle, line);
-                return false;
+                return Send(handle, line) && false;
             case Fault::Refuse:
                 return Send(handle, "552 No room for hush\r\n");
             case Fault::Endless:
@@ -135,64 +128,44 @@ private:
         int data = -1;
         std::string from, line;
         bool going = Reply(handle, "", "220 Welcome");
-        char c;
-        while (going && ::recv(handle, &c, 1, 0) == 1) {
-            if (c != '\n') {
-                if (c != '\r') line += c;
-                continue;
-            }
+        for (char c; going && ::recv(handle, &c, 1, 0) == 1;) {
+            if (c != '\r' && c != '\n') line += c;
+            if (c != '\n') continue;
             const std::string command = line.substr(0, line.find(' '));
             const std::string rest = line.size() > command.size() ? line.substr(command.size() + 1) : "";
             line.clear();
-            going = Obey(handle, command, rest, data, from);
+            going = command == "STOR"
+                        ? Store(handle, rest, data)
+                        : Reply(handle, command, Obey(command, rest, data, from)) && command != "QUIT";
         }
-        if (data >= 0) ::close(data);
-        const std::lock_guard lock(mutex_);
-        handles_.erase(handle);
+        ::close(data);
+        Locked([&] { handles_.erase(handle); });
         ::close(handle);
     }
 
-    bool Obey(int handle, const std::string& command, const std::string& rest, int& data, std::string& from) {
+    std::string Obey(const std::string& command, const std::string& rest, int& data, std::string& from) {
         static const std::map<std::string, std::string> replies{
             {"USER", "331 Word" },
             {"PASS", "230 In"   },
             {"PWD",  "257 \"/\""},
             {"TYPE", "200 Ok"   },
-            {"NOOP", "200 Ok"   }
+            {"NOOP", "200 Ok"   },
+            {"QUIT", "221 Bye"  }
         };
-        if (const auto plain = replies.find(command); plain != replies.end())
-            return Reply(handle, command, plain->second);
+        if (const auto plain = replies.find(command); plain != replies.end()) return plain->second;
         if (command == "EPSV") {
             int port = 0;
-            if (data >= 0) ::close(data);
-            data = Listen(port);
-            return Reply(handle, command, "229 Go (|||" + std::to_string(port) + "|)");
+            ::close(std::exchange(data, Listen(port)));
+            return "229 Go (|||" + std::to_string(port) + "|)";
         }
-        if (command == "STOR") return Store(handle, rest, data);
-        if (command == "DELE") {
-            const std::lock_guard lock(mutex_);
-            files_.erase(rest);
-        }
-        if (command == "DELE") return Reply(handle, command, "250 Gone");
-        if (command == "RNFR") {
-            from = rest;
-            return Reply(handle, command, "350 To?");
-        }
-        if (command == "RNTO") {
-            {
-                const std::lock_guard lock(mutex_);
-                files_[rest] = std::exchange(files_[from], {});
-            }
-            return Reply(handle, command, "250 Renamed");
-        }
-        if (command == "QUIT") {
-            Reply(handle, command, "221 Bye");
-            return false;
-        }
-        return Reply(handle, command, "502 What is " + command);
+        if (command == "DELE") return Locked([&] { return files_.erase(rest); }) ? "250 Gone" : "550 None";
+        if (command == "RNFR") return from = rest, "350 To?";
+        if (command == "RNTO")
+            return Locked([&] { files_[rest] = std::exchange(files_[from], {}); }), "250 Ok";
+        return "502 What is " + command;
     }
 
-    bool Store(int handle, const std::string& path, int& data) {
+    bool Store(int handle, const std::string& path, int data) {
         if (!Reply(handle, "STOR", "150 Go on")) return false;
         // A client that was refused does not connect.
         pollfd either[] = {
@@ -206,7 +179,7 @@ private:
         for (ssize_t got; (got = ::recv(connection, bytes.data(), bytes.size(), 0)) > 0;)
             whole.append(bytes, 0, static_cast<std::size_t>(got));
         ::close(connection);
-        Put(path, whole);
+        Locked([&] { files_[path] = whole; });
         return Reply(handle, "226", "226 Stored");
     }
 
@@ -214,6 +187,7 @@ private:
     std::map<std::string, std::string> files_;
     std::string command_;
     Fault fault_ = Fault::None;
+    int times_ = 0;
     std::set<int> handles_;
     std::vector<std::thread> threads_;
 

@@ -18,7 +18,6 @@
 #include "platform/profile/ProfileFiles.h"
 #include "support/BlockFonts.h"
 #include "support/FakeCapture.h"
-#include "support/FakeFtpClients.h"
 #include "support/FakePictures.h"
 #include "support/FakeTime.h"
 #include "support/FakeUrlTransfers.h"
@@ -188,16 +187,13 @@ public:
     RecordingMainWindow mainWindow;
     ManualTimer timer;
     FakeUrlTransfers urlTransfers;
-    FakeFtpClients ftpClients;
     QuietSockets sockets;
     FakeCapture capture;
 
-    Platform platform{files,     profile, locale,  time,       fonts, pictureLoader,
-                      jpegCodec, dialogs, desktop, mainWindow, timer, urlTransfers,
-                      sockets};
+    Platform platform{files,   profile, locale,     time,  fonts,        pictureLoader, jpegCodec,
+                      dialogs, desktop, mainWindow, timer, urlTransfers, sockets};
 
     TestPlatform() : flags_(Flags()) {
-        platform.ftpClients = &ftpClients;
         platform.captureDrivers = &capture;
         modNumbers::InitNumberFormat(locale);
         Flags() = {.running = true};
