@@ -9,10 +9,14 @@ namespace tessaloom::vbscript {
 /// The count is not atomic: a script and all it holds live on one thread. A new one has the count 0.
 class Counted {
 public:
+// Version 12 takes the payload of a plain number for a pointer that is released.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Warray-bounds"
     void Retain() const { ++count_; }
     void Release() const {
         if (--count_ == 0) LastReleased();
     }
+#pragma GCC diagnostic pop
     std::uint32_t References() const { return count_; }
 
 protected:

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <charconv>
 #include <functional>
 #include <string>
@@ -166,9 +167,9 @@ TEST_F(ValuesTest, OperatorsPromoteAndOverflowAsTheLanguageHasIt) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(std::string(row.a) + " " + std::string(row.op) + " " + std::string(row.b));
-        for (const auto& [name, apply] : operators)
-            if (name == row.op)
-                EXPECT_EQ(Show([&] { return apply(context, Of(row.a), Of(row.b)); }), row.expected);
+        const auto apply =
+            std::ranges::find(operators, row.op, &std::pair<std::string_view, Operator>::first);
+        EXPECT_EQ(Show([&] { return apply->second(context, Of(row.a), Of(row.b)); }), row.expected);
     }
     EXPECT_EQ(Show([&] { return Negate(context, Of("i-32768")); }), "Long 32768");
     EXPECT_EQ(Show([&] { return Not(context, Of("empty")); }), "Integer -1");
@@ -243,7 +244,8 @@ TEST_F(ValuesTest, FunctionsConvertAndRefuseAsTheLanguageHasIt) {
 
 TEST_F(ValuesTest, ArraysAreCopiedWhenAssignedAndLockedWhileWalked) {
     const int bounds[] = {1, 2}, wider[] = {1, 4}, other[] = {2, 2};
-    Value a = Value::OfArray(Array::OfBounds(bounds));
+    Value a;
+    Redimension(a, bounds, false);
     a.WritableArray().At(std::vector{1, 2}) = Value::OfLong(7);
     Value b = a.Assigned();
     Redimension(b, wider, true);
