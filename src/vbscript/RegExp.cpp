@@ -168,31 +168,31 @@ private:
 };
 
 std::span<const Member<RegExp>> RegExp::Members() {
-    static constexpr std::array<Member<RegExp>, 7> All = {
-        {
-         {u"Pattern", 0, 0, [](RegExp& self, const Arguments&) { return Value::OfString(self.pattern_); },
-             [](RegExp& self, const Arguments& arguments) {
-                 self.pattern_ = ToText(arguments.GetContext(), arguments.NewValue());
-                 self.program_.reset();
-                 return Value();
-             }},
-         FlagMember<&RegExp::global_>(u"Global"),
-         FlagMember<&RegExp::ignoreCase_>(u"IgnoreCase"),
-         FlagMember<&RegExp::multiLine_>(u"Multiline"),
-         {u"Execute", 1, 1,
-             [](RegExp& self, const Arguments& arguments) {
-                 return self.Execute(arguments.GetContext(), arguments.Text(0));
-             }},
-         {u"Test", 1, 1,
-             [](RegExp& self, const Arguments& arguments) {
-                 return self.Test(arguments.GetContext(), arguments.Text(0));
-             }},
-         {u"Replace", 2, 2,
-             [](RegExp& self, const Arguments& arguments) {
-                 return self.Replace(arguments.GetContext(), arguments.Text(0), arguments[1]);
-             }},
-         }
-    };
+    // clang-format off
+    static constexpr std::array<Member<RegExp>, 7> All = {{
+        {u"Pattern", 0, 0, [](RegExp& self, const Arguments&) { return Value::OfString(self.pattern_); },
+         [](RegExp& self, const Arguments& arguments) {
+             self.pattern_ = ToText(arguments.GetContext(), arguments.NewValue());
+             self.program_.reset();
+             return Value();
+         }},
+        FlagMember<&RegExp::global_>(u"Global"),
+        FlagMember<&RegExp::ignoreCase_>(u"IgnoreCase"),
+        FlagMember<&RegExp::multiLine_>(u"Multiline"),
+        {u"Execute", 1, 1,
+         [](RegExp& self, const Arguments& arguments) {
+             return self.Execute(arguments.GetContext(), arguments.Text(0));
+         }},
+        {u"Test", 1, 1,
+         [](RegExp& self, const Arguments& arguments) {
+             return self.Test(arguments.GetContext(), arguments.Text(0));
+         }},
+        {u"Replace", 2, 2,
+         [](RegExp& self, const Arguments& arguments) {
+             return self.Replace(arguments.GetContext(), arguments.Text(0), arguments[1]);
+         }},
+    }};
+    // clang-format on
     return All;
 }
 

@@ -49,16 +49,16 @@ Value RegExpFindings::TextOf(std::size_t match, std::size_t group) const {
 
 std::span<const Member<RegExpMatches>> RegExpMatches::Members() {
     using Self = RegExpMatches;
-    static constexpr std::array<Member<Self>, 2> All = {
-        {
-         {u"Item", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 return MatchOf(self.findings_, Index(arguments, self.findings_->Count()));
-             },
-             nullptr, nullptr, IsDefault::Yes},
-         {u"Count", 0, 0, [](Self& self, const Arguments&) { return Whole(self.findings_->Count()); }},
-         }
-    };
+    // clang-format off
+    static constexpr std::array<Member<Self>, 2> All = {{
+        {u"Item", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             return MatchOf(self.findings_, Index(arguments, self.findings_->Count()));
+         },
+         nullptr, nullptr, IsDefault::Yes},
+        {u"Count", 0, 0, [](Self& self, const Arguments&) { return Whole(self.findings_->Count()); }},
+    }};
+    // clang-format on
     return All;
 }
 
@@ -69,43 +69,42 @@ std::unique_ptr<Enumerator> RegExpMatches::Enumerate(Context&) {
 
 std::span<const Member<RegExpMatch>> RegExpMatch::Members() {
     using Self = RegExpMatch;
-    static constexpr std::array<Member<Self>, 4> All = {
-        {
-         {u"Value", 0, 0,
-             [](Self& self, const Arguments&) { return self.findings_->TextOf(self.index_, 0); }, nullptr,
-             nullptr, IsDefault::Yes},
-         {u"FirstIndex", 0, 0,
-             [](Self& self, const Arguments&) {
-                 return Value::OfLong(self.findings_->Positions(self.index_)[0]);
-             }},
-         {u"Length", 0, 0,
-             [](Self& self, const Arguments&) {
-                 const auto positions = self.findings_->Positions(self.index_);
-                 return Value::OfLong(positions[1] - positions[0]);
-             }},
-         {u"SubMatches", 0, 1,
-             [](Self& self, const Arguments& arguments) {
-                 if (arguments.Count() == 0)
-                     return Value::OfObject(Make<RegExpSubMatches>(self.findings_, self.index_));
-                 return self.findings_->TextOf(self.index_, Index(arguments, self.findings_->Groups()) + 1);
-             }},
-         }
-    };
+    // clang-format off
+    static constexpr std::array<Member<Self>, 4> All = {{
+        {u"Value", 0, 0, [](Self& self, const Arguments&) { return self.findings_->TextOf(self.index_, 0); },
+         nullptr, nullptr, IsDefault::Yes},
+        {u"FirstIndex", 0, 0,
+         [](Self& self, const Arguments&) {
+             return Value::OfLong(self.findings_->Positions(self.index_)[0]);
+         }},
+        {u"Length", 0, 0,
+         [](Self& self, const Arguments&) {
+             const auto positions = self.findings_->Positions(self.index_);
+             return Value::OfLong(positions[1] - positions[0]);
+         }},
+        {u"SubMatches", 0, 1,
+         [](Self& self, const Arguments& arguments) {
+             if (arguments.Count() == 0)
+                 return Value::OfObject(Make<RegExpSubMatches>(self.findings_, self.index_));
+             return self.findings_->TextOf(self.index_, Index(arguments, self.findings_->Groups()) + 1);
+         }},
+    }};
+    // clang-format on
     return All;
 }
 
 std::span<const Member<RegExpSubMatches>> RegExpSubMatches::Members() {
     using Self = RegExpSubMatches;
-    static constexpr std::array<Member<Self>, 2> All = {
-        {
-         {u"Item", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 return self.findings_->TextOf(self.match_, Index(arguments, self.findings_->Groups()) + 1);
-             },
-             nullptr, nullptr, IsDefault::Yes},
-         {u"Count", 0, 0, [](Self& self, const Arguments&) { return Whole(self.findings_->Groups()); }},
-         }
-    };
+    // clang-format off
+    static constexpr std::array<Member<Self>, 2> All = {{
+        {u"Item", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             return self.findings_->TextOf(self.match_, Index(arguments, self.findings_->Groups()) + 1);
+         },
+         nullptr, nullptr, IsDefault::Yes},
+        {u"Count", 0, 0, [](Self& self, const Arguments&) { return Whole(self.findings_->Groups()); }},
+    }};
+    // clang-format on
     return All;
 }
 

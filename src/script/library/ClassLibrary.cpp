@@ -23,14 +23,14 @@ struct Class {
 };
 
 constexpr Class Classes[] = {
-    {"Scripting.Dictionary",       [](const LibraryServices&) { return MakeDictionary(); }                     },
-    {"Scripting.FileSystemObject", MakeFileSystemObject                                                        },
-    {"VBScript.RegExp",            [](const LibraryServices&) { return vbscript::MakeRegExp(); }               },
-    {"MSXML2.XMLHTTP",             [](const LibraryServices& services) { return MakeXmlHttp(services, false); }},
-    {"Microsoft.XMLHTTP",          [](const LibraryServices& services) { return MakeXmlHttp(services, false); }},
-    {"MSXML2.ServerXMLHTTP",       [](const LibraryServices& services) { return MakeXmlHttp(services, true); } },
-    {"ADODB.Stream",               MakeStream                                                                  },
-    {"WScript.Shell",              MakeShell                                                                   },
+    {"Scripting.Dictionary", [](const LibraryServices&) { return MakeDictionary(); }},
+    {"Scripting.FileSystemObject", MakeFileSystemObject},
+    {"VBScript.RegExp", [](const LibraryServices&) { return vbscript::MakeRegExp(); }},
+    {"MSXML2.XMLHTTP", [](const LibraryServices& services) { return MakeXmlHttp(services, false); }},
+    {"Microsoft.XMLHTTP", [](const LibraryServices& services) { return MakeXmlHttp(services, false); }},
+    {"MSXML2.ServerXMLHTTP", [](const LibraryServices& services) { return MakeXmlHttp(services, true); }},
+    {"ADODB.Stream", MakeStream},
+    {"WScript.Shell", MakeShell},
 };
 
 /// Whether `name` is that of the class, alone or with a version (".6.0") behind it.

@@ -103,33 +103,31 @@ private:
 
 std::span<const Member<Dictionary>> Dictionary::Members() {
     using Self = Dictionary;
-    static constexpr std::array<Member<Self>, 10> All = {
-        {
-         {u"Item", 1, 1, Item, LetItem, SetItem, IsDefault::Yes},
-         {u"Exists", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 return Value::OfBoolean(self.pairs_.Find(arguments[0]) != KeyTable::None);
-             }},
-         {u"Add", 2, 2, Add},
-         {u"Count", 0, 0,
-             [](Self& self, const Arguments&) {
-                 return Value::OfLong(static_cast<std::int32_t>(self.pairs_.Count()));
-             }},
-         {u"Keys", 0, 0,
-             [](Self& self, const Arguments&) {
-                 return Value::OfArray(Array::OfValues(self.Gathered(&KeyTable::Pair::key)));
-             }},
-         {u"Items", 0, 0,
-             [](Self& self, const Arguments&) {
-                 return Value::OfArray(Array::OfValues(self.Gathered(&KeyTable::Pair::item)));
-             }},
-         {u"Key", 1, 1, nullptr, Rename, Rename},
-         {u"Remove", 1, 1, Remove},
-         {u"RemoveAll", 0, 0, RemoveAll},
-         {u"CompareMode", 0, 0,
-             [](Self& self, const Arguments&) { return Value::OfLong(self.compareMode_); }, SetCompareMode},
-         }
-    };
+    static constexpr std::array<Member<Self>, 10> All = {{
+        {u"Item", 1, 1, Item, LetItem, SetItem, IsDefault::Yes},
+        {u"Exists", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             return Value::OfBoolean(self.pairs_.Find(arguments[0]) != KeyTable::None);
+         }},
+        {u"Add", 2, 2, Add},
+        {u"Count", 0, 0,
+         [](Self& self, const Arguments&) {
+             return Value::OfLong(static_cast<std::int32_t>(self.pairs_.Count()));
+         }},
+        {u"Keys", 0, 0,
+         [](Self& self, const Arguments&) {
+             return Value::OfArray(Array::OfValues(self.Gathered(&KeyTable::Pair::key)));
+         }},
+        {u"Items", 0, 0,
+         [](Self& self, const Arguments&) {
+             return Value::OfArray(Array::OfValues(self.Gathered(&KeyTable::Pair::item)));
+         }},
+        {u"Key", 1, 1, nullptr, Rename, Rename},
+        {u"Remove", 1, 1, Remove},
+        {u"RemoveAll", 0, 0, RemoveAll},
+        {u"CompareMode", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.compareMode_); },
+         SetCompareMode},
+    }};
     return All;
 }
 

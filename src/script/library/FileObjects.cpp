@@ -13,6 +13,7 @@
 #include "script/library/FilePaths.h"
 #include "script/library/Listing.h"
 #include "script/library/TextStream.h"
+#include "vbscript/Context.h"
 #include "vbscript/MemberTable.h"
 
 namespace tessaloom::library {
@@ -37,17 +38,18 @@ std::string PathArgument(const Arguments& arguments, std::size_t index) {
 /// What a file and a folder have in common.
 class DiskObject {
 public:
-    DiskObject(const LibraryServices& services, std::string_view path)
-        : services_(services), path_(AbsolutePath(services, path)) {}
+    DiskObject(const LibraryServices& services, std::string_view path, FileError missing)
+        : services_(services), path_(AbsolutePath(services, path)), missing_(missing) {}
 
     FileDetails Details() const {
         const auto details = services_.folders.Details(path_);
-        if (!details) Raise(FileError::FileNotFound);
+        if (!details) Raise(missing_);
         return *details;
     }
 
     const LibraryServices services_;
     std::string path_;
+    const FileError missing_;
 
 protected:
     enum Attribute { ReadOnly = 1, Hidden = 2, Directory = 16, Archive = 32, Alias = 1024 };
@@ -66,10 +68,10 @@ protected:
 
     /// A new name in the same folder.
     template <typename Move>
-    void Rename(const std::string& name, Move&& move) {
+    void Rename(const TimeLimit& limit, const std::string& name, Move&& move) {
         if (name.empty() || std::ranges::any_of(name, IsSeparator)) Raise(FileError::InvalidCall);
         const std::string target = JoinPath(ParentFolderName(path_), name);
-        move(services_, path_, target);
+        move(limit, services_, path_, target);
         path_ = target;
     }
 
@@ -99,36 +101,35 @@ struct SharedRows {
     static Value Path(T& self, const Arguments&) { return Text(self.path_); }
     static Value Name(T& self, const Arguments&) { return Text(FileName(self.path_)); }
 
-    static constexpr std::array<Row, 11> Rows = {
-        {
-         {u"Path", 0, 0, Path, nullptr, nullptr, IsDefault::Yes},
-         {u"ShortPath", 0, 0, Path},
-         {u"Name", 0, 0, Name,
-             [](T& self, const Arguments& arguments) {
-                 self.Rename(ToText(arguments.GetContext(), arguments.NewValue()).ToUtf8(), T::MoveOnDisk);
-                 return Value();
-             }},
-         {u"ShortName", 0, 0, Name},
-         {u"Attributes", 0, 0, [](T& self, const Arguments&) { return Value::OfLong(self.Attributes()); },
-             [](T& self, const Arguments& arguments) {
-                 self.SetAttributes(ToLong(arguments.GetContext(), arguments.NewValue()));
-                 return Value();
-             }},
-         MomentRow<&FileDetails::created>(u"DateCreated"),
-         MomentRow<&FileDetails::accessed>(u"DateLastAccessed"),
-         MomentRow<&FileDetails::modified>(u"DateLastModified"),
-         {u"Drive", 0, 0,
-             [](T& self, const Arguments&) { return Value::OfObject(MakeDrive(self.services_)); }},
-         {u"ParentFolder", 0, 0, [](T& self, const Arguments&) { return self.Parent(); }},
-         {u"Move", 1, 1,
-             [](T& self, const Arguments& arguments) {
-                 const std::string target = PathArgument(arguments, 0);
-                 T::MoveOnDisk(self.services_, self.path_, target);
-                 self.MovedTo(target);
-                 return Value();
-             }},
-         }
-    };
+    static constexpr std::array<Row, 11> Rows = {{
+        {u"Path", 0, 0, Path, nullptr, nullptr, IsDefault::Yes},
+        {u"ShortPath", 0, 0, Path},
+        {u"Name", 0, 0, Name,
+         [](T& self, const Arguments& arguments) {
+             self.Rename(arguments.GetContext().limit,
+                         ToText(arguments.GetContext(), arguments.NewValue()).ToUtf8(), T::MoveOnDisk);
+             return Value();
+         }},
+        {u"ShortName", 0, 0, Name},
+        {u"Attributes", 0, 0, [](T& self, const Arguments&) { return Value::OfLong(self.Attributes()); },
+         [](T& self, const Arguments& arguments) {
+             self.SetAttributes(ToLong(arguments.GetContext(), arguments.NewValue()));
+             return Value();
+         }},
+        MomentRow<&FileDetails::created>(u"DateCreated"),
+        MomentRow<&FileDetails::accessed>(u"DateLastAccessed"),
+        MomentRow<&FileDetails::modified>(u"DateLastModified"),
+        {u"Drive", 0, 0,
+         [](T& self, const Arguments&) { return Value::OfObject(MakeDrive(self.services_)); }},
+        {u"ParentFolder", 0, 0, [](T& self, const Arguments&) { return self.Parent(); }},
+        {u"Move", 1, 1,
+         [](T& self, const Arguments& arguments) {
+             const std::string target = PathArgument(arguments, 0);
+             T::MoveOnDisk(arguments.GetContext().limit, self.services_, self.path_, target);
+             self.MovedTo(target);
+             return Value();
+         }},
+    }};
 };
 
 template <typename T, std::size_t Count>
@@ -145,7 +146,8 @@ public:
     static constexpr std::u16string_view Name = u"File";
     static std::span<const Member<File>> Members();
 
-    using DiskObject::DiskObject;
+    File(const LibraryServices& services, std::string_view path)
+        : DiskObject(services, path, FileError::FileNotFound) {}
 
 private:
     friend struct SharedRows<File>;
@@ -160,26 +162,29 @@ private:
 };
 
 std::span<const Member<File>> File::Members() {
-    static constexpr auto All = WithSharedRows(std::to_array<Member<File>>({
-        {u"Size",             0, 0, [](File& self, const Arguments&) { return Bytes(self.Details().size); }},
-        {u"Type",             0, 0, [](File& self, const Arguments&) { return self.Type(); }               },
-        {u"Copy",             1, 2,
-         [](File& self,                            const Arguments& arguments) {
-             CopyFiles(self.services_, self.path_, PathArgument(arguments, 0), arguments.BooleanOr(1, true));
+    static constexpr auto Own = std::to_array<Member<File>>({
+        {u"Size", 0, 0, [](File& self, const Arguments&) { return Bytes(self.Details().size); }},
+        {u"Type", 0, 0, [](File& self, const Arguments&) { return self.Type(); }},
+        {u"Copy", 1, 2,
+         [](File& self, const Arguments& arguments) {
+             CopyFiles(arguments.GetContext().limit, self.services_, self.path_, PathArgument(arguments, 0),
+                       arguments.BooleanOr(1, true));
              return Value();
-         }                                                                          },
-        {u"Delete",           0, 1,
-         [](File& self,                            const Arguments& arguments) {
-             DeleteFiles(self.services_, self.path_, arguments.BooleanOr(0, false));
+         }},
+        {u"Delete", 0, 1,
+         [](File& self, const Arguments& arguments) {
+             DeleteFiles(arguments.GetContext().limit, self.services_, self.path_,
+                         arguments.BooleanOr(0, false));
              return Value();
-         }                                                                          },
+         }},
         {u"OpenAsTextStream", 0, 2,
-         [](File& self,                            const Arguments& arguments) {
+         [](File& self, const Arguments& arguments) {
              return Value::OfObject(OpenTextStream(self.services_, self.path_,
                                                    StreamModeOf(arguments.LongOr(0, 1)),
                                                    StreamFormatOf(arguments.LongOr(1, 0)), false));
-         }                                                                          },
-    }));
+         }},
+    });
+    static constexpr auto All = WithSharedRows(Own);
     return All;
 }
 
@@ -188,7 +193,8 @@ public:
     static constexpr std::u16string_view Name = u"Folder";
     static std::span<const Member<Folder>> Members();
 
-    using DiskObject::DiskObject;
+    Folder(const LibraryServices& services, std::string_view path)
+        : DiskObject(services, path, FileError::PathNotFound) {}
 
 private:
     friend struct SharedRows<Folder>;
@@ -227,21 +233,19 @@ protected:
         return names;
     }
 
-    static constexpr std::array<Member<T>, 2> SharedMembers = {
-        {
-         {u"Item", 1, 1,
-             [](T& self, const Arguments& arguments) {
-                 const std::string name = PathArgument(arguments, 0);
-                 if (std::ranges::any_of(name, IsSeparator)) Raise(FileError::InvalidCall);
-                 return T::MakeEntry(self.services_, JoinPath(self.folder_, name));
-             },
-             nullptr, nullptr, IsDefault::Yes},
-         {u"Count", 0, 0,
-             [](T& self, const Arguments&) {
-                 return Value::OfLong(static_cast<std::int32_t>(self.Names().size()));
-             }},
-         }
-    };
+    static constexpr std::array<Member<T>, 2> SharedMembers = {{
+        {u"Item", 1, 1,
+         [](T& self, const Arguments& arguments) {
+             const std::string name = PathArgument(arguments, 0);
+             if (std::ranges::any_of(name, IsSeparator)) Raise(FileError::InvalidCall);
+             return T::MakeEntry(self.services_, JoinPath(self.folder_, name));
+         },
+         nullptr, nullptr, IsDefault::Yes},
+        {u"Count", 0, 0,
+         [](T& self, const Arguments&) {
+             return Value::OfLong(static_cast<std::int32_t>(self.Names().size()));
+         }},
+    }};
 
     const LibraryServices services_;
     const std::string folder_;
@@ -280,71 +284,58 @@ private:
 };
 
 std::span<const Member<SubFolders>> SubFolders::Members() {
-    static constexpr std::array<Member<SubFolders>, 3> All = {
-        {
-         SharedMembers[0],
-         SharedMembers[1],
-         {u"Add", 1, 1,
-             [](SubFolders& self, const Arguments& arguments) {
-                 const std::string path = JoinPath(self.folder_, PathArgument(arguments, 0));
-                 CreateFolder(self.services_, path);
-                 return MakeEntry(self.services_, path);
-             }},
-         }
-    };
+    static constexpr std::array<Member<SubFolders>, 3> All = {{
+        SharedMembers[0],
+        SharedMembers[1],
+        {u"Add", 1, 1,
+         [](SubFolders& self, const Arguments& arguments) {
+             const std::string path = JoinPath(self.folder_, PathArgument(arguments, 0));
+             CreateFolder(self.services_, path);
+             return MakeEntry(self.services_, path);
+         }},
+    }};
     return All;
 }
 
 std::span<const Member<Folder>> Folder::Members() {
-    static constexpr auto All = WithSharedRows(std::
-                                                   to_array<Member<Folder>>({
-                                                       {u"Size",           0, 0,
-                                                        [](Folder& self, const Arguments&) {
-                                                            return Bytes(
-                                                                FolderSize(self.services_, self.path_));
-                                                        }},
-                                                       {u"Type",           0, 0,
-                                                        [](Folder&,      const Arguments&) {
-                                                            return Value::OfText(u"File folder");
-                                                        }     },
-                                                       {u"IsRootFolder",   0, 0,
-                                                        [](Folder& self, const Arguments&) {
-                                                            return Value::OfBoolean(
-                                                                ParentFolderName(self.path_) == self.path_);
-                                                        }},
-                                                       {u"Files",          0, 0,
-                                                        [](Folder& self, const Arguments&) {
-                                                            return Value::OfObject(
-                                                                Make<Files>(self.services_, self.path_));
-                                                        }},
-                                                       {u"SubFolders",     0, 0,
-                                                        [](Folder& self, const Arguments&) {
-                                                            return Value::OfObject(
-                                                                Make<SubFolders>(self.services_, self.path_));
-                                                        }},
-                                                       {u"Copy",           1, 2,
-                                                        [](Folder& self, const Arguments& arguments) {
-                                                            CopyFolders(self.services_, self.path_,
-                                                                        PathArgument(arguments, 0),
-                                                                        arguments.BooleanOr(1, true));
-                                                            return Value();
-                                                        }},
-                                                       {u"Delete",         0, 1,
-                                                        [](Folder& self, const Arguments& arguments) {
-                                                            DeleteFolders(self.services_, self.path_,
-                                                                          arguments.BooleanOr(0, false));
-                                                            return Value();
-                                                        }},
-                                                       {u"CreateTextFile", 1, 3,
-                                                        [](Folder& self, const Arguments& arguments) {
-                                                            return Value::OfObject(CreateTextFile(
-                                                                self.services_,
-                                                                JoinPath(self.path_,
-                                                                         PathArgument(arguments, 0)),
-                                                                arguments.BooleanOr(1, true),
-                                                                arguments.BooleanOr(2, false)));
-                                                        }},
-    }));
+    static constexpr auto Own = std::to_array<Member<Folder>>({
+        {u"Size", 0, 0,
+         [](Folder& self, const Arguments& arguments) {
+             return Bytes(FolderSize(arguments.GetContext().limit, self.services_, self.path_));
+         }},
+        {u"Type", 0, 0, [](Folder&, const Arguments&) { return Value::OfText(u"File folder"); }},
+        {u"IsRootFolder", 0, 0,
+         [](Folder& self, const Arguments&) {
+             return Value::OfBoolean(ParentFolderName(self.path_) == self.path_);
+         }},
+        {u"Files", 0, 0,
+         [](Folder& self, const Arguments&) {
+             return Value::OfObject(Make<Files>(self.services_, self.path_));
+         }},
+        {u"SubFolders", 0, 0,
+         [](Folder& self, const Arguments&) {
+             return Value::OfObject(Make<SubFolders>(self.services_, self.path_));
+         }},
+        {u"Copy", 1, 2,
+         [](Folder& self, const Arguments& arguments) {
+             CopyFolders(arguments.GetContext().limit, self.services_, self.path_, PathArgument(arguments, 0),
+                         arguments.BooleanOr(1, true));
+             return Value();
+         }},
+        {u"Delete", 0, 1,
+         [](Folder& self, const Arguments& arguments) {
+             DeleteFolders(arguments.GetContext().limit, self.services_, self.path_,
+                           arguments.BooleanOr(0, false));
+             return Value();
+         }},
+        {u"CreateTextFile", 1, 3,
+         [](Folder& self, const Arguments& arguments) {
+             return Value::OfObject(
+                 CreateTextFile(self.services_, JoinPath(self.path_, PathArgument(arguments, 0)),
+                                arguments.BooleanOr(1, true), arguments.BooleanOr(2, false)));
+         }},
+    });
+    static constexpr auto All = WithSharedRows(Own);
     return All;
 }
 
@@ -375,34 +366,30 @@ private:
 std::span<const Member<Drive>> Drive::Members() {
     using Self = Drive;
     static constexpr int FixedDisk = 2;
-    static constexpr std::array<Member<Self>, 12> All = {
-        {
-         {u"Path", 0, 0, [](Self&, const Arguments&) { return Text(Root); }, nullptr, nullptr,
-             IsDefault::Yes},
-         {u"DriveLetter", 0, 0, Nameless},
-         {u"ShareName", 0, 0, Nameless},
-         {u"VolumeName", 0, 0, Nameless,
-             [](Self&, const Arguments&) -> Value { Raise(FileError::PermissionDenied); }},
-         {u"DriveType", 0, 0, [](Self&, const Arguments&) { return Value::OfLong(FixedDisk); }},
-         {u"FileSystem", 0, 0,
-             [](Self& self, const Arguments&) { return Text(self.Details().fileSystem); }},
-         {u"SerialNumber", 0, 0,
-             [](Self& self, const Arguments&) {
-                 return Value::OfLong(static_cast<std::int32_t>(self.Details().serialNumber));
-             }},
-         {u"IsReady", 0, 0,
-             [](Self& self, const Arguments&) {
-                 return Value::OfBoolean(self.services_.folders.Disk(Root).has_value());
-             }},
-         {u"TotalSize", 0, 0, Size<&DiskDetails::totalBytes>},
-         {u"FreeSpace", 0, 0, Size<&DiskDetails::freeBytes>},
-         {u"AvailableSpace", 0, 0, Size<&DiskDetails::availableBytes>},
-         {u"RootFolder", 0, 0,
-             [](Self& self, const Arguments&) {
-                 return Value::OfObject(MakeFolderObject(self.services_, Root));
-             }},
-         }
-    };
+    static constexpr std::array<Member<Self>, 12> All = {{
+        {u"Path", 0, 0, [](Self&, const Arguments&) { return Text(Root); }, nullptr, nullptr, IsDefault::Yes},
+        {u"DriveLetter", 0, 0, Nameless},
+        {u"ShareName", 0, 0, Nameless},
+        {u"VolumeName", 0, 0, Nameless,
+         [](Self&, const Arguments&) -> Value { Raise(FileError::PermissionDenied); }},
+        {u"DriveType", 0, 0, [](Self&, const Arguments&) { return Value::OfLong(FixedDisk); }},
+        {u"FileSystem", 0, 0, [](Self& self, const Arguments&) { return Text(self.Details().fileSystem); }},
+        {u"SerialNumber", 0, 0,
+         [](Self& self, const Arguments&) {
+             return Value::OfLong(static_cast<std::int32_t>(self.Details().serialNumber));
+         }},
+        {u"IsReady", 0, 0,
+         [](Self& self, const Arguments&) {
+             return Value::OfBoolean(self.services_.folders.Disk(Root).has_value());
+         }},
+        {u"TotalSize", 0, 0, Size<&DiskDetails::totalBytes>},
+        {u"FreeSpace", 0, 0, Size<&DiskDetails::freeBytes>},
+        {u"AvailableSpace", 0, 0, Size<&DiskDetails::availableBytes>},
+        {u"RootFolder", 0, 0,
+         [](Self& self, const Arguments&) {
+             return Value::OfObject(MakeFolderObject(self.services_, Root));
+         }},
+    }};
     return All;
 }
 
@@ -423,17 +410,15 @@ private:
 
 std::span<const Member<Drives>> Drives::Members() {
     using Self = Drives;
-    static constexpr std::array<Member<Self>, 2> All = {
-        {
-         {u"Item", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 if (!IsOnDrive(PathArgument(arguments, 0))) Raise(FileError::DeviceUnavailable);
-                 return Value::OfObject(MakeDrive(self.services_));
-             },
-             nullptr, nullptr, IsDefault::Yes},
-         {u"Count", 0, 0, [](Self&, const Arguments&) { return Value::OfLong(1); }},
-         }
-    };
+    static constexpr std::array<Member<Self>, 2> All = {{
+        {u"Item", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             if (!IsOnDrive(PathArgument(arguments, 0))) Raise(FileError::DeviceUnavailable);
+             return Value::OfObject(MakeDrive(self.services_));
+         },
+         nullptr, nullptr, IsDefault::Yes},
+        {u"Count", 0, 0, [](Self&, const Arguments&) { return Value::OfLong(1); }},
+    }};
     return All;
 }
 

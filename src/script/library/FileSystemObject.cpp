@@ -11,6 +11,7 @@
 #include "script/library/FileOperations.h"
 #include "script/library/FilePaths.h"
 #include "script/library/TextStream.h"
+#include "vbscript/Context.h"
 #include "vbscript/MemberTable.h"
 
 namespace tessaloom::library {
@@ -59,8 +60,8 @@ private:
     template <auto Operation>
     static constexpr Row CopyRow(std::u16string_view name) {
         return {name, 2, 3, [](FileSystemObject& self, const Arguments& arguments) {
-                    Operation(self.services_, PathArgument(arguments, 0), PathArgument(arguments, 1),
-                              arguments.BooleanOr(2, true));
+                    Operation(arguments.GetContext().limit, self.services_, PathArgument(arguments, 0),
+                              PathArgument(arguments, 1), arguments.BooleanOr(2, true));
                     return Value();
                 }};
     }
@@ -68,7 +69,8 @@ private:
     template <auto Operation>
     static constexpr Row MoveRow(std::u16string_view name) {
         return {name, 2, 2, [](FileSystemObject& self, const Arguments& arguments) {
-                    Operation(self.services_, PathArgument(arguments, 0), PathArgument(arguments, 1));
+                    Operation(arguments.GetContext().limit, self.services_, PathArgument(arguments, 0),
+                              PathArgument(arguments, 1));
                     return Value();
                 }};
     }
@@ -76,7 +78,8 @@ private:
     template <auto Operation>
     static constexpr Row DeleteRow(std::u16string_view name) {
         return {name, 1, 2, [](FileSystemObject& self, const Arguments& arguments) {
-                    Operation(self.services_, PathArgument(arguments, 0), arguments.BooleanOr(1, false));
+                    Operation(arguments.GetContext().limit, self.services_, PathArgument(arguments, 0),
+                              arguments.BooleanOr(1, false));
                     return Value();
                 }};
     }
@@ -119,61 +122,59 @@ Ref<Object> DriveOf(const LibraryServices& services, std::string_view path) {
 
 std::span<const Member<FileSystemObject>> FileSystemObject::Members() {
     using Self = FileSystemObject;
-    static constexpr std::array<Row, 27> All = {
-        {
-         {u"BuildPath", 2, 2,
-             [](Self&, const Arguments& arguments) {
-                 return Value::OfUtf8(BuildPath(PathArgument(arguments, 0), PathArgument(arguments, 1)));
-             }},
-         CopyRow<CopyFiles>(u"CopyFile"),
-         CopyRow<CopyFolders>(u"CopyFolder"),
-         ObjectRow<MakeNewFolder>(u"CreateFolder"),
-         {u"CreateTextFile", 1, 3,
-             [](Self& self, const Arguments& arguments) {
-                 return Value::OfObject(CreateTextFile(self.services_, PathArgument(arguments, 0),
-                                                       arguments.BooleanOr(1, true),
-                                                       arguments.BooleanOr(2, false)));
-             }},
-         DeleteRow<DeleteFiles>(u"DeleteFile"),
-         DeleteRow<DeleteFolders>(u"DeleteFolder"),
-         {u"DriveExists", 1, 1,
-             [](Self&, const Arguments& arguments) {
-                 return Value::OfBoolean(IsOnDrive(PathArgument(arguments, 0)));
-             }},
-         {u"Drives", 0, 0,
-             [](Self& self, const Arguments&) { return Value::OfObject(MakeDrives(self.services_)); }},
-         ExistsRow<&FileSystem::FileExists>(u"FileExists"),
-         ExistsRow<&FileSystem::FolderExists>(u"FolderExists"),
-         {u"GetAbsolutePathName", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 return Value::OfUtf8(AbsolutePath(self.services_, PathArgument(arguments, 0)));
-             }},
-         PartRow<BaseName>(u"GetBaseName"),
-         PartRow<DriveName>(u"GetDriveName"),
-         PartRow<ExtensionName>(u"GetExtensionName"),
-         PartRow<FileName>(u"GetFileName"),
-         PartRow<ParentFolderName>(u"GetParentFolderName"),
-         ObjectRow<DriveOf>(u"GetDrive"),
-         ObjectRow<MakeFile>(u"GetFile"),
-         ObjectRow<MakeFolderObject>(u"GetFolder"),
-         {u"GetFileVersion", 1, 1, [](Self&, const Arguments&) { return Value::OfText(u""); }},
-         {u"GetSpecialFolder", 1, 1,
-             [](Self& self, const Arguments& arguments) { return self.SpecialFolder(arguments.Long(0)); }},
-         {u"GetStandardStream", 1, 2,
-             [](Self&, const Arguments& arguments) {
-                 return Value::OfObject(StandardStream(arguments.Long(0)));
-             }},
-         {u"GetTempName", 0, 0, [](Self&, const Arguments&) { return Value::OfUtf8(TemporaryName()); }},
-         MoveRow<MoveFiles>(u"MoveFile"),
-         MoveRow<MoveFolders>(u"MoveFolder"),
-         {u"OpenTextFile", 1, 4,
-             [](Self& self, const Arguments& arguments) {
-                 return Value::OfObject(OpenTextStream(
-                     self.services_, PathArgument(arguments, 0), StreamModeOf(arguments.LongOr(1, 1)),
-                     StreamFormatOf(arguments.LongOr(3, 0)), arguments.BooleanOr(2, false)));
-             }},
-         }
-    };
+    static constexpr std::array<Row, 27> All = {{
+        {u"BuildPath", 2, 2,
+         [](Self&, const Arguments& arguments) {
+             return Value::OfUtf8(BuildPath(PathArgument(arguments, 0), PathArgument(arguments, 1)));
+         }},
+        CopyRow<CopyFiles>(u"CopyFile"),
+        CopyRow<CopyFolders>(u"CopyFolder"),
+        ObjectRow<MakeNewFolder>(u"CreateFolder"),
+        {u"CreateTextFile", 1, 3,
+         [](Self& self, const Arguments& arguments) {
+             return Value::OfObject(CreateTextFile(self.services_, PathArgument(arguments, 0),
+                                                   arguments.BooleanOr(1, true),
+                                                   arguments.BooleanOr(2, false)));
+         }},
+        DeleteRow<DeleteFiles>(u"DeleteFile"),
+        DeleteRow<DeleteFolders>(u"DeleteFolder"),
+        {u"DriveExists", 1, 1,
+         [](Self&, const Arguments& arguments) {
+             return Value::OfBoolean(IsOnDrive(PathArgument(arguments, 0)));
+         }},
+        {u"Drives", 0, 0,
+         [](Self& self, const Arguments&) { return Value::OfObject(MakeDrives(self.services_)); }},
+        ExistsRow<&FileSystem::FileExists>(u"FileExists"),
+        ExistsRow<&FileSystem::FolderExists>(u"FolderExists"),
+        {u"GetAbsolutePathName", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             return Value::OfUtf8(AbsolutePath(self.services_, PathArgument(arguments, 0)));
+         }},
+        PartRow<BaseName>(u"GetBaseName"),
+        PartRow<DriveName>(u"GetDriveName"),
+        PartRow<ExtensionName>(u"GetExtensionName"),
+        PartRow<FileName>(u"GetFileName"),
+        PartRow<ParentFolderName>(u"GetParentFolderName"),
+        ObjectRow<DriveOf>(u"GetDrive"),
+        ObjectRow<MakeFile>(u"GetFile"),
+        ObjectRow<MakeFolderObject>(u"GetFolder"),
+        {u"GetFileVersion", 1, 1, [](Self&, const Arguments&) { return Value::OfText(u""); }},
+        {u"GetSpecialFolder", 1, 1,
+         [](Self& self, const Arguments& arguments) { return self.SpecialFolder(arguments.Long(0)); }},
+        {u"GetStandardStream", 1, 2,
+         [](Self&, const Arguments& arguments) {
+             return Value::OfObject(StandardStream(arguments.Long(0)));
+         }},
+        {u"GetTempName", 0, 0, [](Self&, const Arguments&) { return Value::OfUtf8(TemporaryName()); }},
+        MoveRow<MoveFiles>(u"MoveFile"),
+        MoveRow<MoveFolders>(u"MoveFolder"),
+        {u"OpenTextFile", 1, 4,
+         [](Self& self, const Arguments& arguments) {
+             return Value::OfObject(OpenTextStream(
+                 self.services_, PathArgument(arguments, 0), StreamModeOf(arguments.LongOr(1, 1)),
+                 StreamFormatOf(arguments.LongOr(3, 0)), arguments.BooleanOr(2, false)));
+         }},
+    }};
     return All;
 }
 

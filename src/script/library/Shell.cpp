@@ -27,16 +27,16 @@ std::optional<std::string> FamiliarVariable(const Environment& environment, std:
         Source value;
     };
     static constexpr Row Rows[] = {
-        {"TEMP",         [](const Environment& of) { return of.TemporaryFolder(); }                },
-        {"TMP",          [](const Environment& of) { return of.TemporaryFolder(); }                },
-        {"USERNAME",     [](const Environment& of) { return of.UserName(); }                       },
-        {"COMPUTERNAME", [](const Environment& of) { return of.ComputerName(); }                   },
-        {"USERPROFILE",  [](const Environment& of) { return of.HomeFolder(); }                     },
-        {"HOMEPATH",     [](const Environment& of) { return of.HomeFolder(); }                     },
-        {"HOMEDRIVE",    [](const Environment&) { return std::string(); }                          },
-        {"SYSTEMDRIVE",  [](const Environment&) { return std::string(); }                          },
-        {"APPDATA",      [](const Environment& of) { return JoinPath(of.HomeFolder(), ".config"); }},
-        {"OS",           [](const Environment&) { return std::string("Linux"); }                   },
+        {"TEMP", [](const Environment& of) { return of.TemporaryFolder(); }},
+        {"TMP", [](const Environment& of) { return of.TemporaryFolder(); }},
+        {"USERNAME", [](const Environment& of) { return of.UserName(); }},
+        {"COMPUTERNAME", [](const Environment& of) { return of.ComputerName(); }},
+        {"USERPROFILE", [](const Environment& of) { return of.HomeFolder(); }},
+        {"HOMEPATH", [](const Environment& of) { return of.HomeFolder(); }},
+        {"HOMEDRIVE", [](const Environment&) { return std::string(); }},
+        {"SYSTEMDRIVE", [](const Environment&) { return std::string(); }},
+        {"APPDATA", [](const Environment& of) { return JoinPath(of.HomeFolder(), ".config"); }},
+        {"OS", [](const Environment&) { return std::string("Linux"); }},
     };
     const auto* row =
         std::ranges::find_if(Rows, [&](const Row& known) { return ascii::SameText(known.name, name); });
@@ -95,28 +95,26 @@ private:
 
 std::span<const Member<EnvironmentObject>> EnvironmentObject::Members() {
     using Self = EnvironmentObject;
-    static constexpr std::array<Member<Self>, 4> All = {
-        {
-         {u"Item", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 return Value::OfUtf8(Variable(self.environment_, arguments.Text(0).ToUtf8()).value_or(""));
-             },
-             [](Self& self, const Arguments& arguments) {
-                 const std::string name = SpellingOf(self.environment_, arguments.Text(0).ToUtf8());
-                 const String value = ToText(arguments.GetContext(), arguments.NewValue());
-                 if (!self.environment_.SetVariable(name, value.ToUtf8())) Fail(ErrorCode::InvalidCall);
-                 return Value();
-             },
-             nullptr, IsDefault::Yes},
-         {u"Count", 0, 0, Count},
-         {u"Length", 0, 0, Count},
-         {u"Remove", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 self.environment_.RemoveVariable(SpellingOf(self.environment_, arguments.Text(0).ToUtf8()));
-                 return Value();
-             }},
-         }
-    };
+    static constexpr std::array<Member<Self>, 4> All = {{
+        {u"Item", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             return Value::OfUtf8(Variable(self.environment_, arguments.Text(0).ToUtf8()).value_or(""));
+         },
+         [](Self& self, const Arguments& arguments) {
+             const std::string name = SpellingOf(self.environment_, arguments.Text(0).ToUtf8());
+             const String value = ToText(arguments.GetContext(), arguments.NewValue());
+             if (!self.environment_.SetVariable(name, value.ToUtf8())) Fail(ErrorCode::InvalidCall);
+             return Value();
+         },
+         nullptr, IsDefault::Yes},
+        {u"Count", 0, 0, Count},
+        {u"Length", 0, 0, Count},
+        {u"Remove", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             self.environment_.RemoveVariable(SpellingOf(self.environment_, arguments.Text(0).ToUtf8()));
+             return Value();
+         }},
+    }};
     return All;
 }
 
@@ -126,23 +124,23 @@ struct SpecialFolder {
 };
 
 constexpr SpecialFolder SpecialFolders[] = {
-    {"AllUsersDesktop",   "/usr/share/applications",    ""                 },
-    {"AllUsersStartMenu", "/usr/share/applications",    ""                 },
-    {"AllUsersPrograms",  "/usr/share/applications",    ""                 },
-    {"AllUsersStartup",   "/etc/xdg/autostart",         ""                 },
-    {"Desktop",           "Desktop",                    "XDG_DESKTOP_DIR"  },
-    {"Favorites",         "Favorites",                  ""                 },
-    {"Fonts",             ".local/share/fonts",         ""                 },
-    {"MyDocuments",       "Documents",                  "XDG_DOCUMENTS_DIR"},
-    {"NetHood",           ".local/share/gvfs-metadata", ""                 },
-    {"PrintHood",         ".cups",                      ""                 },
-    {"Programs",          ".local/share/applications",  ""                 },
-    {"Recent",            ".local/share",               ""                 },
-    {"SendTo",            ".local/share",               ""                 },
-    {"StartMenu",         ".local/share/applications",  ""                 },
-    {"Startup",           ".config/autostart",          ""                 },
-    {"Templates",         "Templates",                  "XDG_TEMPLATES_DIR"},
-    {"AppData",           ".config",                    "XDG_CONFIG_HOME"  },
+    {"AllUsersDesktop", "/usr/share/applications", ""},
+    {"AllUsersStartMenu", "/usr/share/applications", ""},
+    {"AllUsersPrograms", "/usr/share/applications", ""},
+    {"AllUsersStartup", "/etc/xdg/autostart", ""},
+    {"Desktop", "Desktop", "XDG_DESKTOP_DIR"},
+    {"Favorites", "Favorites", ""},
+    {"Fonts", ".local/share/fonts", ""},
+    {"MyDocuments", "Documents", "XDG_DOCUMENTS_DIR"},
+    {"NetHood", ".local/share/gvfs-metadata", ""},
+    {"PrintHood", ".cups", ""},
+    {"Programs", ".local/share/applications", ""},
+    {"Recent", ".local/share", ""},
+    {"SendTo", ".local/share", ""},
+    {"StartMenu", ".local/share/applications", ""},
+    {"Startup", ".config/autostart", ""},
+    {"Templates", "Templates", "XDG_TEMPLATES_DIR"},
+    {"AppData", ".config", "XDG_CONFIG_HOME"},
 };
 
 class SpecialFoldersObject final : public TableObject<SpecialFoldersObject> {
@@ -189,13 +187,11 @@ private:
 
 std::span<const Member<SpecialFoldersObject>> SpecialFoldersObject::Members() {
     using Self = SpecialFoldersObject;
-    static constexpr std::array<Member<Self>, 3> All = {
-        {
-         {u"Item", 1, 1, Item, nullptr, nullptr, IsDefault::Yes},
-         {u"Count", 0, 0, Count},
-         {u"Length", 0, 0, Count},
-         }
-    };
+    static constexpr std::array<Member<Self>, 3> All = {{
+        {u"Item", 1, 1, Item, nullptr, nullptr, IsDefault::Yes},
+        {u"Count", 0, 0, Count},
+        {u"Length", 0, 0, Count},
+    }};
     return All;
 }
 
@@ -220,27 +216,25 @@ private:
 
 std::span<const Member<Shell>> Shell::Members() {
     using Self = Shell;
-    static constexpr std::array<Member<Self>, 4> All = {
-        {
-         {u"ExpandEnvironmentStrings", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 return Value::OfUtf8(Expanded(self.services_.environment, arguments.Text(0).ToUtf8()));
-             }},
-         {u"Environment", 0, 1,
-             [](Self& self, const Arguments&) {
-                 return Value::OfObject(Make<EnvironmentObject>(self.services_.environment));
-             }},
-         {u"SpecialFolders", 0, 1,
-             [](Self& self, const Arguments& arguments) {
-                 const auto folders = Make<SpecialFoldersObject>(self.services_.environment);
-                 return arguments.Has(0) ? SpecialFoldersObject::Item(*folders, arguments)
-                                         : Value::OfObject(folders);
-             }},
-         {u"CurrentDirectory", 0, 0,
-             [](Self& self, const Arguments&) { return Value::OfUtf8(self.services_.files.CurrentFolder()); },
-             SetCurrentDirectory},
-         }
-    };
+    static constexpr std::array<Member<Self>, 4> All = {{
+        {u"ExpandEnvironmentStrings", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             return Value::OfUtf8(Expanded(self.services_.environment, arguments.Text(0).ToUtf8()));
+         }},
+        {u"Environment", 0, 1,
+         [](Self& self, const Arguments&) {
+             return Value::OfObject(Make<EnvironmentObject>(self.services_.environment));
+         }},
+        {u"SpecialFolders", 0, 1,
+         [](Self& self, const Arguments& arguments) {
+             const auto folders = Make<SpecialFoldersObject>(self.services_.environment);
+             return arguments.Has(0) ? SpecialFoldersObject::Item(*folders, arguments)
+                                     : Value::OfObject(folders);
+         }},
+        {u"CurrentDirectory", 0, 0,
+         [](Self& self, const Arguments&) { return Value::OfUtf8(self.services_.files.CurrentFolder()); },
+         SetCurrentDirectory},
+    }};
     return All;
 }
 

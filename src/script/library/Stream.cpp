@@ -265,74 +265,71 @@ private:
 
 std::span<const Member<Stream>> Stream::Members() {
     using Self = Stream;
-    static constexpr std::array<Member<Self>, 21> Rows = {
-        {
-         {u"Type", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.type_); },
-             [](Self& self, const Arguments& arguments) {
-                 self.NeedStart();
-                 self.type_ = Choice(arguments, std::array<int, 2>{Binary, Text});
-                 return Value();
-             }},
-         {u"Charset", 0, 0,
-             [](Self& self, const Arguments&) { return Value::OfString(self.charsetName_); }, SetCharset},
-         {u"LineSeparator", 0, 0,
-             [](Self& self, const Arguments&) { return Value::OfLong(self.separator_); },
-             [](Self& self, const Arguments& arguments) {
-                 self.separator_ = Choice(arguments, std::array<int, 3>{CrLf, Lf, Cr});
-                 return Value();
-             }},
-         {u"Mode", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.mode_); },
-             [](Self& self, const Arguments& arguments) {
-                 if (self.open_) Refuse(IsOpen);
-                 self.mode_ = ToLong(arguments.GetContext(), arguments.NewValue());
-                 return Value();
-             }},
-         {u"State", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.open_ ? 1 : 0); }},
-         {u"Position", 0, 0,
-             [](Self& self, const Arguments&) {
-                 self.NeedOpen();
-                 return Number(self.at_);
-             },
-             SetPosition},
-         {u"Size", 0, 0,
-             [](Self& self, const Arguments&) {
-                 self.NeedOpen();
-                 return Number(self.content_.size());
-             }},
-         {u"EOS", 0, 0,
-             [](Self& self, const Arguments&) {
-                 self.NeedOpen();
-                 return Value::OfBoolean(self.at_ >= self.content_.size());
-             }},
-         {u"Open", 0, 5, Open},
-         {u"Close", 0, 0, Close},
-         {u"Read", 0, 1, Read},
-         {u"Write", 1, 1, Write},
-         {u"ReadText", 0, 1,
-             [](Self& self, const Arguments& arguments) {
-                 self.NeedType(Text);
-                 return Value::OfString(self.TakeText(arguments.LongOr(0, All)));
-             }},
-         {u"WriteText", 1, 2, WriteText},
-         {u"SkipLine", 0, 0,
-             [](Self& self, const Arguments&) {
-                 self.NeedType(Text);
-                 self.TakeText(Line);
-                 return Value();
-             }},
-         {u"SetEOS", 0, 0,
-             [](Self& self, const Arguments&) {
-                 self.NeedOpen();
-                 self.Resize(self.at_);
-                 return Value();
-             }},
-         {u"CopyTo", 1, 2, CopyTo},
-         {u"LoadFromFile", 1, 1, Load},
-         {u"SaveToFile", 1, 2, Save},
-         {u"Flush", 0, 0, [](Self&, const Arguments&) { return Value(); }},
-         {u"Cancel", 0, 0, [](Self&, const Arguments&) { return Value(); }},
-         }
-    };
+    static constexpr std::array<Member<Self>, 21> Rows = {{
+        {u"Type", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.type_); },
+         [](Self& self, const Arguments& arguments) {
+             self.NeedStart();
+             self.type_ = Choice(arguments, std::array<int, 2>{Binary, Text});
+             return Value();
+         }},
+        {u"Charset", 0, 0, [](Self& self, const Arguments&) { return Value::OfString(self.charsetName_); },
+         SetCharset},
+        {u"LineSeparator", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.separator_); },
+         [](Self& self, const Arguments& arguments) {
+             self.separator_ = Choice(arguments, std::array<int, 3>{CrLf, Lf, Cr});
+             return Value();
+         }},
+        {u"Mode", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.mode_); },
+         [](Self& self, const Arguments& arguments) {
+             if (self.open_) Refuse(IsOpen);
+             self.mode_ = ToLong(arguments.GetContext(), arguments.NewValue());
+             return Value();
+         }},
+        {u"State", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.open_ ? 1 : 0); }},
+        {u"Position", 0, 0,
+         [](Self& self, const Arguments&) {
+             self.NeedOpen();
+             return Number(self.at_);
+         },
+         SetPosition},
+        {u"Size", 0, 0,
+         [](Self& self, const Arguments&) {
+             self.NeedOpen();
+             return Number(self.content_.size());
+         }},
+        {u"EOS", 0, 0,
+         [](Self& self, const Arguments&) {
+             self.NeedOpen();
+             return Value::OfBoolean(self.at_ >= self.content_.size());
+         }},
+        {u"Open", 0, 5, Open},
+        {u"Close", 0, 0, Close},
+        {u"Read", 0, 1, Read},
+        {u"Write", 1, 1, Write},
+        {u"ReadText", 0, 1,
+         [](Self& self, const Arguments& arguments) {
+             self.NeedType(Text);
+             return Value::OfString(self.TakeText(arguments.LongOr(0, All)));
+         }},
+        {u"WriteText", 1, 2, WriteText},
+        {u"SkipLine", 0, 0,
+         [](Self& self, const Arguments&) {
+             self.NeedType(Text);
+             self.TakeText(Line);
+             return Value();
+         }},
+        {u"SetEOS", 0, 0,
+         [](Self& self, const Arguments&) {
+             self.NeedOpen();
+             self.Resize(self.at_);
+             return Value();
+         }},
+        {u"CopyTo", 1, 2, CopyTo},
+        {u"LoadFromFile", 1, 1, Load},
+        {u"SaveToFile", 1, 2, Save},
+        {u"Flush", 0, 0, [](Self&, const Arguments&) { return Value(); }},
+        {u"Cancel", 0, 0, [](Self&, const Arguments&) { return Value(); }},
+    }};
     return Rows;
 }
 

@@ -20,21 +20,21 @@ struct Named {
 };
 
 constexpr Named Names[] = {
-    {"unicode",         Charset::Utf16         },
-    {"utf-16",          Charset::Utf16         },
-    {"utf-16le",        Charset::Utf16         },
-    {"unicodefffe",     Charset::Utf16BigEndian},
-    {"utf-16be",        Charset::Utf16BigEndian},
-    {"utf-8",           Charset::Utf8          },
-    {"utf8",            Charset::Utf8          },
-    {"_autodetect",     Charset::Utf8OrWindows },
-    {"_autodetect_all", Charset::Utf8OrWindows },
-    {"windows-1252",    Charset::Windows1252   },
-    {"x-ansi",          Charset::Windows1252   },
-    {"iso-8859-1",      Charset::Latin1        },
-    {"latin1",          Charset::Latin1        },
-    {"us-ascii",        Charset::Ascii         },
-    {"ascii",           Charset::Ascii         },
+    {"unicode", Charset::Utf16},
+    {"utf-16", Charset::Utf16},
+    {"utf-16le", Charset::Utf16},
+    {"unicodefffe", Charset::Utf16BigEndian},
+    {"utf-16be", Charset::Utf16BigEndian},
+    {"utf-8", Charset::Utf8},
+    {"utf8", Charset::Utf8},
+    {"_autodetect", Charset::Utf8OrWindows},
+    {"_autodetect_all", Charset::Utf8OrWindows},
+    {"windows-1252", Charset::Windows1252},
+    {"x-ansi", Charset::Windows1252},
+    {"iso-8859-1", Charset::Latin1},
+    {"latin1", Charset::Latin1},
+    {"us-ascii", Charset::Ascii},
+    {"ascii", Charset::Ascii},
 };
 
 String DecodeUtf16(std::string_view bytes, bool bigEndian) {

@@ -95,74 +95,71 @@ std::span<const Member<TextStream>> TextStream::Members() {
         if (count < 0) Raise(FileError::InvalidCall);
         return static_cast<std::size_t>(count);
     };
-    static constexpr std::array<Member<Self>, 13> All = {
-        {
-         {u"Line", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.line_); }},
-         {u"Column", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.column_); }},
-         {u"AtEndOfStream", 0, 0,
-             [](Self& self, const Arguments&) {
-                 self.NeedMode(StreamMode::Reading);
-                 return Value::OfBoolean(self.Rest().empty());
-             }},
-         {u"AtEndOfLine", 0, 0,
-             [](Self& self, const Arguments&) {
-                 self.NeedMode(StreamMode::Reading);
-                 const auto rest = self.Rest();
-                 return Value::OfBoolean(rest.empty() || rest.starts_with(u"\r\n") ||
-                                         rest.starts_with(u'\n'));
-             }},
-         {u"Read", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 self.NeedMore();
-                 return self.Take(CountOf(arguments));
-             }},
-         {u"ReadLine", 0, 0,
-             [](Self& self, const Arguments&) {
-                 self.NeedMore();
-                 return self.TakeLine();
-             }},
-         {u"ReadAll", 0, 0,
-             [](Self& self, const Arguments&) {
-                 self.NeedMore();
-                 return self.Take(std::u16string_view::npos);
-             }},
-         {u"Skip", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 self.NeedMore();
-                 self.Take(CountOf(arguments));
-                 return Value();
-             }},
-         {u"SkipLine", 0, 0,
-             [](Self& self, const Arguments&) {
-                 self.NeedMore();
-                 self.TakeLine();
-                 return Value();
-             }},
-         {u"Write", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 self.Put(arguments.Text(0).View());
-                 return Value();
-             }},
-         {u"WriteLine", 0, 1,
-             [](Self& self, const Arguments& arguments) {
-                 self.Put(arguments.TextOr(0, u"").View());
-                 self.Put(u"\r\n");
-                 return Value();
-             }},
-         {u"WriteBlankLines", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 const std::size_t lines = CountOf(arguments);
-                 if (lines > MostBlankLines) Raise(FileError::InvalidCall);
-                 for (std::size_t i = 0; i < lines; ++i) self.Put(u"\r\n");
-                 return Value();
-             }},
-         {u"Close", 0, 0,
-             [](Self& self, const Arguments&) {
-                 self.Close();
-                 return Value();
-             }},
-         }
-    };
+    static constexpr std::array<Member<Self>, 13> All = {{
+        {u"Line", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.line_); }},
+        {u"Column", 0, 0, [](Self& self, const Arguments&) { return Value::OfLong(self.column_); }},
+        {u"AtEndOfStream", 0, 0,
+         [](Self& self, const Arguments&) {
+             self.NeedMode(StreamMode::Reading);
+             return Value::OfBoolean(self.Rest().empty());
+         }},
+        {u"AtEndOfLine", 0, 0,
+         [](Self& self, const Arguments&) {
+             self.NeedMode(StreamMode::Reading);
+             const auto rest = self.Rest();
+             return Value::OfBoolean(rest.empty() || rest.starts_with(u"\r\n") || rest.starts_with(u'\n'));
+         }},
+        {u"Read", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             self.NeedMore();
+             return self.Take(CountOf(arguments));
+         }},
+        {u"ReadLine", 0, 0,
+         [](Self& self, const Arguments&) {
+             self.NeedMore();
+             return self.TakeLine();
+         }},
+        {u"ReadAll", 0, 0,
+         [](Self& self, const Arguments&) {
+             self.NeedMore();
+             return self.Take(std::u16string_view::npos);
+         }},
+        {u"Skip", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             self.NeedMore();
+             self.Take(CountOf(arguments));
+             return Value();
+         }},
+        {u"SkipLine", 0, 0,
+         [](Self& self, const Arguments&) {
+             self.NeedMore();
+             self.TakeLine();
+             return Value();
+         }},
+        {u"Write", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             self.Put(arguments.Text(0).View());
+             return Value();
+         }},
+        {u"WriteLine", 0, 1,
+         [](Self& self, const Arguments& arguments) {
+             self.Put(arguments.TextOr(0, u"").View());
+             self.Put(u"\r\n");
+             return Value();
+         }},
+        {u"WriteBlankLines", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             const std::size_t lines = CountOf(arguments);
+             if (lines > MostBlankLines) Raise(FileError::InvalidCall);
+             for (std::size_t i = 0; i < lines; ++i) self.Put(u"\r\n");
+             return Value();
+         }},
+        {u"Close", 0, 0,
+         [](Self& self, const Arguments&) {
+             self.Close();
+             return Value();
+         }},
+    }};
     return All;
 }
 

@@ -89,6 +89,7 @@ private:
 
     /// Takes in what has come meanwhile.
     void Notice(Context& context) {
+        const Ref<XmlHttp> alive(this);  // whatever the listener does
         if (sent_ && !taken_) transfers_.Poll();
         if (sent_ && !taken_ && !transfer_->StillExecuting()) Take();
         Tell(context);
@@ -261,63 +262,61 @@ private:
 std::span<const Member<XmlHttp>> XmlHttp::Members() {
     using Self = XmlHttp;
     static constexpr auto Ignored = [](Self&, const Arguments&) { return Value(); };
-    static constexpr std::array<Member<Self>, 20> All = {
-        {
-         {u"open", 2, 5, Open},
-         {u"setRequestHeader", 2, 2, SetRequestHeader},
-         {u"send", 0, 1, Send},
-         {u"abort", 0, 0, Abort},
-         {u"readyState", 0, 0,
-             [](Self& self, const Arguments& arguments) {
-                 self.Notice(arguments.GetContext());
-                 return Value::OfLong(self.State());
-             }},
-         {u"status", 0, 0,
-             [](Self& self, const Arguments& arguments) {
-                 self.NeedAnswer(arguments.GetContext());
-                 return Value::OfLong(self.head_.status);
-             }},
-         {u"statusText", 0, 0,
-             [](Self& self, const Arguments& arguments) {
-                 self.NeedAnswer(arguments.GetContext());
-                 return Value::OfUtf8(self.head_.statusText);
-             }},
-         {u"responseText", 0, 0,
-             [](Self& self, const Arguments& arguments) {
-                 self.NeedAnswer(arguments.GetContext());
-                 return Value::OfString(DecodeText(self.body_, CharsetOf(self.head_.headers)));
-             }},
-         {u"responseBody", 0, 0,
-             [](Self& self, const Arguments& arguments) {
-                 self.NeedAnswer(arguments.GetContext());
-                 return Value::OfArray(Array::OfBytes(self.body_));
-             }},
-         {u"responseXML", 0, 0, [](Self&, const Arguments&) { return Value::Nothing(); }},
-         {u"getResponseHeader", 1, 1,
-             [](Self& self, const Arguments& arguments) {
-                 self.NeedAnswer(arguments.GetContext());
-                 return Value::OfUtf8(HeaderNamed(self.head_.headers, arguments.Text(0).ToUtf8()));
-             }},
-         {u"getAllResponseHeaders", 0, 0,
-             [](Self& self, const Arguments& arguments) {
-                 self.NeedAnswer(arguments.GetContext());
-                 return Value::OfUtf8(self.head_.headers);
-             }},
-         {u"onreadystatechange", 0, 0, [](Self& self, const Arguments&) { return self.listener_; },
-             SetListener, SetListener},
-         {u"setTimeouts", 4, 4, SetTimeouts},
-         {u"waitForResponse", 0, 1,
-             [](Self& self, const Arguments& arguments) {
-                 const double seconds = arguments.Has(0) ? arguments.Double(0) : 0;
-                 return Value::OfBoolean(self.Wait(arguments.GetContext(), std::max(seconds, 0.0)));
-             }},
-         {u"setOption", 2, 2, SetOption},
-         {u"getOption", 1, 1, [](Self&, const Arguments&) { return Value::OfLong(0); }},
-         {u"option", 1, 1, [](Self&, const Arguments&) { return Value::OfLong(0); }, SetOption},
-         {u"setProxy", 1, 3, Ignored},
-         {u"setProxyCredentials", 2, 2, Ignored},
-         }
-    };
+    static constexpr std::array<Member<Self>, 20> All = {{
+        {u"open", 2, 5, Open},
+        {u"setRequestHeader", 2, 2, SetRequestHeader},
+        {u"send", 0, 1, Send},
+        {u"abort", 0, 0, Abort},
+        {u"readyState", 0, 0,
+         [](Self& self, const Arguments& arguments) {
+             self.Notice(arguments.GetContext());
+             return Value::OfLong(self.State());
+         }},
+        {u"status", 0, 0,
+         [](Self& self, const Arguments& arguments) {
+             self.NeedAnswer(arguments.GetContext());
+             return Value::OfLong(self.head_.status);
+         }},
+        {u"statusText", 0, 0,
+         [](Self& self, const Arguments& arguments) {
+             self.NeedAnswer(arguments.GetContext());
+             return Value::OfUtf8(self.head_.statusText);
+         }},
+        {u"responseText", 0, 0,
+         [](Self& self, const Arguments& arguments) {
+             self.NeedAnswer(arguments.GetContext());
+             return Value::OfString(DecodeText(self.body_, CharsetOf(self.head_.headers)));
+         }},
+        {u"responseBody", 0, 0,
+         [](Self& self, const Arguments& arguments) {
+             self.NeedAnswer(arguments.GetContext());
+             return Value::OfArray(Array::OfBytes(self.body_));
+         }},
+        {u"responseXML", 0, 0, [](Self&, const Arguments&) { return Value::Nothing(); }},
+        {u"getResponseHeader", 1, 1,
+         [](Self& self, const Arguments& arguments) {
+             self.NeedAnswer(arguments.GetContext());
+             return Value::OfUtf8(HeaderNamed(self.head_.headers, arguments.Text(0).ToUtf8()));
+         }},
+        {u"getAllResponseHeaders", 0, 0,
+         [](Self& self, const Arguments& arguments) {
+             self.NeedAnswer(arguments.GetContext());
+             return Value::OfUtf8(self.head_.headers);
+         }},
+        {u"onreadystatechange", 0, 0, [](Self& self, const Arguments&) { return self.listener_; },
+         SetListener, SetListener},
+        {u"setTimeouts", 4, 4, SetTimeouts},
+        {u"waitForResponse", 0, 1,
+         [](Self& self, const Arguments& arguments) {
+             const double seconds = arguments.Has(0) ? arguments.Double(0) : 0;
+             return Value::OfBoolean(self.Wait(arguments.GetContext(), std::max(seconds, 0.0)));
+         }},
+        {u"setOption", 2, 2, SetOption},
+        {u"getOption", 1, 1, [](Self&, const Arguments&) { return Value::OfLong(0); }},
+        {u"option", 1, 1, [](Self&, const Arguments&) { return Value::OfLong(0); }, SetOption},
+        {u"setProxy", 1, 3, Ignored},
+        {u"setProxyCredentials", 2, 2, Ignored},
+    }};
     return All;
 }
 

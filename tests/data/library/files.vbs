@@ -73,3 +73,4 @@ fso.CopyFile "one\a.txt", "no\" : Fails 76                   ' expect: True
 fso.MoveFile "one\a.txt", "one\u.txt" : Fails 58             ' expect: True
 fso.CopyFolder "one", "one\in" : Fails 70                    ' expect: True
 fso.GetFile("one\a.txt").Name = "../up" : Fails 5            ' expect: True
+Set f = fso.CreateFolder("five") : fso.DeleteFolder "five" : Say f.DateCreated : Fails 76  ' expect: True
