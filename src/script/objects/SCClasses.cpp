@@ -180,9 +180,10 @@ void ShowDiffFrame(SCObject& self) { ModelAt<MotionDetect>(self.Place()).SetShow
 
 /// A server that cannot listen says so in a box, which is not the script's time.
 Value SetServerEnabled(SCObject& self, const Arguments& arguments) {
+    const SCPlace place = self.Place();
     const bool enabled = arguments.Boolean(0);
     const vbscript::TimeLimit::Pause pause(arguments.GetContext().limit);
-    ModelAt<WebServer>(self.Place()).SetEnabled(enabled);
+    ModelAt<WebServer>(place).SetEnabled(enabled);
     return {};
 }
 
@@ -203,25 +204,25 @@ Value SetScheduleObject(SCObject& self, const Arguments& arguments) {
 // --- The table ---
 
 // clang-format off
-constexpr SCRow MainMembers[] = {
+constexpr SCMember MainMembers[] = {
     ReadOnly<MainPortfolio>                              (u"Portfolio"),
     ReadOnly<MaxCanvas>                                  (u"MaxCanvas"),
     ReadOnly<MaxText>                                    (u"MaxText"),
     ReadOnly<MaxGraphic>                                 (u"MaxGraphic"),
-    {u"vbFormat", 1, 2, vbFormat},
+    {{u"vbFormat", 1, 2, vbFormat}, {}},
     ReadOnly<CurrentClock>                               (u"CurrentClock"),
     ReadOnly<Sunrise>                                    (u"Sunrise"),
     ReadOnly<Sunset>                                     (u"Sunset"),
     Property<LoadLastOnStartup, SetLoadLastOnStartup>    (u"LoadLastOnStartup"),
     Property<LoadLastFileName, SetLoadLastFileName>      (u"LoadLastFileName"),
-    {u"SaveAll", 0, 0, SaveAll},
-    {u"SavePortfolio", 0, 0, SavePortfolio},
+    {{u"SaveAll", 0, 0, SaveAll}, {}},
+    {{u"SavePortfolio", 0, 0, SavePortfolio}, {}},
     Method<ExitApp>                                      (u"ExitApp"),
     Property<CancelShutdown, SetCancelShutdown>          (u"CancelShutdown"),
     Method<BeepMe>                                       (u"BeepMe"),
 };
 
-constexpr SCRow PortfolioMembers[] = {
+constexpr SCMember PortfolioMembers[] = {
     ReadOnly<Element<SCKind::Canvas, Canvas, &SCPlace::canvas, Canvases>>   (u"Canvas"),
     ReadOnly<Element<SCKind::VideoFeed, VideoFeed, &SCPlace::index, Feeds>> (u"VideoFeed"),
     ReadOnly<PartOf<SCKind::WebServer, Server>>                             (u"WebServer"),
@@ -231,7 +232,7 @@ constexpr SCRow PortfolioMembers[] = {
     ReadOnly<&Portfolio::CycleTime>                                         (u"CycleTime"),
 };
 
-constexpr SCRow CanvasMembers[] = {
+constexpr SCMember CanvasMembers[] = {
     WriteOnly<MoveToCanvas>                                              (u"Index"),
     ReadOnly<Element<SCKind::Text, Text, &SCPlace::index, Texts>>          (u"Text"),
     ReadOnly<Element<SCKind::Graphic, Graphic, &SCPlace::index, Graphics>> (u"Graphic"),
@@ -247,12 +248,12 @@ constexpr SCRow CanvasMembers[] = {
     Property<&Canvas::BackgroundColor, &Canvas::SetBackgroundColor>      (u"BackgroundColor"),
     Property<&Canvas::ShadowIntensity, &Canvas::SetShadowIntensity>      (u"ShadowIntensity"),
     Property<&Canvas::FormType, &Canvas::SetFormType>                    (u"WindowMode"),
-    {u"Save", 0, 0, SaveCanvas},
+    {{u"Save", 0, 0, SaveCanvas}, {}},
     Method<&Canvas::ForceRedraw>                                         (u"ForceRedraw"),
     Method<&Canvas::ForceReload>                                         (u"ForceReload"),
 };
 
-constexpr SCRow TextMembers[] = {
+constexpr SCMember TextMembers[] = {
     WriteOnly<MoveTo<&SCPlace::index>>                       (u"Index"),
     WriteOnly<MoveTo<&SCPlace::canvas>>                      (u"CanvasValue"),
     Property<&Text::Value, &Text::SetValue>                  (u"Text"),
@@ -283,7 +284,7 @@ constexpr SCRow TextMembers[] = {
     Method<&Text::ForceUpdate>                               (u"ForceUpdate"),
 };
 
-constexpr SCRow GraphicMembers[] = {
+constexpr SCMember GraphicMembers[] = {
     WriteOnly<MoveTo<&SCPlace::index>>                              (u"Index"),
     WriteOnly<MoveTo<&SCPlace::canvas>>                             (u"CanvasValue"),
     Property<&Graphic::Enabled, &Graphic::SetEnabled>               (u"Enabled"),
@@ -326,7 +327,7 @@ constexpr SCRow GraphicMembers[] = {
     Method<&Graphic::ForceUpdate>                                   (u"ForceUpdate"),
 };
 
-constexpr SCRow VideoFeedMembers[] = {
+constexpr SCMember VideoFeedMembers[] = {
     WriteOnly<MoveTo<&SCPlace::index>>                          (u"Index"),
     Property<&VideoFeed::Enabled, &VideoFeed::SetEnabled>       (u"Enabled"),
     ReadOnly<&VideoFeed::Width>                                 (u"Width"),
@@ -338,7 +339,7 @@ constexpr SCRow VideoFeedMembers[] = {
     ReadOnly<PartOf<SCKind::MotionDetect, 0>>                   (u"MotionDetect"),
 };
 
-constexpr SCRow MotionDetectMembers[] = {
+constexpr SCMember MotionDetectMembers[] = {
     WriteOnly<MoveTo<&SCPlace::index>>                                                   (u"Index"),
     Property<&MotionDetect::Enabled, &MotionDetect::SetEnabled>                          (u"Enabled"),
     Method<ShowDiffFrame>                                                                (u"ShowDiffFrame"),
@@ -361,7 +362,7 @@ constexpr SCRow MotionDetectMembers[] = {
     Property<&MotionDetect::ShowDiffImageCoverage, &MotionDetect::SetShowDiffImageCoverage>(u"ShowCoverageSize"),
 };
 
-constexpr SCRow VWSMembers[] = {
+constexpr SCMember VWSMembers[] = {
     Property<&VWS::CSVEnabled, &VWS::SetCSVEnabled>                                     (u"Enabled"),
     Property<&VWS::CSVDelay, &VWS::SetCSVDelay>                                         (u"Rate"),
     Property<&VWS::CSVBaseTime, &VWS::SetCSVBaseTime>                                   (u"BaseTime"),
@@ -381,14 +382,14 @@ constexpr SCRow VWSMembers[] = {
     Property<&VWS::CSVDatabase, &VWS::SetCSVDatabase>                                   (u"DatabaseData"),
 };
 
-constexpr SCRow WebServerMembers[] = {
+constexpr SCMember WebServerMembers[] = {
     Property<&WebServer::AllowNonCanvasServes, &WebServer::SetAllowNonCanvasServes>(u"AllowNonCanvasServes"),
-    {u"Enabled", 0, 0, sc::Called<&WebServer::Enabled>, SetServerEnabled},
+    {{u"Enabled", 0, 0, sc::Call<&WebServer::Enabled>, SetServerEnabled}, {}},
     Property<&WebServer::WebPath, &WebServer::SetWebPath>                          (u"RootPath"),
     Property<&WebServer::Port, &WebServer::SetPort>                                (u"Port"),
 };
 
-constexpr SCRow FTPPushMembers[] = {
+constexpr SCMember FTPPushMembers[] = {
     WriteOnly<MoveTo<&SCPlace::canvas>>                                   (u"CanvasValue"),
     Property<&FTPPush::Enabled, &FTPPush::SetEnabled>                     (u"Enabled"),
     Property<&FTPPush::BaseTime, &FTPPush::SetBaseTime>                   (u"BaseTime"),
@@ -408,7 +409,7 @@ constexpr SCRow FTPPushMembers[] = {
     ReadOnly<PartOf<SCKind::Schedule, 0>>                                 (u"Schedule"),
 };
 
-constexpr SCRow CanvasWebServerMembers[] = {
+constexpr SCMember CanvasWebServerMembers[] = {
     WriteOnly<MoveTo<&SCPlace::canvas>>                               (u"CanvasValue"),
     Property<&CanvasWebServer::Enabled, &CanvasWebServer::SetEnabled>   (u"Enabled"),
     Property<&CanvasWebServer::FileName, &CanvasWebServer::SetFileName> (u"FileName"),
@@ -417,7 +418,7 @@ constexpr SCRow CanvasWebServerMembers[] = {
     ReadOnly<PartOf<SCKind::Schedule, 0>>                             (u"Schedule"),
 };
 
-constexpr SCRow WallpaperMembers[] = {
+constexpr SCMember WallpaperMembers[] = {
     WriteOnly<MoveTo<&SCPlace::canvas>>                                          (u"CanvasValue"),
     Property<&CanvasSaves::BackgroundEnabled, &CanvasSaves::SetBackgroundEnabled>  (u"Enabled"),
     Property<&CanvasSaves::BackgroundRate, &CanvasSaves::SetBackgroundRate>        (u"Rate"),
@@ -425,7 +426,7 @@ constexpr SCRow WallpaperMembers[] = {
     ReadOnly<PartOf<SCKind::Schedule, 0>>                                        (u"Schedule"),
 };
 
-constexpr SCRow AutoSaveMembers[] = {
+constexpr SCMember AutoSaveMembers[] = {
     WriteOnly<MoveTo<&SCPlace::canvas>>                                          (u"CanvasValue"),
     Property<&CanvasSaves::FixedEnabled, &CanvasSaves::SetFixedEnabled>            (u"FixedEnabled"),
     Property<&CanvasSaves::FixedRate, &CanvasSaves::SetFixedRate>                  (u"FixedRate"),
@@ -446,8 +447,8 @@ constexpr SCRow AutoSaveMembers[] = {
     ReadOnly<PartOf<SCKind::Schedule, 1>>                                        (u"SequentialSchedule"),
 };
 
-constexpr SCRow ScheduleMembers[] = {
-    {u"ScheduleObject", 0, 0, nullptr, nullptr, SetScheduleObject},
+constexpr SCMember ScheduleMembers[] = {
+    {{u"ScheduleObject", 0, 0, nullptr, nullptr, SetScheduleObject}, {}},
     Property<&Schedule::ScheduleMode, &Schedule::SetScheduleMode>              (u"ScheduleMode"),
     Property<&Schedule::StartMode, &Schedule::SetStartMode>                    (u"StartMode"),
     Property<&Schedule::StopMode, &Schedule::SetStopMode>                      (u"StopMode"),

@@ -16,8 +16,6 @@
 /// came. Arguments convert as the language has it; a std::optional may be left out.
 namespace tessaloom {
 
-using SCRow = vbscript::Member<SCObject>;
-
 namespace sc {
 
 using vbscript::Arguments;
@@ -41,21 +39,26 @@ template <typename T>
 inline constexpr bool IsOptional<std::optional<T>> = true;
 
 template <typename T>
-T Converted(const Arguments& arguments, std::size_t index) {
+T Converted(vbscript::Context& context, const Value& value) {
+    if constexpr (std::is_same_v<T, bool>)
+        return vbscript::ToBoolean(context, value);
+    else if constexpr (std::is_same_v<T, int>)
+        return vbscript::ToIndex(context, value);
+    else if constexpr (std::is_same_v<T, float>)
+        return vbscript::ToSingle(context, value);
+    else if constexpr (std::is_same_v<T, double>)
+        return vbscript::ToDouble(context, value);
+    else
+        return vbscript::ToText(context, value).ToUtf8();
+}
+
+template <typename T>
+T Argument(const Arguments& arguments, std::size_t index) {
     if constexpr (IsOptional<T>) {
         if (!arguments.Has(index)) return std::nullopt;
-        return Converted<typename T::value_type>(arguments, index);
-    } else if constexpr (std::is_same_v<T, bool>) {
-        return arguments.Boolean(index);
-    } else if constexpr (std::is_same_v<T, int>) {
-        return vbscript::ToIndex(arguments.GetContext(), arguments[index]);
-    } else if constexpr (std::is_same_v<T, float>) {
-        return vbscript::ToSingle(arguments.GetContext(), arguments[index]);
-    } else if constexpr (std::is_same_v<T, double>) {
-        return arguments.Double(index);
+        return Converted<typename T::value_type>(arguments.GetContext(), arguments[index]);
     } else {
-        static_assert(std::is_same_v<T, std::string>);
-        return arguments.Text(index).ToUtf8();
+        return Converted<T>(arguments.GetContext(), arguments[index]);
     }
 }
 
@@ -77,12 +80,9 @@ Value ResultOf(Call call) {
     }
 }
 
-/// Takes a function apart: how it is called, and with how many arguments.
-template <typename Function>
-struct Use;
-
-template <typename R, typename... P>
-struct UseWith {
+/// What a function takes.
+template <typename... P>
+struct Parameters {
     static constexpr int most = sizeof...(P);
     static constexpr int least = (0 + ... + (IsOptional<Stored<P>> ? 0 : 1));
 
@@ -90,20 +90,28 @@ struct UseWith {
     template <typename Call>
     static Value Run(const Arguments& arguments, Call call) {
         return [&]<std::size_t... i>(std::index_sequence<i...>) {
-            const std::tuple<Stored<P>...> values{Converted<Stored<P>>(arguments, i)...};
+            const std::tuple<Stored<P>...> values{Argument<Stored<P>>(arguments, i)...};
             return ResultOf([&]() -> decltype(auto) { return call(std::get<i>(values)...); });
         }
         (std::index_sequence_for<P...>());
     }
+
+    /// The same with the one value that the short way has.
+    template <typename Call>
+    static void RunPlain(vbscript::Context& context, const Value& value, Call call) {
+        if constexpr (sizeof...(P) == 1) call(Converted<Stored<P>...>(context, value));
+    }
 };
 
+/// How a function is called for a wrapper.
+template <typename Function>
+struct Use;
+
 template <typename R, typename Model, typename... P>
-struct Use<R (Model::*)(P...)> : UseWith<R, P...> {
-    template <auto Function>
-    static Value Call(SCObject& self, const Arguments& arguments) {
-        return UseWith<R, P...>::Run(arguments, [&](const auto&... values) -> decltype(auto) {
-            return (ModelAt<Model>(self.Place()).*Function)(values...);
-        });
+struct Use<R (Model::*)(P...)> : Parameters<P...> {
+    template <auto Function, typename... Values>
+    static R Apply(SCObject& self, const Values&... values) {
+        return (ModelAt<Model>(self.Place()).*Function)(values...);
     }
 };
 
@@ -111,43 +119,73 @@ template <typename R, typename Model, typename... P>
 struct Use<R (Model::*)(P...) const> : Use<R (Model::*)(P...)> {};
 
 template <typename R, typename... P>
-struct Use<R (*)(SCObject&, P...)> : UseWith<R, P...> {
-    template <auto Function>
-    static Value Call(SCObject& self, const Arguments& arguments) {
-        return UseWith<R, P...>::Run(
-            arguments, [&](const auto&... values) -> decltype(auto) { return Function(self, values...); });
+struct Use<R (*)(SCObject&, P...)> : Parameters<P...> {
+    template <auto Function, typename... Values>
+    static R Apply(SCObject& self, const Values&... values) {
+        return Function(self, values...);
     }
 };
 
 template <auto Function>
 using UseOf = Use<decltype(Function)>;
+
 template <auto Function>
-inline constexpr SCRow::Function Called = &UseOf<Function>::template Call<Function>;
+Value Call(SCObject& self, const Arguments& arguments) {
+    return UseOf<Function>::Run(arguments, [&](const auto&... values) -> decltype(auto) {
+        return UseOf<Function>::template Apply<Function>(self, values...);
+    });
+}
+
+template <auto Get>
+Value PlainGet(vbscript::Object& self, vbscript::Context&) {
+    return ResultOf(
+        [&]() -> decltype(auto) { return UseOf<Get>::template Apply<Get>(static_cast<SCObject&>(self)); });
+}
+
+template <auto Set>
+void PlainLet(vbscript::Object& self, vbscript::Context& context, const Value& value) {
+    UseOf<Set>::RunPlain(context, value, [&](const auto& converted) {
+        UseOf<Set>::template Apply<Set>(static_cast<SCObject&>(self), converted);
+    });
+}
 
 }  // namespace sc
 
 /// A property to be read and assigned to. An indexed one takes its index before the new value.
 template <auto Get, auto Set>
-constexpr SCRow Property(std::u16string_view name) {
+constexpr SCMember Property(std::u16string_view name) {
     using Getter = sc::UseOf<Get>;
     static_assert(Getter::most + 1 == sc::UseOf<Set>::most, "the setter takes one argument more");
-    return {name, Getter::least, Getter::most, sc::Called<Get>, sc::Called<Set>};
+    SCMember row{
+        {name,           Getter::least, Getter::most, sc::Call<Get>, sc::Call<Set>},
+        {}
+    };
+    if constexpr (Getter::most == 0) row.plain = {sc::PlainGet<Get>, sc::PlainLet<Set>};
+    return row;
 }
 
 /// A property to be read, or a method.
 template <auto Get>
-constexpr SCRow ReadOnly(std::u16string_view name) {
-    return {name, sc::UseOf<Get>::least, sc::UseOf<Get>::most, sc::Called<Get>};
+constexpr SCMember ReadOnly(std::u16string_view name) {
+    SCMember row{
+        {name,                  sc::UseOf<Get>::least, sc::UseOf<Get>::most, sc::Call<Get>},
+        {            }
+    };
+    if constexpr (sc::UseOf<Get>::most == 0) row.plain.get = sc::PlainGet<Get>;
+    return row;
 }
 template <auto Function>
-constexpr SCRow Method(std::u16string_view name) {
+constexpr SCMember Method(std::u16string_view name) {
     return ReadOnly<Function>(name);
 }
 
 /// A property to be assigned to only.
 template <auto Set>
-constexpr SCRow WriteOnly(std::u16string_view name) {
-    return {name, 0, 0, nullptr, sc::Called<Set>};
+constexpr SCMember WriteOnly(std::u16string_view name) {
+    return {
+        {name,           0, 0, nullptr, sc::Call<Set>},
+        {}
+    };
 }
 
 }  // namespace tessaloom

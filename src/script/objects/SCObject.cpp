@@ -22,10 +22,14 @@ int SCObject::Find(std::u16string_view name) {
     return static_cast<int>(found - class_.members.begin()) + 1;
 }
 
+const PlainMember* SCObject::Plain(int member) const {
+    return &class_.members[static_cast<std::size_t>(member) - 1].plain;
+}
+
 Value SCObject::Invoke(Context& context, int member, CallKind kind, std::span<Value> arguments) {
     const auto row = static_cast<std::size_t>(member) - 1;
     if (row >= class_.members.size()) vbscript::Fail(ErrorCode::NoSuchMember);
-    const Member<SCObject>& use = class_.members[row];
+    const SCMember& use = class_.members[row];
     const bool assigns = kind == CallKind::Let || kind == CallKind::Set;
     const auto function = !assigns ? use.get : kind == CallKind::Let ? use.let : use.set;
     if (!function) vbscript::Fail(ErrorCode::NoSuchMember);

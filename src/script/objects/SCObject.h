@@ -28,10 +28,15 @@ enum class SCKind {
 
 class SCObject;
 
+/// A member of one kind, with the short way to it where it is a property without arguments.
+struct SCMember : vbscript::Member<SCObject> {
+    vbscript::PlainMember plain;
+};
+
 /// What all objects of one kind have in common: their name and their members (numbered from 1).
 struct SCClass {
     std::u16string_view name;
-    std::span<const vbscript::Member<SCObject>> members;
+    std::span<const SCMember> members;
 };
 
 /// The one table of classes and members.
@@ -67,6 +72,7 @@ public:
     vbscript::Value Invoke(vbscript::Context& context, int member, vbscript::CallKind kind,
                            std::span<vbscript::Value> arguments) override;
     const void* Shape() const override { return &class_; }
+    const vbscript::PlainMember* Plain(int member) const override;
 
 private:
     const SCClass& class_;
