@@ -59,6 +59,7 @@ Machine::Machine(Host& host)
 
 Machine::~Machine() {
     Reset();
+    for (std::size_t i = 0; i < program_.symbols.Count(); ++i) stack_.get()[i] = Value();  // the new Err
     *self_ = nullptr;
 }
 
