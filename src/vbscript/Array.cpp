@@ -56,6 +56,15 @@ Ref<Array> Array::OfValues(std::span<const Value> values) {
     return array;
 }
 
+Ref<Array> Array::OfValues(std::vector<Value>&& values) {
+    const Ref<Array> array = OfCount(0);
+    MemoryBudget::Charge(values.size() * sizeof(Value));
+    array->elements_ = std::move(values);
+    array->upperBounds_ = {static_cast<int>(array->elements_.size()) - 1};
+    array->lineCount_ = static_cast<std::uint32_t>(array->elements_.size());
+    return array;
+}
+
 Array::~Array() { MemoryBudget::GiveBack(elements_.size() * sizeof(Value)); }
 
 int Array::UpperBound(int dimension) const {

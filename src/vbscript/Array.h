@@ -29,6 +29,7 @@ public:
     static Ref<Array> OfBytes(std::string_view bytes);
 
     static Ref<Array> OfValues(std::span<const Value> values);
+    static Ref<Array> OfValues(std::vector<Value>&& values);  ///< Takes them over.
 
     ~Array() override;
 

@@ -104,7 +104,7 @@ Value Replace(Context& context, std::span<Value> values) {
     return Value::OfString(out);
 }
 
-Value OfTexts(const std::vector<Value>& texts) { return Value::OfArray(Array::OfValues(texts)); }
+Value OfTexts(std::vector<Value>&& texts) { return Value::OfArray(Array::OfValues(std::move(texts))); }
 
 Value Split(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
@@ -112,7 +112,7 @@ Value Split(Context& context, std::span<Value> values) {
     const bool ignoreCase = IgnoresCase(of, 3);
     const Searched text(of.Text(0), ignoreCase), delimiter(of.TextOr(1, u" "), ignoreCase);
     std::vector<Value> parts;
-    if (text.View().empty() || times == 0) return OfTexts(parts);
+    if (text.View().empty() || times == 0) return OfTexts(std::move(parts));
     std::size_t from = 0;
     while (!delimiter.View().empty() && parts.size() + 1 < times) {
         const std::size_t found = text.View().find(delimiter.View(), from);
@@ -121,7 +121,7 @@ Value Split(Context& context, std::span<Value> values) {
         from = found + delimiter.View().size();
     }
     parts.push_back(Value::OfText(text.Original().substr(from)));
-    return OfTexts(parts);
+    return OfTexts(std::move(parts));
 }
 
 /// The elements of an array of one dimension.
@@ -164,7 +164,7 @@ Value Filter(Context& context, std::span<Value> values) {
         if ((text.View().find(wanted.View()) != NotFound) == include)
             kept.push_back(Value::OfText(text.Original()));
     }
-    return OfTexts(kept);
+    return OfTexts(std::move(kept));
 }
 
 constexpr Builtin Functions[] = {
