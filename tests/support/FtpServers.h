@@ -117,6 +117,8 @@ private:
     }
 
     void StartSshd() {
+        const passwd* user = ::getpwuid(::getuid());
+        if (!user || std::string_view(user->pw_shell).ends_with("nologin")) return;
         if (getuid() == 0) ::mkdir("/run/sshd", 0755);
         if (!Shell("cd '" + folder_.Path() +
                    "' && ssh-keygen -q -t ed25519 -N '' -f host && "
