@@ -1,5 +1,6 @@
 #include "platform/ffmpeg/StreamReader.h"
 
+#include <algorithm>
 #include <cerrno>
 
 #include "platform/PictureLimits.h"
@@ -8,8 +9,11 @@ namespace tessaloom {
 
 namespace {
 
-/// How long a source may take until its next picture.
-constexpr std::chrono::seconds Patience{10};
+/// How long a source may take until its first pictures, and later until the next one: three times as long as
+/// before, within these bounds.
+constexpr std::chrono::steady_clock::duration Patience = std::chrono::seconds(10);
+constexpr std::chrono::steady_clock::duration ShortestPatience = std::chrono::seconds(5);
+constexpr std::chrono::steady_clock::duration LongestPatience = std::chrono::seconds(60);
 
 /// How much the library may look at before it knows what it reads.
 constexpr std::int64_t ProbeBytes = 5'000'000;
@@ -20,10 +24,10 @@ class Options {
 public:
     explicit Options(const char* protocols) {
         Set("protocol_whitelist", protocols);
-        Set("rtsp_transport", "tcp");  // a lost packet smears the picture for seconds
-        Set("overrun_nonfatal", "1");  // a burst over UDP costs some pictures, not the stream
-        Set("fifo_size", "8192");      // packets of 188 bytes
-        Set("http_proxy", "");         // nor any from the environment
+        Set("rtsp_flags", "prefer_tcp");  // a packet lost on the way smears the picture for seconds
+        Set("overrun_nonfatal", "1");     // a burst over UDP costs some pictures, not the stream
+        Set("fifo_size", "8192");         // packets of 188 bytes
+        Set("http_proxy", "");            // nor any from the environment
         Set("tls_verify", "1");
         Set("user_agent", "Tessaloom");
     }
@@ -160,7 +164,12 @@ std::optional<std::string> StreamReader::TakeFrame() {
     return "its pictures cannot be used";
 }
 
-void StreamReader::ExtendDeadline() { deadline_ = Clock::now() + Patience; }
+void StreamReader::ExtendDeadline() {
+    const auto now = Clock::now();
+    const auto interval = now - lastPicture_;
+    deadline_ = now + (pictures_ ? std::clamp(3 * interval, ShortestPatience, LongestPatience) : Patience);
+    lastPicture_ = now;
+}
 
 std::string StreamReader::Reason(int error) const {
     if (inbox_.Stopped()) return "closed";

@@ -50,6 +50,7 @@ private:
     FrameConverter& converter_;
     Pacer* pacer_;
     Clock::time_point deadline_;
+    Clock::time_point lastPicture_;
     Owned<AVFormatContext> input_;
     Owned<AVCodecContext> decoder_;
     Owned<AVPacket> packet_;

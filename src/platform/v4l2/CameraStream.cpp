@@ -17,7 +17,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::uint32_t Buffers = 4;
 
 /// How long a camera may take until its next picture.
-constexpr std::chrono::seconds Patience{10};
+constexpr std::chrono::seconds Patience{5};
 
 /// How often the wait looks whether it is to end.
 constexpr int PollMilliseconds = 100;
@@ -145,7 +145,7 @@ CameraStream::Reason CameraStream::TakeNewest() {
 }
 
 CameraStream::Reason CameraStream::Convert(std::span<const std::uint8_t> picture) {
-    if (format_->bytesPerPixel == 0) return inbox_.Arrived() ? ConvertJpeg(picture) : std::nullopt;
+    if (format_->bytesPerPixel == 0) return ConvertJpeg(picture);
     const auto rows = static_cast<std::size_t>(height_);
     const std::size_t lastRow =
         static_cast<std::size_t>(width_) * static_cast<std::size_t>(format_->bytesPerPixel);
@@ -169,7 +169,7 @@ CameraStream::Reason CameraStream::ConvertRows(std::span<const std::uint8_t> pic
 /// The size is that of the picture itself. A damaged one is skipped.
 CameraStream::Reason CameraStream::ConvertJpeg(std::span<const std::uint8_t> picture) {
     JpegHeader header;
-    if (codec_.ReadHeader(picture, header) != JpegResult::Ok) return std::nullopt;
+    if (codec_.ReadHeader(picture, header) != JpegResult::Ok || !inbox_.Arrived()) return std::nullopt;
     const std::span<std::uint8_t> rows = inbox_.Begin({.width = header.width, .height = header.height});
     if (rows.empty()) return "its pictures cannot be used";
     const int stride = static_cast<int>(rows.size()) / header.height;
