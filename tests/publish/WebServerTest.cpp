@@ -254,6 +254,10 @@ TEST_F(WebServerTest, OutlivesAnyRequest) {
     }
     EXPECT_EQ(Body(Get("/")), "home");
     EXPECT_EQ(reports.Count(), 0);
+    Write("web/huge.bin", "");
+    fs::resize_file(folder / "web/huge.bin", WebFiles::LargestFile + 1);
+    EXPECT_EQ(Get("/huge.bin"), "");
+    EXPECT_EQ(reports.CountAbout("Cannot read"), 1);
 }
 
 TEST_F(WebServerTest, GivesPlacesOfIdleClientsToNewOnes) {
