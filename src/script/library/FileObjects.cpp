@@ -9,6 +9,7 @@
 #include "platform/FileSystem.h"
 #include "platform/Folders.h"
 #include "platform/Paths.h"
+#include "script/library/Drives.h"
 #include "script/library/FileOperations.h"
 #include "script/library/FilePaths.h"
 #include "script/library/Listing.h"
@@ -22,14 +23,7 @@ using namespace vbscript;
 
 namespace {
 
-constexpr std::string_view Root = "/";
-
 Value Text(std::string_view text) { return Value::OfUtf8(text); }
-
-Value Bytes(std::uint64_t count) {
-    return count <= std::numeric_limits<std::int32_t>::max() ? Value::OfLong(static_cast<std::int32_t>(count))
-                                                             : Value::OfDouble(static_cast<double>(count));
-}
 
 std::string PathArgument(const Arguments& arguments, std::size_t index) {
     return arguments.Text(index).ToUtf8();
@@ -83,8 +77,7 @@ protected:
 
     Value Parent() const {
         const std::string parent = ParentFolderName(path_);
-        return parent.empty() || path_ == Root ? Value::Nothing()
-                                               : Value::OfObject(MakeFolderObject(services_, parent));
+        return parent.empty() ? Value::Nothing() : Value::OfObject(MakeFolderObject(services_, parent));
     }
 };
 
@@ -163,7 +156,7 @@ private:
 
 std::span<const Member<File>> File::Members() {
     static constexpr auto Own = std::to_array<Member<File>>({
-        {u"Size", 0, 0, [](File& self, const Arguments&) { return Bytes(self.Details().size); }},
+        {u"Size", 0, 0, [](File& self, const Arguments&) { return ByteCount(self.Details().size); }},
         {u"Type", 0, 0, [](File& self, const Arguments&) { return self.Type(); }},
         {u"Copy", 1, 2,
          [](File& self, const Arguments& arguments) {
@@ -301,12 +294,12 @@ std::span<const Member<Folder>> Folder::Members() {
     static constexpr auto Own = std::to_array<Member<Folder>>({
         {u"Size", 0, 0,
          [](Folder& self, const Arguments& arguments) {
-             return Bytes(FolderSize(arguments.GetContext().limit, self.services_, self.path_));
+             return ByteCount(FolderSize(arguments.GetContext().limit, self.services_, self.path_));
          }},
         {u"Type", 0, 0, [](Folder&, const Arguments&) { return Value::OfText(u"File folder"); }},
         {u"IsRootFolder", 0, 0,
          [](Folder& self, const Arguments&) {
-             return Value::OfBoolean(ParentFolderName(self.path_) == self.path_);
+             return Value::OfBoolean(ParentFolderName(self.path_).empty());
          }},
         {u"Files", 0, 0,
          [](Folder& self, const Arguments&) {
@@ -339,90 +332,12 @@ std::span<const Member<Folder>> Folder::Members() {
     return All;
 }
 
-/// The disk that holds the root.
-class Drive final : public TableObject<Drive> {
-public:
-    static constexpr std::u16string_view Name = u"Drive";
-    static std::span<const Member<Drive>> Members();
-
-    explicit Drive(const LibraryServices& services) : services_(services) {}
-
-private:
-    template <std::uint64_t DiskDetails::*Count>
-    static Value Size(Drive& self, const Arguments&) {
-        return Bytes(self.Details().*Count);
-    }
-    static Value Nameless(Drive&, const Arguments&) { return Value::OfText(u""); }
-
-    DiskDetails Details() const {
-        const auto details = services_.folders.Disk(Root);
-        if (!details) Raise(FileError::DeviceUnavailable);
-        return *details;
-    }
-
-    const LibraryServices services_;
-};
-
-std::span<const Member<Drive>> Drive::Members() {
-    using Self = Drive;
-    static constexpr int FixedDisk = 2;
-    static constexpr std::array<Member<Self>, 12> All = {{
-        {u"Path", 0, 0, [](Self&, const Arguments&) { return Text(Root); }, nullptr, nullptr, IsDefault::Yes},
-        {u"DriveLetter", 0, 0, Nameless},
-        {u"ShareName", 0, 0, Nameless},
-        {u"VolumeName", 0, 0, Nameless,
-         [](Self&, const Arguments&) -> Value { Raise(FileError::PermissionDenied); }},
-        {u"DriveType", 0, 0, [](Self&, const Arguments&) { return Value::OfLong(FixedDisk); }},
-        {u"FileSystem", 0, 0, [](Self& self, const Arguments&) { return Text(self.Details().fileSystem); }},
-        {u"SerialNumber", 0, 0,
-         [](Self& self, const Arguments&) {
-             return Value::OfLong(static_cast<std::int32_t>(self.Details().serialNumber));
-         }},
-        {u"IsReady", 0, 0,
-         [](Self& self, const Arguments&) {
-             return Value::OfBoolean(self.services_.folders.Disk(Root).has_value());
-         }},
-        {u"TotalSize", 0, 0, Size<&DiskDetails::totalBytes>},
-        {u"FreeSpace", 0, 0, Size<&DiskDetails::freeBytes>},
-        {u"AvailableSpace", 0, 0, Size<&DiskDetails::availableBytes>},
-        {u"RootFolder", 0, 0,
-         [](Self& self, const Arguments&) {
-             return Value::OfObject(MakeFolderObject(self.services_, Root));
-         }},
-    }};
-    return All;
-}
-
-class Drives final : public TableObject<Drives> {
-public:
-    static constexpr std::u16string_view Name = u"Drives";
-    static std::span<const Member<Drives>> Members();
-
-    explicit Drives(const LibraryServices& services) : services_(services) {}
-
-    std::unique_ptr<Enumerator> Enumerate(Context&) override {
-        return std::make_unique<Listing>(std::vector<Value>{Value::OfObject(MakeDrive(services_))});
-    }
-
-private:
-    const LibraryServices services_;
-};
-
-std::span<const Member<Drives>> Drives::Members() {
-    using Self = Drives;
-    static constexpr std::array<Member<Self>, 2> All = {{
-        {u"Item", 1, 1,
-         [](Self& self, const Arguments& arguments) {
-             if (!IsOnDrive(PathArgument(arguments, 0))) Raise(FileError::DeviceUnavailable);
-             return Value::OfObject(MakeDrive(self.services_));
-         },
-         nullptr, nullptr, IsDefault::Yes},
-        {u"Count", 0, 0, [](Self&, const Arguments&) { return Value::OfLong(1); }},
-    }};
-    return All;
-}
-
 }  // namespace
+
+Value ByteCount(std::uint64_t bytes) {
+    return bytes <= std::numeric_limits<std::int32_t>::max() ? Value::OfLong(static_cast<std::int32_t>(bytes))
+                                                             : Value::OfDouble(static_cast<double>(bytes));
+}
 
 Ref<Object> MakeFile(const LibraryServices& services, std::string_view path) {
     if (path.empty()) Raise(FileError::InvalidCall);
@@ -435,14 +350,6 @@ Ref<Object> MakeFolderObject(const LibraryServices& services, std::string_view p
     if (path.empty()) Raise(FileError::InvalidCall);
     if (!services.files.FolderExists(path)) Raise(FileError::PathNotFound);
     return Make<Folder>(services, path);
-}
-
-Ref<Object> MakeDrive(const LibraryServices& services) { return Make<Drive>(services); }
-
-Ref<Object> MakeDrives(const LibraryServices& services) { return Make<Drives>(services); }
-
-bool IsOnDrive(std::string_view path) {
-    return !path.empty() && IsSeparator(path.front()) && !path.starts_with("\\\\");
 }
 
 }  // namespace tessaloom::library

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string>
+#include <cstdint>
 #include <string_view>
 
 #include "script/library/ClassLibrary.h"
@@ -12,11 +12,7 @@ namespace tessaloom::library {
 vbscript::Ref<vbscript::Object> MakeFile(const LibraryServices& services, std::string_view path);
 vbscript::Ref<vbscript::Object> MakeFolderObject(const LibraryServices& services, std::string_view path);
 
-/// The one disk that this system shows: it holds the root.
-vbscript::Ref<vbscript::Object> MakeDrive(const LibraryServices& services);
-vbscript::Ref<vbscript::Object> MakeDrives(const LibraryServices& services);
-
-/// Whether `path` names, or begins with, that disk.
-bool IsOnDrive(std::string_view path);
+/// A number of bytes as scripts see it: a Long while that can hold it.
+vbscript::Value ByteCount(std::uint64_t bytes);
 
 }  // namespace tessaloom::library

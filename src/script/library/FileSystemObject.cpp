@@ -7,6 +7,7 @@
 #include "platform/Environment.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
+#include "script/library/Drives.h"
 #include "script/library/FileObjects.h"
 #include "script/library/FileOperations.h"
 #include "script/library/FilePaths.h"

@@ -40,6 +40,7 @@ item.Name = "d.txt" : Say item.Name, fso.FileExists("one\d.txt"), fso.FileExists
 item.Attributes = 1 : Say item.Attributes                    ' expect: 33
 Say fso.Drives.Count, fso.GetDrive("/").IsReady, fso.GetDrive("/").TotalSize > 0, fso.DriveExists("q:")  ' expect: 1 True True False
 Say fso.GetSpecialFolder(2).Path = CreateObject("WScript.Shell").ExpandEnvironmentStrings("%TEMP%")  ' expect: True
+Say fso.GetDrive("/").RootFolder.IsRootFolder, folder.IsRootFolder, fso.GetFolder("/").ParentFolder Is Nothing  ' expect: True False True
 
 ' Copying, moving, deleting
 fso.CreateFolder "two"
