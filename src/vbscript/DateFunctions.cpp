@@ -252,28 +252,30 @@ Value WeekdayName(Context& context, std::span<Value> values) {
     return Value::OfUtf8(names[static_cast<std::size_t>((place + FirstWeekdayAt(of, 2) - 2) % 7)]);
 }
 
+// clang-format off
 constexpr Builtin Functions[] = {
-    {u"Date",        0, 0, Date                          },
-    {u"DateAdd",     3, 3, DateAdd                       },
-    {u"DateDiff",    3, 5, DateDiff                      },
-    {u"DatePart",    2, 4, DatePart                      },
-    {u"DateSerial",  3, 3, DateSerial                    },
-    {u"DateValue",   1, 1, DateValue                     },
-    {u"Day",         1, 1, PartOfDate<&DateParts::day>   },
-    {u"Hour",        1, 1, PartOfDate<&DateParts::hour>  },
+    {u"Date",        0, 0, Date},
+    {u"DateAdd",     3, 3, DateAdd},
+    {u"DateDiff",    3, 5, DateDiff},
+    {u"DatePart",    2, 4, DatePart},
+    {u"DateSerial",  3, 3, DateSerial},
+    {u"DateValue",   1, 1, DateValue},
+    {u"Day",         1, 1, PartOfDate<&DateParts::day>},
+    {u"Hour",        1, 1, PartOfDate<&DateParts::hour>},
     {u"Minute",      1, 1, PartOfDate<&DateParts::minute>},
-    {u"Month",       1, 1, PartOfDate<&DateParts::month> },
-    {u"MonthName",   1, 2, MonthName                     },
-    {u"Now",         0, 0, Now                           },
+    {u"Month",       1, 1, PartOfDate<&DateParts::month>},
+    {u"MonthName",   1, 2, MonthName},
+    {u"Now",         0, 0, Now},
     {u"Second",      1, 1, PartOfDate<&DateParts::second>},
-    {u"Time",        0, 0, Time                          },
-    {u"Timer",       0, 0, Timer                         },
-    {u"TimeSerial",  3, 3, TimeSerial                    },
-    {u"TimeValue",   1, 1, TimeValue                     },
-    {u"Weekday",     1, 2, Weekday                       },
-    {u"WeekdayName", 1, 3, WeekdayName                   },
-    {u"Year",        1, 1, PartOfDate<&DateParts::year>  },
+    {u"Time",        0, 0, Time},
+    {u"Timer",       0, 0, Timer},
+    {u"TimeSerial",  3, 3, TimeSerial},
+    {u"TimeValue",   1, 1, TimeValue},
+    {u"Weekday",     1, 2, Weekday},
+    {u"WeekdayName", 1, 3, WeekdayName},
+    {u"Year",        1, 1, PartOfDate<&DateParts::year>},
 };
+// clang-format on
 
 }  // namespace
 

@@ -117,21 +117,23 @@ Value Rnd(Context& context, std::span<Value> values) {
                                          : random.Next());
 }
 
+// clang-format off
 constexpr Builtin Functions[] = {
-    {u"Abs",   1, 1, Abs                    },
-    {u"Atn",   1, 1, OfDouble<std::atan>    },
-    {u"Cos",   1, 1, OfDouble<std::cos>     },
-    {u"Exp",   1, 1, OfDouble<std::exp>     },
+    {u"Abs",   1, 1, Abs},
+    {u"Atn",   1, 1, OfDouble<std::atan>},
+    {u"Cos",   1, 1, OfDouble<std::cos>},
+    {u"Exp",   1, 1, OfDouble<std::exp>},
     {u"Fix",   1, 1, CutDecimals<std::trunc>},
     {u"Int",   1, 1, CutDecimals<std::floor>},
-    {u"Log",   1, 1, Log                    },
-    {u"Rnd",   0, 1, Rnd                    },
-    {u"Round", 1, 2, Round                  },
-    {u"Sgn",   1, 1, Sgn                    },
-    {u"Sin",   1, 1, OfDouble<std::sin>     },
-    {u"Sqr",   1, 1, Sqr                    },
-    {u"Tan",   1, 1, OfDouble<std::tan>     },
+    {u"Log",   1, 1, Log},
+    {u"Rnd",   0, 1, Rnd},
+    {u"Round", 1, 2, Round},
+    {u"Sgn",   1, 1, Sgn},
+    {u"Sin",   1, 1, OfDouble<std::sin>},
+    {u"Sqr",   1, 1, Sqr},
+    {u"Tan",   1, 1, OfDouble<std::tan>},
 };
+// clang-format on
 
 }  // namespace
 

@@ -199,28 +199,30 @@ Value Unescape(Context& context, std::span<Value> values) {
     return Value::OfText(out);
 }
 
+// clang-format off
 constexpr Builtin Functions[] = {
-    {u"Asc",           1,     1,   Asc                },
-    {u"AscW",          1,     1,   AscW               },
-    {u"Chr",           1,     1,   Chr                },
-    {u"ChrW",          1,     1,   ChrW               },
-    {u"Escape",        1,     1,   Escape             },
-    {u"Hex",           1,     1,   InBase<16>         },
-    {u"LCase",         1,     1,   ChangeCase<LowerOf>},
-    {u"Left",          2,     2,   Left               },
-    {u"Len",           1,     1,   Len                },
-    {u"LTrim",         1,     1,   TrimBlanks<true,     false>},
-    {u"Mid",                2,                3,   Mid     },
-    {u"Oct",                1,                1,   InBase<8>},
-    {u"Right",                2,              2, Right     },
-    {u"RTrim",                1,              1, TrimBlanks<false, true>},
-    {u"Space",           1,                1,            Space                   },
-    {u"String",           2,                2,RepeatUnit},
-    {u"StrReverse",      1,           1,   StrReverse                           },
-    {u"Trim",      1,           1,      TrimBlanks<true,true>},
-    {u"UCase", 1, 1,ChangeCase<UpperOf>                   },
-    {u"Unescape",               1, 1,      Unescape},
+    {u"Asc",        1, 1, Asc},
+    {u"AscW",       1, 1, AscW},
+    {u"Chr",        1, 1, Chr},
+    {u"ChrW",       1, 1, ChrW},
+    {u"Escape",     1, 1, Escape},
+    {u"Hex",        1, 1, InBase<16>},
+    {u"LCase",      1, 1, ChangeCase<LowerOf>},
+    {u"Left",       2, 2, Left},
+    {u"Len",        1, 1, Len},
+    {u"LTrim",      1, 1, TrimBlanks<true, false>},
+    {u"Mid",        2, 3, Mid},
+    {u"Oct",        1, 1, InBase<8>},
+    {u"Right",      2, 2, Right},
+    {u"RTrim",      1, 1, TrimBlanks<false, true>},
+    {u"Space",      1, 1, Space},
+    {u"String",     2, 2, RepeatUnit},
+    {u"StrReverse", 1, 1, StrReverse},
+    {u"Trim",       1, 1, TrimBlanks<true, true>},
+    {u"UCase",      1, 1, ChangeCase<UpperOf>},
+    {u"Unescape",   1, 1, Unescape},
 };
+// clang-format on
 
 }  // namespace
 
