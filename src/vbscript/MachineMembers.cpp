@@ -27,6 +27,7 @@ public:
         if (!*machine_) Fail(ErrorCode::ActionNotSupported);
         return (*machine_)->CallNested(routine_, arguments, nullptr);
     }
+    bool WritesArguments() const override { return true; }
 
 private:
     std::shared_ptr<Machine*> machine_;
@@ -141,17 +142,20 @@ void Machine::ReDim(Value& variable, std::span<const Value> bounds, bool preserv
 
 // Members
 
-/// Calls an object with plain arguments; what it writes to those that came by reference goes back.
+/// Calls an object with plain arguments.
 Value Machine::InvokeObject(Object& object, int member, CallKind kind, std::span<Value> arguments) {
     const Ref<Object> alive(&object);
-    const bool anyReference = std::any_of(arguments.begin(), arguments.end(),
-                                          [](const Value& one) { return one.Is(VarType::Reference); });
-    if (!anyReference) {
-        Value result = object.Invoke(context_, member, kind, arguments);
-        if (interrupted_) [[unlikely]]
-            Watch();
-        return result;
-    }
+    if (object.WritesArguments()) return InvokeWriting(object, member, kind, arguments);
+    for (Value& argument : arguments)
+        if (argument.Is(VarType::Reference)) argument = Value(argument.Target());
+    Value result = object.Invoke(context_, member, kind, arguments);
+    if (interrupted_) [[unlikely]]
+        Watch();
+    return result;
+}
+
+/// What is written to arguments that came by reference goes back.
+Value Machine::InvokeWriting(Object& object, int member, CallKind kind, std::span<Value> arguments) {
     constexpr std::size_t Few = 8;
     Value* targets[Few];
     if (arguments.size() > Few) {

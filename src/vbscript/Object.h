@@ -49,13 +49,16 @@ public:
     virtual int Find(std::u16string_view name) = 0;
 
     /// Uses a member. With Let and Set the new value comes last. No argument is a reference; what is written
-    /// to one reaches the caller's variable where it was passed by reference. An object without a default
-    /// member throws 438 for it.
+    /// to one reaches the caller's variable, where it was passed by reference, if the object
+    /// `WritesArguments`. An object without a default member throws 438 for it.
     virtual Value Invoke(Context& context, int member, CallKind kind, std::span<Value> arguments) = 0;
 
     /// Objects with the same shape have the same members under the same numbers, so that a call site may
     /// remember a number along with it. Null: nothing may be remembered.
     virtual const void* Shape() const { return nullptr; }
+
+    /// Whether members may write to their arguments: those that script code stands behind.
+    virtual bool WritesArguments() const { return false; }
 
     /// The short way to a member of all objects of this shape; null when there is none.
     virtual const PlainMember* Plain(int /*member*/) const { return nullptr; }
