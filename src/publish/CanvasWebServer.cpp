@@ -27,6 +27,7 @@ SharedBytes CanvasWebServer::JPEGData() {
         if (!encoder_) return;
         encoder_->BeginPass(*picture_);
         const auto bytes = encoder_->Bytes(quality_);
+        if (bytes.empty()) return;  // nothing composed yet, for one: the next request tries again
         jpeg_ =
             std::make_shared<const std::string>(reinterpret_cast<const char*>(bytes.data()), bytes.size());
     });
