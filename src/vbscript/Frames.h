@@ -9,8 +9,8 @@ inline void Machine::Enter(const Routine& routine, Value* base, std::size_t coun
                            Instance* me) {
     if (count != routine.parameters) [[unlikely]]
         Fail(ErrorCode::WrongArgumentCount);
-    if (depth_ >= frameCount_ || base + routine.frameSize >= stackEnd_) [[unlikely]]
-        Fail(ErrorCode::OutOfStackSpace);
+    if (depth_ >= frameCount_ || base + routine.frameSize >= stackReached_) [[unlikely]]
+        ReachFurther(base + routine.frameSize);
     if (routine.anyByValue) PassByValue(routine, base);
     if (routine.onGlobals || !routine.imports.empty()) [[unlikely]] {
         PrepareOutermost(routine, base);

@@ -50,10 +50,8 @@ private:
 };
 
 Machine::Machine(Host& host)
-    : context_(host),
-      stack_(AllocateStack()),
-      stackEnd_(stack_.get() + MostGlobals + StackValues),
-      builtins_(Builtins().data()) {
+    : context_(host), stack_(AllocateStack()), stackEnd_(stack_.get() + MostGlobals + StackValues),
+      stackReached_(stack_.get() + MostGlobals), builtins_(Builtins().data()) {
     Reset();
 }
 
@@ -68,13 +66,18 @@ bool Machine::Reset() {
     interrupted_ = false;
     untilWatch_ = WatchInterval;
     context_.limit.Start(limits_.seconds);
-    for (std::size_t i = 0; i < program_.symbols.Count(); ++i) stack_.get()[i] = Value();
+    const auto clear = [&] {
+        for (std::size_t i = 0; i < program_.symbols.Count(); ++i) stack_.get()[i].MakeEmpty();
+        for (Value* value = stack_.get() + MostGlobals; value != stackReached_; ++value) value->MakeEmpty();
+    };
+    clear();  // Class_Terminate runs now, and may fill variables again
     instances_.AbandonAll();
+    clear();
     if (self_) *self_ = nullptr;
     self_ = std::make_shared<Machine*>(this);
     program_ = Program();
     frameCount_ = static_cast<std::size_t>(std::clamp(limits_.callDepth, 1, 100000));
-    frames_ = std::make_unique<Frame[]>(frameCount_);
+    frames_ = std::make_unique_for_overwrite<Frame[]>(frameCount_);
     err_ = Make<ErrObject>();
     AddObject("Err", err_, false);
     return true;
@@ -186,6 +189,12 @@ Value Machine::CallNested(const Routine& routine, std::span<Value> arguments, In
     Enter(routine, base, arguments.size(), &result, false, me);
     Dispatch(stop);
     return result;
+}
+
+void Machine::ReachFurther(const Value* end) {
+    constexpr std::ptrdiff_t Step = 4096;
+    if (depth_ >= frameCount_ || end >= stackEnd_) Fail(ErrorCode::OutOfStackSpace);
+    if (end >= stackReached_) stackReached_ += std::min(end - stackReached_ + Step, stackEnd_ - stackReached_);
 }
 
 /// The outermost statements keep their temporaries behind the globals; those of Execute see the locals of the

@@ -80,6 +80,7 @@ private:
     void Enter(const Routine& routine, Value* base, std::size_t count, Value* result, bool drops,
                Instance* me);
     void PrepareOutermost(const Routine& routine, Value* base);
+    void ReachFurther(const Value* end);
     void PassByValue(const Routine& routine, Value* base);
     void Leave();
     static void ClearFrame(const Frame& frame);
@@ -131,6 +132,7 @@ private:
     Limits limits_;
     std::unique_ptr<Value, FreeMemory> stack_;
     Value* stackEnd_ = nullptr;
+    Value* stackReached_ = nullptr;  ///< Behind it no routine has ever had a register.
     std::unique_ptr<Frame[]> frames_;
     std::size_t frameCount_ = 0;
     std::size_t depth_ = 0;
