@@ -49,6 +49,30 @@ std::vector<std::uint8_t> Picture() {
     return bytes;
 }
 
+/// How late the ticks are, beside how late they would be.
+class TickWatch {
+public:
+    void Restart() { last_.reset(); }
+    void Tick() {
+        const auto now = Clock::now();
+        if (last_)
+            lateness_.push_back(std::max(
+                0.0, std::chrono::duration<double, std::milli>(now - *last_).count() - TickMilliseconds));
+        last_ = now;
+    }
+    std::size_t Ticks() const { return lateness_.size(); }
+    void Print(const char* name) const {
+        std::printf(
+            "%-6s lateness of %zu ticks: 50 %% %.2f ms, 99 %% %.2f ms, 99.9 %% %.2f ms, most %.2f ms\n", name,
+            Ticks(), Quantile(lateness_, 0.5), Quantile(lateness_, 0.99), Quantile(lateness_, 0.999),
+            Quantile(lateness_, 1));
+    }
+
+private:
+    std::optional<Clock::time_point> last_;
+    std::vector<double> lateness_;  // milliseconds
+};
+
 /// One upload after the other, moved along by ticks only.
 class Run {
 public:
@@ -59,7 +83,8 @@ public:
         timer_.Start(TickMilliseconds, [this] { Tick(); });
     }
 
-    std::vector<double> uploads, lateness;  ///< Milliseconds.
+    std::vector<double> uploads;  ///< Milliseconds.
+    TickWatch ticks;
     bool failed = false;
 
 private:
@@ -71,18 +96,14 @@ private:
                                      .keepConnectionOpen = true});
         storing_.reset();
         // Writing the local copy is not counted: the next tick begins a new series.
-        lastTick_.reset();
+        ticks.Restart();
     }
 
     void Tick() {
-        const auto now = Clock::now();
-        if (lastTick_)
-            lateness.push_back(std::max(
-                0.0, std::chrono::duration<double, std::milli>(now - *lastTick_).count() - TickMilliseconds));
-        lastTick_ = now;
+        ticks.Tick();
         clients_.Poll();
         ftp_.TimerEvent();
-        if (!storing_ && ftp_.Stage() == "Storing") storing_ = now;
+        if (!storing_ && ftp_.Stage() == "Storing") storing_ = Clock::now();
         if (ftp_.CurrentState() == InetFTP::State::Disconnected) failed = true;
         if (failed) return QCoreApplication::quit();
         if (ftp_.CurrentState() != InetFTP::State::ConnectedWaiting) return;
@@ -96,7 +117,7 @@ private:
     InetFTP ftp_{files_, clients_};
     std::vector<std::uint8_t> picture_;
     QtTimer timer_;
-    std::optional<Clock::time_point> lastTick_, storing_;
+    std::optional<Clock::time_point> storing_;
 };
 
 void Measure(QCoreApplication& application, FtpServer::Kind kind, const char* name, const char* options) {
@@ -130,9 +151,7 @@ void Measure(QCoreApplication& application, FtpServer::Kind kind, const char* na
         "%-6s 20 MB stored and renamed: %6.1f ms, %5.0f MB/s; curl, with its start and log-in: %6.1f ms; "
         "ratio %.2f\n",
         name, ours, MegabytesPerSecond(ours), theirs, theirs / ours);
-    std::printf("%-6s lateness of %zu ticks: 50 %% %.2f ms, 99 %% %.2f ms, 99.9 %% %.2f ms, most %.2f ms\n",
-                name, run.lateness.size(), Quantile(run.lateness, 0.5), Quantile(run.lateness, 0.99),
-                Quantile(run.lateness, 0.999), Quantile(run.lateness, 1));
+    run.ticks.Print(name);
 }
 
 }  // namespace
@@ -145,6 +164,16 @@ int main(int argc, char** argv) {
     if (chdir(folder.Path().c_str()) != 0) return 1;
     const QtSystemTime time;
     modTime::UseSystemTime(time);
+    {
+        TickWatch ticks;
+        QtTimer timer;
+        timer.Start(TickMilliseconds, [&] {
+            ticks.Tick();
+            if (ticks.Ticks() == 1000) QCoreApplication::quit();
+        });
+        application.exec();
+        ticks.Print("idle");
+    }
     Measure(application, testing::FtpServer::Kind::Vsftpd, "plain", "");
     Measure(application, testing::FtpServer::Kind::VsftpdTls, "TLS", "--ssl-reqd --tls-max 1.2");
     modTime::ReleaseSystemTime(time);

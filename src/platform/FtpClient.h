@@ -15,13 +15,14 @@ struct FtpAccount {
     std::string server;
     std::string userName;
     std::string password;
-    bool passive =
-        false;  ///< We open the connections for the data, not the server. Secured ones are always so.
+    /// We open the connections for the data, not the server. Secured connections are always passive.
+    bool passive = false;
 
     bool operator==(const FtpAccount&) const = default;
 };
 
-/// Who is told how the steps of a client end, always from within `FtpClients::Poll`.
+/// Who is told how the steps of a client end, always from within `FtpClients::Poll`. It makes and ends no
+/// clients meanwhile.
 class FtpListener {
 public:
     /// The connection was made or is gone. `expected` is false when nobody here asked for its end.

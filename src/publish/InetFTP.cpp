@@ -60,6 +60,7 @@ bool InetFTP::SendDataFile(std::vector<std::uint8_t> bytes, Order order) {
         bytes_ = std::make_shared<const std::vector<std::uint8_t>>(std::move(bytes));
         SaveLocally();
         attempts_ = 0;
+        failed_ = false;
         sendRequested_ = true;
         return true;
     });
@@ -97,7 +98,7 @@ void InetFTP::Shutdown() {
 void InetFTP::myFTP_State(bool connected, bool expected) {
     if (connected || expected || state_ == State::DisconnectWait) return;
     status_ = "FTP disconnected unexpectedly";
-    Note(LogLevel::Warning, status_);
+    Complain(status_);
     if (!IdleConnection()) return;
     stage_ = "Disconnected";
     Enter(State::Disconnected);
@@ -108,7 +109,7 @@ void InetFTP::myFTP_Progress() { result_ = Result::Complete; }
 void InetFTP::myFTP_Error(int number, const std::string& description) {
     result_ = Result::Error;
     status_ = description;
-    Note(LogLevel::Warning, Numbered("Error. Number=", number) + ",Description=" + description);
+    Complain(Numbered("Error. Number=", number) + ",Description=" + description);
 }
 
 // --- The machine ---
@@ -215,7 +216,8 @@ void InetFTP::StepStore() {
     stage_ = "Store Start";
     if (localFile_.empty() && !SaveLocally()) {
         Act("Local store error.", "Could not save local temp file");
-        Note(LogLevel::Warning, status_ + ": " + files_.LastFailure());
+        failed_ = true;
+        Complain(status_ + ": " + files_.LastFailure());
         return Enter(State::SendComplete);
     }
     Act("Storing", "Sending file");
@@ -225,6 +227,7 @@ void InetFTP::StepStore() {
 
 void InetFTP::StepSendComplete() {
     stage_ = "File Send Complete";
+    failing_ = failed_;
     EndUpload();
     Enter(order_.keepConnectionOpen && Client().Connected() ? State::ConnectedWaiting : State::Disconnect);
 }
@@ -242,7 +245,7 @@ void InetFTP::StepWait(const Wait& wait) {
     }
     if (SecondsSince(entered_) < wait.seconds) return;
     Act(wait.lateStage, wait.lateStatus);
-    Note(LogLevel::Warning, status_);
+    Complain(status_);
     // The answer could still come, and be taken for that of the next command.
     Client().Disconnect();
     if (state_ == State::ConnectWait) return StepFailed(wait);
@@ -268,6 +271,7 @@ void InetFTP::StepDone(const Wait& wait) {
 
 void InetFTP::StepFailed(const Wait& wait) {
     if (state_ == State::DisconnectWait) return StepDone(wait);
+    failed_ = failed_ || state_ == State::RenameWait;
     const bool lastAttempt = state_ == State::ConnectWait && attempts_ >= MostAttempts;
     if (!lastAttempt && wait.afterError != State::Idle) return Enter(wait.afterError);
     GiveUp();
@@ -276,7 +280,8 @@ void InetFTP::StepFailed(const Wait& wait) {
 // Stage and status stay, to tell why. The connection is ended even where the server only refused a file: the
 // next upload then finds nothing left over from this one.
 void InetFTP::GiveUp() {
-    if (sendRequested_) Note(LogLevel::Error, "Upload failed. " + stage_ + ": " + status_);
+    if (sendRequested_) Complain("Upload failed. " + stage_ + ": " + status_);
+    failing_ = failing_ || sendRequested_;
     Client().Disconnect();
     EndUpload();
     resetRequested_ = false;
@@ -302,6 +307,11 @@ void InetFTP::Enter(State state) {
 
 void InetFTP::Note(LogLevel level, std::string_view text) const {
     Log(level, Numbered("FTP push of canvas ", order_.canvasIndex).append(": ").append(text));
+}
+
+/// A server that is away for a night is no news each minute.
+void InetFTP::Complain(std::string_view text) const {
+    Note(failing_ ? LogLevel::Debug : LogLevel::Warning, text);
 }
 
 FtpClient& InetFTP::Client() {

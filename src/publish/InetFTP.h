@@ -121,6 +121,7 @@ private:
     void Enter(State state);
     void EndUpload();
     void Note(LogLevel level, std::string_view text) const;
+    void Complain(std::string_view text) const;
     FtpClient& Client();
     double SecondsSince(double moment) const;
     bool SaveLocally();
@@ -144,6 +145,8 @@ private:
     double lastCommand_ = 0;  ///< When a command was last sent.
     int attempts_ = 0;        ///< Log-ins tried since the last one that worked, or the last new upload.
     bool sendRequested_ = false;
+    bool failed_ = false;   ///< Something went wrong in the upload in progress.
+    bool failing_ = false;  ///< It did in the last one, and the log told.
     bool resetRequested_ = false;
 };
 

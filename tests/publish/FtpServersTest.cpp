@@ -96,7 +96,7 @@ void UploadInEveryWay(FtpServer::Kind kind, bool passive) {
         Uploader at({server.CertificateFile(), server.SshFolder()});
         at.ftp.SetAccount(server.Account(passive));
         at.order.remoteFolder = server.RemoteFolder();
-        at.order.keepConnectionOpen = keep;
+        at.order.keepConnectionOpen = at.order.keepAlive = keep;
         for (const int mode : {0, 1, 2}) {
             at.order.mode = mode;
             at.order.remoteFile = "a #1 100% \xC3\xBC;type=a.jpg";
@@ -107,6 +107,11 @@ void UploadInEveryWay(FtpServer::Kind kind, bool passive) {
                 EXPECT_EQ(at.ftp.Stage(), keep ? "File Send Complete" : "Disconnected") << at.ftp.Status();
                 EXPECT_TRUE(ContentsOf(server.Folder() + "/" + at.order.remoteFile) == picture);
             }
+        }
+        if (keep) {
+            for (int i = 0; i < 4; ++i) at.Tick(9);
+            EXPECT_TRUE(at.TickUntil([&] { return at.AtRest(); }));
+            EXPECT_EQ(at.ftp.Stage(), "Keep Alive Complete") << at.ftp.Status();
         }
         EXPECT_EQ(std::distance(std::filesystem::directory_iterator(server.Folder()), {}), 1)
             << "nothing but the picture is left";
