@@ -53,29 +53,26 @@ TEST_F(HooksTest, OfATextDecideWhatTheSameTickDraws) {
 
 TEST_F(HooksTest, ThatFailStopTheScriptAndNothingElse) {
     const struct {
-        const char *body, *description;
-        int line, column;
+        const char *body, *description, *place;
     } rows[] = {
   // clang-format off
-        {"\t  x = 1 / 0\n", "Division by zero", 2, 1},
-        {"x = 1 : y = Portfolio.Canvas(1).Name\n", "Object variable not set", 2, 9},
-        {"Do : Loop\n", "", 0, 0},
-        {"Interval\n", "Out of stack space", 2, 1},
-        {"s = \"x\" : Do : s = s & s : Loop\n", "Out of", 2, 0},
-        {"Portfolio.Nothing\n", NULL, 2, 1},
+        {"\t  x = 1 / 0\n", "Division by zero", "Line 2, Column 1\r\n"},
+        {"x = 1 : y = Portfolio.Canvas(1).Name\n", "Object variable not set", "Line 2, Column 9\r\n"},
+        {"Do : Loop\n", "", "Line "},
+        {"Interval\n", "Out of stack space", "Line 2, Column 1\r\n"},
+        {"s = \"x\" : Do : s = s & s : Loop\n", "Out of", "Line 2, "},
+        {"Portfolio.Nothing\n", "Object doesn't support", "Line 2, Column 1\r\n"},
   // clang-format on
     };
+    secondsPerLook_ = 0.01;
     for (const auto& row : rows) {
         SCOPED_TRACE(row.body);
-        secondsPerLook_ = 0.01;
         Start(std::string("Sub Interval\n") + row.body + "End Sub\n");
         Tick();
         EXPECT_FALSE(TheScript().Ready());
-        EXPECT_THAT(TheScript().Status(), HasSubstr(std::string("Script Run-Time Error: ") +
-                                                    (row.description ? row.description : "Object doesn't")));
-        const std::string line = row.line > 0 ? "Line " + std::to_string(row.line) + ", Column " : "";
-        const std::string column = row.column > 0 ? std::to_string(row.column) + "\r\n" : "";
-        EXPECT_THAT(TheScript().Status(), HasSubstr(line + column));
+        EXPECT_THAT(TheScript().Status(),
+                    HasSubstr(std::string("Script Run-Time Error: ") + row.description));
+        EXPECT_THAT(TheScript().Status(), HasSubstr(row.place));
         EXPECT_GT(TheText().Width(), 0) << "the tick went on";
         modMain::modMain_Shutdown();
     }
@@ -137,13 +134,6 @@ TEST_F(HooksTest, OfShutdownMayShowABoxWithoutTicksOnWhatIsGoing) {
     EXPECT_THAT(it_.dialogs.shown.front(), HasSubstr("Bye"));
     EXPECT_EQ(tessaloom::Setup().lastPortfolio, "1");
     EXPECT_EQ(Open().FileName(), "");
-}
-
-TEST_F(HooksTest, OfShutdownCancelIt) {
-    Start("Sub Shutdown : CancelShutdown = True : End Sub\n");
-    EXPECT_FALSE(modMain::MDIForm_QueryUnload(modMain::CloseCause::Person));
-    EXPECT_TRUE(Flags().running);
-    EXPECT_NE(modMain::OpenPortfolio(), nullptr);
 }
 
 TEST_F(HooksTest, DoNotExistInAScriptThatCannotBeLoaded) {

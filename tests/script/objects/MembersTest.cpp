@@ -2,6 +2,7 @@
 
 #include <map>
 #include <set>
+#include <sstream>
 
 #include "script/objects/ScriptedProgram.h"
 #include "support/Tsv.h"
@@ -61,6 +62,7 @@ protected:
 
     void Check(const MemberRow& row) {
         const std::string path = row.Path();
+        SCOPED_TRACE(path);
         const auto bar = row.value.find('|');
         const std::string element = path + "(" + row.value.substr(0, bar) + ")";
         if (row.use == "p" || row.use == "i") {
@@ -83,21 +85,15 @@ protected:
 TEST_F(MembersTest, AreReadWrittenAndKeptAsTheDocumentsHaveThem) {
     Start();
     const auto rows = Rows();
-    for (const MemberRow& row : rows) {
-        SCOPED_TRACE(row.Path());
-        Check(row);
-    }
+    for (const MemberRow& row : rows) Check(row);
     ASSERT_EQ(Run("SaveAll"), "");
     EXPECT_EQ(it_.desktop.beeps, 1);
     for (const MemberRow& row : rows) {
         if (row.stored.empty()) continue;
-        const auto section = row.stored.find('|') + 1, key = row.stored.find('|', section) + 1,
-                   value = row.stored.find('|', key) + 1;
-        EXPECT_EQ(
-            it_.profile.Get(row.stored.substr(0, section - 1), row.stored.substr(section, key - section - 1),
-                            row.stored.substr(key, value - key - 1)),
-            row.stored.substr(value))
-            << row.Path();
+        std::istringstream parts(row.stored);
+        std::string file, section, key, text;
+        for (std::string* part : {&file, &section, &key, &text}) std::getline(parts, *part, '|');
+        EXPECT_EQ(it_.profile.Get(file, section, key), text) << row.Path();
     }
 }
 
