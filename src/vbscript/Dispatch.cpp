@@ -97,7 +97,10 @@ void Machine::Dispatch(std::size_t stop) {
 #define KC constants[i->c]
 #define WATCH()                                     \
     do {                                            \
-        if (--untilWatch_ == 0) Watch();            \
+        if (--untilWatch_ == 0) [[unlikely]] {      \
+            Top().place = pc;                       \
+            Watch();                                \
+        }                                           \
     } while (false)
 
     for (;;) {
@@ -370,8 +373,8 @@ void Machine::Dispatch(std::size_t stop) {
 
 #define ENTERED()                       \
     do {                                \
-        WATCH();                        \
         LOAD_FRAME();                   \
+        WATCH();                        \
     } while (false)
         DoCallRoutine: {
             Top().place = pc;

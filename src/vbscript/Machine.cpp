@@ -19,8 +19,8 @@ namespace {
 /// Values for the registers of all running routines, some 200 for each of 5000.
 constexpr std::size_t StackValues = std::size_t{1} << 20;
 
-/// How often machines may run within each other: each takes about a kilobyte of machine stack.
-constexpr int DeepestNesting = 250;
+/// How often machines may run within each other: each takes one or two kilobytes of machine stack.
+constexpr int DeepestNesting = 500;
 
 /// Backward jumps and calls between two looks at the clock.
 constexpr int WatchInterval = 2000;
