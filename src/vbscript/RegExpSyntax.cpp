@@ -15,6 +15,9 @@ enum class Mistake { Syntax = 5017, Quantifier = 5018, NoBracket = 5019, NoParen
 /// Groups within groups. Far above what is written by hand, far below what the stack bears.
 constexpr int DeepestNesting = 500;
 
+/// Units of a pattern, so that its tree and its compilation stay small: error 7 above it.
+constexpr std::size_t LongestPattern = std::size_t{1} << 16;
+
 [[noreturn]] void Refuse(Mistake mistake) { throw RuntimeError(static_cast<int>(mistake)); }
 
 bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
@@ -57,6 +60,7 @@ public:
         : pattern_(pattern), ignoreCase_(ignoreCase), allGroups_(CountGroups()) {}
 
     RegExpSyntax Parse() {
+        if (pattern_.size() > LongestPattern) Fail(ErrorCode::OutOfMemory);
         syntax_.root = Alternation();
         if (!AtEnd()) Refuse(Mistake::Syntax);  // a parenthesis too many
         return std::move(syntax_);
@@ -92,8 +96,9 @@ private:
     std::uint32_t AddUnit(char16_t unit) {
         if (!ignoreCase_ || LowerOf(unit) == UpperOf(unit)) return Add({Kind::Unit, unit});
         UnitSet both;
-        both.Add(unit, unit);
-        return AddSet(BothCases(both));
+        AddCases(both, unit);
+        both.Finish();
+        return AddSet(std::move(both));
     }
 
     /// Forward references count, so all groups are known before the first is read.
@@ -116,17 +121,27 @@ private:
         return count;
     }
 
+    /// All units that have another case.
+    static const std::vector<char16_t>& CasedUnits() {
+        static const std::vector<char16_t> units = [] {
+            std::vector<char16_t> all;
+            for (std::uint32_t unit = 0; unit <= 0xFFFF; ++unit)
+                if (LowerOf(static_cast<char16_t>(unit)) != UpperOf(static_cast<char16_t>(unit)))
+                    all.push_back(static_cast<char16_t>(unit));
+            return all;
+        }();
+        return units;
+    }
+
+    static void AddCases(UnitSet& set, char16_t unit) {
+        for (const char16_t other : {unit, LowerOf(unit), UpperOf(unit)}) set.Add(other, other);
+    }
+
+    /// set: finished.
     static UnitSet BothCases(const UnitSet& set) {
         UnitSet both = set;
-        set.ForEachRange([&](std::uint32_t first, std::uint32_t last) {
-            for (std::uint32_t unit = first; unit <= last; ++unit) {
-                const char16_t lower = LowerOf(static_cast<char16_t>(unit));
-                const char16_t upper = UpperOf(static_cast<char16_t>(unit));
-                if (lower == upper) continue;
-                both.Add(lower, lower);
-                both.Add(upper, upper);
-            }
-        });
+        for (const char16_t unit : CasedUnits())
+            if (set.Contains(unit)) AddCases(both, unit);
         both.Finish();
         return both;
     }

@@ -41,7 +41,8 @@ struct RegExpSyntax {
     std::uint32_t groups = 0;
 };
 
-/// Reads a pattern. With `ignoreCase` letters become sets of both cases. Throws RuntimeError 5017 to 5021.
+/// Reads a pattern. With `ignoreCase` letters become sets of both cases. Throws RuntimeError 5017 to 5021, 28
+/// for groups too deep within each other, 7 for a pattern too long.
 RegExpSyntax ParseRegExp(std::u16string_view pattern, bool ignoreCase);
 
 }  // namespace tessaloom::vbscript

@@ -52,13 +52,6 @@ public:
         return result;
     }
 
-    template <typename Visit>
-    void ForEachRange(Visit&& visit) const {
-        for (std::uint32_t unit = 0; unit < Low; ++unit)
-            if (low_[unit]) visit(static_cast<char16_t>(unit), static_cast<char16_t>(unit));
-        for (const Range& range : ranges_) visit(range.first, range.second);
-    }
-
 private:
     using Range = std::pair<char16_t, char16_t>;
     static constexpr std::uint32_t Low = 256;  ///< Units below have a bit each.

@@ -112,6 +112,7 @@ TEST(RegExp, BearsHostilePatternsAndLongTexts) {
     EXPECT_EQ(Found(u"^(?:a|b)*$", many, "").size(), many.size() + 2);
     EXPECT_EQ(Found(u"(?:a+)+b", many.substr(0, 20), ""), "");
     EXPECT_EQ(Found(std::u16string(10'000, u'('), u"", ""), "28");
+    EXPECT_EQ(Found(many, u"", ""), "7");
     std::u16string deep;
     for (int i = 0; i < 400; ++i) deep = u"(?:" + deep + u"a*)*";
     EXPECT_EQ(Found(deep, u"aaaa", ""), "[aaaa]");

@@ -154,10 +154,9 @@ void DeleteFolders(const TimeLimit& limit, const LibraryServices& services, std:
                    bool force) {
     for (const std::string& path : Found(services, pattern, Kind::Folder)) {
         const auto details = services.folders.Details(path);
-        if (details && details->isLink)
-            services.files.DeleteFile(path, force);
-        else
-            DeleteOneFolder(limit, services, path, force);
+        const bool isLink = details && details->isLink;
+        if (!isLink) DeleteOneFolder(limit, services, path, force);
+        if (isLink && !services.files.DeleteFile(path, force)) Raise(FileError::PermissionDenied);
     }
 }
 

@@ -137,14 +137,15 @@ void KeyTable::MakeRoom() {
 
 /// With room for as many again, and without what was removed.
 void KeyTable::Rebuild() {
-    std::erase_if(pairs_, [](const Pair& pair) { return !pair.used; });
-    const std::size_t slots = std::bit_ceil(std::max<std::size_t>(16, (pairs_.size() + 1) * 2));
+    const std::size_t slots = std::bit_ceil(std::max<std::size_t>(16, (count_ + 1) * 2));
     const std::size_t bytes = slots * (sizeof(Slot) + sizeof(Pair) / 2);
     if (bytes > charged_) {
         vbscript::MemoryBudget::Charge(bytes - charged_);
         charged_ = bytes;
     }
-    slots_.assign(slots, Slot{});
+    std::vector<Slot> fresh(slots);  // all that may throw comes first
+    std::erase_if(pairs_, [](const Pair& pair) { return !pair.used; });
+    slots_ = std::move(fresh);
     entered_ = 0;
     for (std::size_t place = 0; place < pairs_.size(); ++place) Enter(pairs_[place].hash, place);
 }

@@ -226,8 +226,9 @@ private:
         self.NeedOpen();
         const int position = ToLong(arguments.GetContext(), arguments.NewValue());
         if (position < 0) Refuse(BadArgument);
-        self.at_ = static_cast<std::size_t>(position);
-        if (self.at_ > self.content_.size()) self.Resize(self.at_);
+        const auto place = static_cast<std::size_t>(position);
+        if (place > self.content_.size()) self.Resize(place);
+        self.at_ = place;
         return {};
     }
 

@@ -32,5 +32,6 @@ t.Close : t.ReadText : Fails 3704                            ' expect: True
 s.WriteText "x" : Fails 3219                                 ' expect: True
 s.Write "x" : Fails 3001                                     ' expect: True
 s.Position = -1 : Fails 3001                                 ' expect: True
+s.Position = 2147483647 : Fails 7                            ' expect: True
 s.SaveToFile "t.bin" : Fails 3004                            ' expect: True
 s.LoadFromFile "none" : Fails 3002                           ' expect: True
