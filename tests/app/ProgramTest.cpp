@@ -18,6 +18,7 @@
 #include "platform/qt/QtPictureLoader.h"
 #include "support/LocalHttpServer.h"
 #include "support/PictureData.h"
+#include "support/ScriptedFtpServer.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom::testing {
@@ -136,6 +137,20 @@ TEST_F(ProgramTest, PublishesUntilASignalEndsItInOrder) {
         EXPECT_THAT(Read("p.por"), HasSubstr("[WebServer]"));
         EXPECT_EQ(List().size(), 4U);
     }
+}
+
+TEST_F(ProgramTest, UploadsAndKeepsThePasswordToItself) {
+    ScriptedFtpServer server;
+    WriteDocuments();
+    Write("c.can", std::string(Canvas) + "[FTPPush]\r\nEnabled=True\r\nPassiveFTP=True\r\nUserName=user\r\n" +
+                       "Password=hush\r\nServerName=" + server.Place() + "\r\n");
+    ChildProgram program(home_.Path(), {"--headless", "--portfolio", "p.por", "--log-level", "debug"});
+    EXPECT_TRUE(Becomes([&] { return server.File("FTPPush01.jpg").ends_with("\xFF\xD9"); })) << program.Log();
+    EndInOrder(program);
+    EXPECT_THAT(program.Log(), HasSubstr("New State. myState=71"));
+    EXPECT_THAT(program.Log(), Not(HasSubstr("hush")));
+    EXPECT_EQ(fs::status(home_ / "c.can").permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    EXPECT_EQ(List().size(), 4U) << "no temporary file is left";
 }
 
 TEST_F(ProgramTest, EndsAtOnceWhenASecondSignalComes) {
