@@ -42,7 +42,6 @@ namespace tessaloom::vbscript {
     X(EqualK) X(NotEqualK) X(LessK) X(GreaterK) X(LessOrEqualK) X(GreaterOrEqualK) \
     X(Negate) X(Not)    /* a = op b */ \
     X(Append)           /* a = a & b */ \
-    X(AppendK)          /* a = a & K[b] */ \
     X(Jump)             /* to D */ \
     X(LoopBack)         /* the same backwards, watching the time */ \
     X(JumpIfFalse)      /* a, to D */ \
@@ -63,7 +62,7 @@ namespace tessaloom::vbscript {
     X(CallRoutine)      /* global b with c arguments from a on; the result to a */ \
     X(CallOwn)          /* member b of Me's class, the same way */ \
     X(CallBuiltin)      /* built-in b, the same way */ \
-    X(CallName)         /* what global b has become; the word behind: a slot + 1, b flags */ \
+    X(CallName)         /* what global b has become; the word behind: a slot + 1, b as a statement */ \
     X(CallValue)        /* default member of b as a statement, arguments as above */ \
     X(CallMember)       /* of object a, c arguments behind it; b a CallKind; the word behind: D the site */ \
     X(CallHostMember)   /* global b, a host's member, c arguments from a; the word behind: b a CallKind */ \
@@ -75,8 +74,7 @@ namespace tessaloom::vbscript {
     X(ReDim)            /* variable b, c bounds from a on; the word behind: b Preserve */ \
     X(Erase)            /* variable a */ \
     X(ResumeNext) X(ErrorGoTo0) \
-    X(Raise)            /* error D */ \
-    X(RaiseUndefined)   /* "Variable is undefined", name D */
+    X(Raise)            /* error D */
 // clang-format on
 
 enum class Opcode : std::uint16_t {
@@ -102,8 +100,5 @@ static_assert(sizeof(Instruction) == 8);
 
 /// Functions that need the machine itself.
 enum class SpecialCall : std::uint16_t { Eval, Execute, ExecuteGlobal, GetRef, Randomize };
-
-/// Flags of CallName.
-enum NameFlags : std::uint16_t { ExplicitNames = 1, AsStatement = 2 };
 
 }  // namespace tessaloom::vbscript

@@ -88,7 +88,6 @@ void Compiler::Check(const ProgramTree& tree) {
 
 std::unique_ptr<Routine> Compiler::Compile(const ProgramTree& tree, Place place) {
     Check(tree);
-    if (program_.names.Count() > MostGlobals * std::size_t{64}) throw SyntaxError(1001, 1, 1);
     DefineNames(tree, place.around != nullptr);
     auto main = std::make_unique<Routine>();
     Prepare(*main, tree.main, tree.explicitNames || (place.around && place.around->explicitNames));

@@ -192,9 +192,6 @@ void Machine::Dispatch(std::size_t stop) {
         DoAppend:
             AppendTo(context_, A.Resolved(), B);
             NEXT();
-        DoAppendK:
-            AppendTo(context_, A.Resolved(), constants[i->b]);
-            NEXT();
 
         DoLoadConstant:
             A = constants[i->D()];
@@ -471,8 +468,6 @@ void Machine::Dispatch(std::size_t stop) {
             NEXT();
         DoRaise:
             Fail(static_cast<ErrorCode>(i->D()));
-        DoRaiseUndefined:
-            FailUndefined(static_cast<NameId>(i->D()));
         } catch (RuntimeError& thrown) {
             error = std::move(thrown);
         } catch (const std::bad_alloc&) {

@@ -91,12 +91,11 @@ private:
     /// @{
     void ParseVariables(std::vector<syntax::VariableDeclaration>& list, bool isPrivate);
     void ParseConstants(std::vector<syntax::ConstantDeclaration>& list);
-    void ParseVisible(std::vector<Statement*>& list);
+    void ParseVisible();
     syntax::RoutineDeclaration* ParseRoutine(bool isPrivate, bool isDefault, bool inClass);
     std::span<syntax::Parameter> ParseParameters();
     void ParseClass();
-    void ParseClassMember(syntax::ClassDeclaration& declaration,
-                          std::vector<syntax::VariableDeclaration>& fields,
+    void ParseClassMember(std::vector<syntax::VariableDeclaration>& fields,
                           std::vector<syntax::RoutineDeclaration*>& routines);
     void CheckClass(const syntax::ClassDeclaration& declaration,
                     const std::vector<syntax::RoutineDeclaration*>& routines);

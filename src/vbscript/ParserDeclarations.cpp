@@ -78,8 +78,7 @@ void Parser::ParseConstants(std::vector<ConstantDeclaration>& list) {
     } while (Accept(TokenKind::Comma));
 }
 
-void Parser::ParseVisible(std::vector<Statement*>& list) {
-    static_cast<void>(list);
+void Parser::ParseVisible() {
     const bool isPrivate = Is(TokenKind::Private);
     if (scope_.routine != RoutineKind::Main) Fail(1002);
     Advance();
@@ -168,7 +167,7 @@ void Parser::ParseClass() {
     std::vector<VariableDeclaration> fields;
     std::vector<RoutineDeclaration*> routines;
     for (SkipSeparators(); !Is(TokenKind::End) && !Is(TokenKind::EndOfText); SkipSeparators()) {
-        ParseClassMember(declaration, fields, routines);
+        ParseClassMember(fields, routines);
         ExpectStatementEnd();
     }
     FinishBlock(TokenKind::Class, 1047);
@@ -178,7 +177,7 @@ void Parser::ParseClass() {
     tree_->classes.push_back(tree_->New(declaration));
 }
 
-void Parser::ParseClassMember(ClassDeclaration&, std::vector<VariableDeclaration>& fields,
+void Parser::ParseClassMember(std::vector<VariableDeclaration>& fields,
                               std::vector<RoutineDeclaration*>& routines) {
     const Position at = token_.at;
     const bool isPublic = Accept(TokenKind::Public);

@@ -129,7 +129,7 @@ void Parser::ParseStatement(std::vector<Statement*>& list) {
             return ParseConstants(scope_.constants);
         case TokenKind::Public:
         case TokenKind::Private:
-            return ParseVisible(list);
+            return ParseVisible();
         case TokenKind::Class:
             return ParseClass();
         case TokenKind::Sub:

@@ -105,7 +105,6 @@ private:
     Register IndexVariable(Register variable, Arguments arguments, int wanted);
     Register Constant(const Value& value, int wanted);
     Register Moved(Register from, int wanted);
-    void EvaluateObject(const Expression& expression, Register to);
     Register VariableRegister(const Meaning& meaning);
     const Value* ConstantOperand(const Expression& expression);
     bool MayCall(const Expression* expression);

@@ -158,8 +158,6 @@ RoutineCompiler::Register RoutineCompiler::VariableRegister(const Meaning& meani
     return reference;
 }
 
-void RoutineCompiler::EvaluateObject(const Expression& expression, Register to) { Evaluate(expression, to); }
-
 /// `expression`: a Member or WithMember.
 RoutineCompiler::Register RoutineCompiler::EvaluateMember(const Expression& expression, Arguments arguments,
                                                           int wanted, CallKind kind) {
@@ -167,7 +165,7 @@ RoutineCompiler::Register RoutineCompiler::EvaluateMember(const Expression& expr
     const bool inPlace = wanted != Anywhere && static_cast<std::size_t>(wanted) + 1 == next_;
     const Register first = inPlace ? static_cast<Register>(wanted) : NewRegister();
     if (expression.kind == ExpressionKind::Member)
-        EvaluateObject(*expression.left, first);
+        Evaluate(*expression.left, first);
     else if (withs_.empty())
         EmitRaise(ErrorCode::InvalidReference);
     else

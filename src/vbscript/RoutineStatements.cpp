@@ -233,7 +233,7 @@ void RoutineCompiler::AssignMember(const Expression& target, NameId name, Argume
     if (own)
         Emit(Opcode::LoadMe, first);
     else if (target.kind == ExpressionKind::Member)
-        EvaluateObject(*target.left, first);
+        Evaluate(*target.left, first);
     else if (withs_.empty())
         EmitRaise(ErrorCode::InvalidReference);
     else
