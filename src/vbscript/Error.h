@@ -14,7 +14,6 @@ enum class ErrorCode : int {
     ArrayLocked = 10,
     DivisionByZero = 11,
     TypeMismatch = 13,
-    OutOfStringSpace = 14,
     OutOfStackSpace = 28,
     ProcedureNotDefined = 35,
     Internal = 51,

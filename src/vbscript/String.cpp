@@ -23,7 +23,7 @@ StringData* AllocateRetained(std::size_t capacity) {
 }  // namespace
 
 StringData* StringData::Allocate(std::size_t capacity) {
-    if (capacity > String::MaxBytes) Fail(ErrorCode::OutOfStringSpace);
+    if (capacity > String::MaxBytes) Fail(ErrorCode::OutOfMemory);
     MemoryBudget::Charge(ChargeOf(capacity));
     void* const block = std::malloc(sizeof(StringData) + capacity);
     if (!block) {
@@ -58,7 +58,7 @@ String String::OfUtf8(std::string_view text) {
 
 String String::OfLength(std::size_t units) {
     if (units == 0) return {};
-    if (units > MaxBytes / sizeof(char16_t)) Fail(ErrorCode::OutOfStringSpace);
+    if (units > MaxBytes / sizeof(char16_t)) Fail(ErrorCode::OutOfMemory);
     StringData* const data = AllocateRetained(units * sizeof(char16_t));
     data->bytes = data->capacity;
     return Adopt(data);

@@ -16,7 +16,7 @@ namespace tessaloom::vbscript {
 /// functions see whole units only.
 class StringData final : public Counted {
 public:
-    /// With room for `capacity` bytes. Throws RuntimeError 7 or 14.
+    /// With room for `capacity` bytes. Throws RuntimeError 7.
     static StringData* Allocate(std::size_t capacity);
 
     const char16_t* Units() const { return reinterpret_cast<const char16_t*>(this + 1); }
@@ -35,7 +35,7 @@ private:
 /// A string of the language: UTF-16, shared when copied, with room to grow when appended to.
 ///
 /// Appending to a string that nobody shares is amortised constant time. Throws RuntimeError 7 above the
-/// memory budget and 14 above `MaxBytes`.
+/// memory budget and for a text longer than `MaxBytes`.
 class String {
 public:
     static constexpr std::size_t MaxBytes = std::size_t{1} << 31;
