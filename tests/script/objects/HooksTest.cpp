@@ -94,7 +94,8 @@ TEST_F(HooksTest, ThatSaveEverythingLeaveWholeDocuments) {
 
 TEST_F(HooksTest, MayShowBoxesWhileThePortfolioStaysAsItIs) {
     Start(
-        "Sub TextUpdate(c, i) : Portfolio.Canvas(c).Text(i).ProcessedString = MsgBox(\"Go on?\", 3 + 32, "
+        "Dim n\nSub TextUpdate(c, i) : Portfolio.Canvas(c).Text(i).ProcessedString = MsgBox(\"Go on?\", 3 + "
+        "32, "
         "\"Ask\")\n"
         "End Sub\nSub Interval : n = n + 1 : LoadLastFileName = n & InputBox(\"Name?\") : End Sub\n");
     it_.dialogs.answers = {Answer::Yes};
@@ -125,7 +126,8 @@ TEST_F(HooksTest, MayShowBoxesWhileThePortfolioStaysAsItIs) {
 
 TEST_F(HooksTest, OfShutdownMayShowABoxWithoutTicksOnWhatIsGoing) {
     Start(
-        "Sub Shutdown : MsgBox \"Bye\" : End Sub\nSub Interval : n = n + 1 : LoadLastFileName = n : End "
+        "Dim n\nSub Shutdown : MsgBox \"Bye\" : End Sub\nSub Interval : n = n + 1 : LoadLastFileName = n : "
+        "End "
         "Sub\n");
     Tick();
     it_.dialogs.whileShown = [&] { Tick(60); };
