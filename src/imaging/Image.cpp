@@ -187,7 +187,6 @@ void Image::MergeImageTo(DIB& destination, int x, int y) {
     }
 }
 
-/// Black, the shadow's ground, need not be left out: of two densities the larger one stays.
 bool Image::Opaque(int mode, const DIB* map) const {
     return mode == 2 && opacityValue_ == 100 && !transparentEnabled_ && !map;
 }
@@ -210,6 +209,7 @@ PixelArea Image::MergeShadowTo(DIB& shadow, int x, int y) {
     const int left = Clamped(x, Positions) + offset.x - ShadowMargin;
     const int top = Clamped(y, Positions) + offset.y - ShadowMargin;
     const int fromBottom = shadow.Height() - source.Height() - top;
+    // Black, the shadow's ground, need not be left out: of two densities the larger one stays.
     Merge(shadow.DIBPtr(), shadow.Width(), shadow.Height(), source.DIBPtr(), source.Width(), source.Height(),
           left, fromBottom, 0, NoKeyColour, 255, nullptr, 0, 0, nullptr, 0, 0);
     const Range<int> columns{0, shadow.Width()}, rows{0, shadow.Height()};

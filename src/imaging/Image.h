@@ -36,8 +36,8 @@ public:
     /// How the opacity map is obtained (`OpacityType`).
     enum OpacitySource {
         NoOpacityFile = 0,  ///< From the feathered edge, if any.
-        FromOpacityFile =
-            1,  ///< From `OpacityFileName`: its alpha, without one its intensity; times the edge.
+        /// From `OpacityFileName`: its alpha, without one its intensity; times the edge.
+        FromOpacityFile = 1,
     };
 
     /// Stages in the order in which they are brought up to date; each has a dirty flag.
@@ -94,15 +94,15 @@ public:
     /// The same for the opacity file.
     void ForceOpacityLoad();
 
-    // --- The stages: each getter first brings the earlier ones up to date; an empty bitmap without picture
-    // ---
+    // --- The stages ---
 
+    /// Each getter first brings the earlier stages up to date. Without a picture the bitmap is empty.
     const DIB& GetImageDIB();
     const DIB& GetCroppedDIB();
     const DIB& GetStretchedDIB();
     const DIB& GetRotatedDIB();
-    const DIB&
-    GetFinalizedDIB();  ///< The same as the rotated picture, with opacity and shadow up to date, too.
+    /// The rotated picture, with opacity and shadow up to date, too.
+    const DIB& GetFinalizedDIB();
 
     /// The map of the final picture; null where the opacity is uniform.
     const DIB* FinalOpacityDIB();
@@ -311,7 +311,7 @@ private:
     DIB opacity_, rotatedOpacity_;
     DIB shadow_;
     DIB work_;           ///< What is turned: the picture with its edge continued, or the map's negative.
-    PixelSize mapFrom_;  ///< The size of what `rotatedOpacity_` was turned from.
+    PixelSize mapFrom_;  ///< The unrotated size that `rotatedOpacity_` was last made for; 0 x 0: unrotated.
     bool cropActive_ = false, stretchActive_ = false, rotationActive_ = false;
     bool opacityActive_ = false, rotatedOpacityActive_ = false;
     Held held_ = Held::Nothing;

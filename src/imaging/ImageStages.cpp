@@ -197,10 +197,12 @@ void Image::LoadOpacityFile() {
         return;
     }
     if (opacityPicture_.DIBPtr() && !opacityFile_->Stale(opacityFileName_)) return;
-    if (opacityFile_->Load(opacityFileName_, opacityPicture_) != PictureFile::Outcome::Loaded) return;
-    OpacityMap::FromPicture(opacityPicture_, opacityFile_->Alpha());
+    const bool loaded = opacityFile_->Load(opacityFileName_, opacityPicture_) == PictureFile::Outcome::Loaded;
+    if (loaded) {
+        OpacityMap::FromPicture(opacityPicture_, opacityFile_->Alpha());
+        SetGraphics(Bits(Stage::Opacity));
+    }
     opacityFile_->Release();
-    SetGraphics(Bits(Stage::Opacity));
 }
 
 void Image::LoadOpacity() {
@@ -230,11 +232,11 @@ bool Image::TurnsToCorners() const { return std::fmod(rotationAngle_, 90.0F) != 
 
 void Image::LoadRotatedOpacityDIB() {
     MarkShadow();
+    const DIB& picture = Stretched();
+    mapFrom_ = rotationActive_ ? PixelSize{picture.Width(), picture.Height()} : PixelSize{};
     rotatedOpacityActive_ = rotationActive_ && !IsText() && (opacityActive_ || TurnsToCorners());
     if (!rotatedOpacityActive_) return;
     // The map is turned as its negative: white, the ground that its edges blend with, ends as nothing.
-    const DIB& picture = Stretched();
-    mapFrom_ = {picture.Width(), picture.Height()};
     if (opacityActive_) {
         work_.CopyFrom(opacity_);
         OpacityMap::Negate(work_);

@@ -300,6 +300,14 @@ TEST_F(ImageTest, StaysUprightWhereTurningWouldTakeTooMuchMemory) {
     image.SetCrop(0, 19'990, 0, 0);
     EXPECT_EQ(image.GetFinalizedDIB().Width(), 9);
     EXPECT_NE(image.FinalOpacityDIB(), nullptr);
+
+    image.SetCrop(0, 0, 0, 0);
+    for (const int feather : {2, 0}) {
+        image.SetFeatherWidth(feather);
+        image.GetFinalizedDIB();
+    }
+    image.SetCrop(0, 19'990, 0, 0);
+    EXPECT_NE(image.FinalOpacityDIB(), nullptr) << "turned again, to the size of before";
 }
 
 TEST_F(ImageTest, TakesItsOpacityFromAFile) {
@@ -353,6 +361,11 @@ TEST_F(ImageTest, CastsAShadowAroundItself) {
 
     Supply(8, 4, Red);
     EXPECT_EQ(image.GetShadowDIB().Height(), 8) << "it follows the picture";
+    image.SetRotationAngle(90);
+    image.GetFinalizedDIB();
+    Supply(8, 4, Blue);
+    image.FinalOpacityDIB();
+    EXPECT_FALSE(image.Dirty(Stage::Shadow)) << "another frame of the same outline";
 }
 
 TEST_F(ImageTest, HasNothingToMergeBeforeAPictureCame) {
