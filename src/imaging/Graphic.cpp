@@ -76,7 +76,10 @@ void Graphic::UpdateImage() {
 }
 
 void Graphic::MergeImageTo(DIB& canvas) {
-    Trap({Module, "MergeImageTo"}, [&] { image_.MergeImageTo(canvas, x_, y_); });
+    Trap({Module, "MergeImageTo"}, [&] {
+        image_.MergeImageTo(canvas, x_, y_);
+        shownRevision_ = image_.Revision();
+    });
 }
 
 bool Graphic::Hides(const DIB& canvas) {
@@ -132,7 +135,7 @@ void Graphic::TakeSource() {
         case VideoFeed:
             return TakeFrame();
         case OtherCanvas:
-            return TakePicture(host_.CanvasPicture(sourceCanvas_));
+            return LoadIntoPictureDIB(host_.CanvasPicture(sourceCanvas_));
         case PictureFile:
             return TakeFile();
         case PlainBlock:
@@ -142,7 +145,7 @@ void Graphic::TakeSource() {
     }
 }
 
-void Graphic::TakePicture(const DIB* picture) {
+void Graphic::LoadIntoPictureDIB(const DIB* picture) {
     if (picture) image_.LoadIntoPictureDIB(*picture);
 }
 

@@ -227,7 +227,7 @@ private:
     void PassSettings();
     void TakeSource();
     void TakeFrame();
-    void TakePicture(const DIB* picture);
+    void LoadIntoPictureDIB(const DIB* picture);
     void TakeFile();
     void TakeBlock();
     void TakeAddress();
@@ -245,7 +245,7 @@ private:
     TimedActivity activity_;
     tessaloom::Schedule schedule_;
     tessaloom::Image image_;
-    unsigned shownRevision_ = 0;
+    unsigned shownRevision_ = 0;  ///< Of the image, when the pass was last marked or the layer drawn.
 
     std::unique_ptr<UrlTransfer> myInet_;  ///< Made for the first address.
     std::string fetched_;                  ///< The address that was asked for last.

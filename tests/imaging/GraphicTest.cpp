@@ -342,7 +342,7 @@ TEST_F(AddressTest, ShowsThePictureWhenItHasCome) {
     Fill(canvas, 10, 10, White);
     layer.MergeImageTo(canvas);
     EXPECT_EQ(CountPixels(canvas, Red), 48);
-    Update();
+    EXPECT_EQ(Update(), Passes{}) << "it has been drawn";
     EXPECT_FALSE(layer.Changed());
     EXPECT_EQ(transfers.requests.size(), 3U);
 
