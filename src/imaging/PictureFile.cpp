@@ -50,9 +50,14 @@ int PictureFile::LoadThroughSurface(std::string_view name, DIB& target) {
     if (!surface_.SetPictureFile(name)) return Unreadable;
     const DeviceContext* source = surface_.hDC();
     if (!source) return Unreadable;
-    target.SetWidthHeight(surface_.Width(), surface_.Height());
-    if (!target.DIBPtr()) return Unreadable;
-    target.hDC()->BitBlt(0, 0, target.Width(), target.Height(), *source, 0, 0);
+    DIB& spare = buffers_.spare;
+    spare.SetWidthHeight(surface_.Width(), surface_.Height());
+    if (!spare.DIBPtr()) {
+        spare.SetWidthHeight(0, 0);
+        return Unreadable;
+    }
+    spare.hDC()->BitBlt(0, 0, spare.Width(), spare.Height(), *source, 0, 0);
+    target.Swap(spare);
     return Loaded;
 }
 
