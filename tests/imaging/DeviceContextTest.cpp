@@ -71,16 +71,6 @@ TEST(BitBlt, CopiesWithinOneBitmapWhateverTheOverlap) {
     }
 }
 
-TEST(StretchBlt, IsACopyAtTheSameSize) {
-    const auto source = Make(13, 9, 4);
-    for (const StretchMode mode : {StretchMode::ColorOnColor, StretchMode::Halftone}) {
-        const auto dest = Make(13, 9);
-        dest->hDC()->SetStretchBltMode(mode);
-        dest->hDC()->StretchBlt(0, 0, 13, 9, *source->hDC(), 0, 0, 13, 9);
-        EXPECT_EQ(Pixels(*dest), Pixels(*source));
-    }
-}
-
 TEST(StretchBlt, ShowsTheSamePartWhenItIsClipped) {
     const auto source = Make(23, 17, 5);
     for (const StretchMode mode : {StretchMode::ColorOnColor, StretchMode::Halftone}) {
@@ -127,17 +117,6 @@ TEST(StretchBlt, TakesTheNearestPixelOrTheMean) {
         for (int x = 0; x < width; ++x)
             EXPECT_EQ(dest->Row(0)[x * 3], c.expected[static_cast<std::size_t>(x)])
                 << width << " wide, at " << x;
-    }
-}
-
-TEST(StretchBlt, KeepsOneColourAtAnySize) {
-    const auto source = Make(37, 29);
-    source->Clear(0xFE01FF);
-    for (const int size : {1, 2, 7, 36, 38, 200}) {
-        const auto dest = Make(size, size + 1);
-        dest->hDC()->SetStretchBltMode(StretchMode::Halftone);
-        dest->hDC()->StretchBlt(0, 0, size, size + 1, *source->hDC(), 0, 0, 37, 29);
-        for (const int pixel : Pixels(*dest)) ASSERT_EQ(pixel, 0xFE01FF) << size;
     }
 }
 

@@ -67,7 +67,10 @@ TESSALOOM_EXPORT int Shadow(uint8_t* ShadowPtr, int W, int H, const uint8_t* Sou
 /// Sets every pixel to `Colour`.
 TESSALOOM_EXPORT int Cls(uint8_t* Ptr, int Width, int Height, int Colour);
 
-/// Transforms the bitmap in place. Mode: a number of pixelops/ColorModes.h; any other does nothing.
+/// Transforms the bitmap in place. Mode: 1 greyscale, 2 negative, 3 brighter, 4 darker, 5 more and 6 less
+/// contrast, 7 lighter and 8 darker midtones, 9 more and 10 less saturation, 11 warmer, 12 cooler, 13
+/// automatic levels, 14 sharpen, 15 red and blue exchanged; any other does nothing. The formulas:
+/// ColorModes.h.
 TESSALOOM_EXPORT int ColorProcess(uint8_t* Ptr, int Width, int Height, int Mode);
 
 /// Rotates the source about its centre onto the destination, centre on centre, counter-clockwise as seen on a

@@ -28,31 +28,6 @@ int MergedColour(int dest, int source, Options o = {}) {
     return below.Colour(0, 0);
 }
 
-TEST(Merge, LaysDownEachModeByItsFormula) {
-    const struct {
-        int mode, dest, source, opacity, expected;
-    } cases[] = {
-        {2, 100, 200, 128, 150},
-        {2, 0,   255, 127, 127},
-        {2, 255, 0,   1,   254},
-        {2, 10,  11,  127, 10 },
-        {2, 10,  11,  128, 11 },
-        {0, 90,  80,  255, 90 },
-        {0, 90,  95,  255, 95 },
-        {0, 90,  200, 128, 100},
-        {1, 200, 255, 255, 0  },
-        {1, 200, 0,   255, 200},
-        {1, 200, 255, 128, 100},
-        {1, 200, 128, 255, 100},
-        {1, 255, 100, 77,  225},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(::testing::Message()
-                     << "mode " << c.mode << " dest " << c.dest << " source " << c.source);
-        EXPECT_EQ(MergedColour(c.dest, c.source, {.mode = c.mode, .opacity = c.opacity}), c.expected);
-    }
-}
-
 TEST(Merge, FollowsItsFormulasForAllValues) {
     Bitmap source(256, 256, 0), before(256, 256, 0);
     for (int d = 0; d < 256; ++d) {

@@ -71,4 +71,16 @@ inline std::vector<std::size_t> RowLengths() {
     return lengths;
 }
 
+/// The same with each of these counts and random bytes.
+template <typename Check>
+void OnEachLength(unsigned seed, Check check) {
+    OnEachTarget([&] {
+        RandomBytes random(seed);
+        for (const std::size_t count : RowLengths()) {
+            check(random, count);
+            if (::testing::Test::HasFatalFailure()) return;
+        }
+    });
+}
+
 }  // namespace tessaloom::testing

@@ -16,19 +16,16 @@ namespace {
 using namespace tessaloom::pixelops;
 
 TEST(LayRow, EqualsItsReference) {
-    OnEachTarget([] {
-        RandomBytes random(1);
-        for (const std::size_t count : RowLengths()) {
-            for (const Laying laying : {Laying::KeepDenser, Laying::Darken, Laying::Blend}) {
-                for (const int opacity : {0, 1, 153, 254, 255}) {
-                    Bytes before = random(count), paint = random(count), map = random(count);
-                    for (std::uint8_t* used : {map.Data(), static_cast<std::uint8_t*>(nullptr)}) {
-                        Bytes dest = before, expected = before;
-                        LayRow(laying, dest.Data(), paint.Data(), used, opacity, count);
-                        reference::LayRow(laying, expected.Data(), paint.Data(), used, opacity, count);
-                        ASSERT_EQ(dest, expected) << count << " bytes, opacity " << opacity << ", laying "
-                                                  << static_cast<int>(laying) << (used ? ", map" : "");
-                    }
+    OnEachLength(1, [](RandomBytes& random, std::size_t count) {
+        for (const Laying laying : {Laying::KeepDenser, Laying::Darken, Laying::Blend}) {
+            for (const int opacity : {0, 1, 153, 254, 255}) {
+                Bytes before = random(count), paint = random(count), map = random(count);
+                for (std::uint8_t* used : {map.Data(), static_cast<std::uint8_t*>(nullptr)}) {
+                    Bytes dest = before, expected = before;
+                    LayRow(laying, dest.Data(), paint.Data(), used, opacity, count);
+                    reference::LayRow(laying, expected.Data(), paint.Data(), used, opacity, count);
+                    ASSERT_EQ(dest, expected) << count << " bytes, opacity " << opacity << ", laying "
+                                              << static_cast<int>(laying) << (used ? ", map" : "");
                 }
             }
         }
@@ -36,145 +33,121 @@ TEST(LayRow, EqualsItsReference) {
 }
 
 TEST(KeepRowAndHideRow, EqualTheirReferences) {
-    OnEachTarget([] {
-        RandomBytes random(2);
-        for (const std::size_t count : RowLengths()) {
-            const ColourRange ranges[] = {
-                {{0, 0, 0},     {0, 0, 0},       0  },
-                {{255, 0, 255}, {255, 0, 255},   9  },
-                {{10, 0, 90},   {250, 200, 255}, 77 },
-                {{0, 0, 0},     {255, 255, 255}, 128},
-                {{9, 0, 0},     {8, 255, 255},   0  }
-            };
-            for (const ColourRange& range : ranges) {
-                const std::size_t pixels = count / 3;
-                Bytes source = random(pixels * 3), kept = random(pixels * 3), expected = kept;
-                KeepRow(kept.Data(), source.Data(), range, pixels);
-                reference::KeepRow(expected.Data(), source.Data(), range, pixels);
-                ASSERT_EQ(kept, expected) << pixels << " pixels, kept " << int{range.kept};
-                HideRow(kept.Data(), source.Data(), range, pixels);
-                reference::HideRow(expected.Data(), source.Data(), range, pixels);
-                ASSERT_EQ(kept, expected) << pixels << " pixels, hidden";
-            }
+    OnEachLength(2, [](RandomBytes& random, std::size_t count) {
+        const ColourRange ranges[] = {
+            {{0, 0, 0},     {0, 0, 0},       0  },
+            {{255, 0, 255}, {255, 0, 255},   9  },
+            {{10, 0, 90},   {250, 200, 255}, 77 },
+            {{0, 0, 0},     {255, 255, 255}, 128},
+            {{9, 0, 0},     {8, 255, 255},   0  }
+        };
+        for (const ColourRange& range : ranges) {
+            const std::size_t pixels = count / 3;
+            Bytes source = random(pixels * 3), kept = random(pixels * 3), expected = kept;
+            KeepRow(kept.Data(), source.Data(), range, pixels);
+            reference::KeepRow(expected.Data(), source.Data(), range, pixels);
+            ASSERT_EQ(kept, expected) << pixels << " pixels, kept " << int{range.kept};
+            HideRow(kept.Data(), source.Data(), range, pixels);
+            reference::HideRow(expected.Data(), source.Data(), range, pixels);
+            ASSERT_EQ(kept, expected) << pixels << " pixels, hidden";
         }
     });
 }
 
 TEST(ScaleRow, EqualsItsReference) {
-    OnEachTarget([] {
-        RandomBytes random(3);
-        for (const std::size_t count : RowLengths()) {
-            Bytes map = random(count), kept = random(count), expected = kept;
-            const int opacity = static_cast<int>(random.Below(256));
-            ScaleRow(kept.Data(), map.Data(), opacity, count);
-            reference::ScaleRow(expected.Data(), map.Data(), opacity, count);
-            ASSERT_EQ(kept, expected) << count << " bytes, opacity " << opacity;
-        }
+    OnEachLength(3, [](RandomBytes& random, std::size_t count) {
+        Bytes map = random(count), kept = random(count), expected = kept;
+        const int opacity = static_cast<int>(random.Below(256));
+        ScaleRow(kept.Data(), map.Data(), opacity, count);
+        reference::ScaleRow(expected.Data(), map.Data(), opacity, count);
+        ASSERT_EQ(kept, expected) << count << " bytes, opacity " << opacity;
     });
 }
 
 TEST(SoftenRow, EqualsItsReference) {
-    OnEachTarget([] {
-        RandomBytes random(4);
-        for (const std::size_t count : RowLengths()) {
-            Bytes line = random(count + 12), dest = random(count), expected = dest;
-            const std::uint8_t* at = line.Data();
-            const FiveLines lines{at, at + 3, at + 6, at + 9, at + 12};
-            for (const Softness softness : {
-                     Softness{12, 2, 0},
-                     Softness{6,  4, 1},
-                     Softness{4,  3, 3}
-            }) {
-                SoftenRow(dest.Data(), lines, softness, count);
-                reference::SoftenRow(expected.Data(), lines, softness, count);
-                ASSERT_EQ(dest, expected) << count << " bytes, centre " << softness.centre;
-            }
+    OnEachLength(4, [](RandomBytes& random, std::size_t count) {
+        Bytes line = random(count + 12), dest = random(count), expected = dest;
+        const std::uint8_t* at = line.Data();
+        const FiveLines lines{at, at + 3, at + 6, at + 9, at + 12};
+        for (const Softness softness : {
+                 Softness{12, 2, 0},
+                 Softness{6,  4, 1},
+                 Softness{4,  3, 3}
+        }) {
+            SoftenRow(dest.Data(), lines, softness, count);
+            reference::SoftenRow(expected.Data(), lines, softness, count);
+            ASSERT_EQ(dest, expected) << count << " bytes, centre " << softness.centre;
         }
     });
 }
 
 TEST(FillRow, RepeatsThePixel) {
-    OnEachTarget([] {
-        RandomBytes random(5);
-        for (const std::size_t count : RowLengths()) {
-            Bytes dest = random(count / 3 * 3), expected = dest;
-            std::uint8_t pattern[FillBytes];
-            for (std::size_t i = 0; i < FillBytes; ++i) pattern[i] = static_cast<std::uint8_t>(i % 3 * 70);
-            FillRow(dest.Data(), pattern, count / 3);
-            for (std::size_t i = 0; i < expected.Size(); ++i) expected.Data()[i] = pattern[i % 3];
-            ASSERT_EQ(dest, expected) << count / 3 << " pixels";
-        }
+    OnEachLength(5, [](RandomBytes& random, std::size_t count) {
+        Bytes dest = random(count / 3 * 3), expected = dest;
+        std::uint8_t pattern[FillBytes];
+        for (std::size_t i = 0; i < FillBytes; ++i) pattern[i] = static_cast<std::uint8_t>(i % 3 * 70);
+        FillRow(dest.Data(), pattern, count / 3);
+        for (std::size_t i = 0; i < expected.Size(); ++i) expected.Data()[i] = pattern[i % 3];
+        ASSERT_EQ(dest, expected) << count / 3 << " pixels";
     });
 }
 
 TEST(DiffRow, EqualsItsReferenceAndCounts) {
-    OnEachTarget([] {
-        RandomBytes random(6);
-        for (const std::size_t count : RowLengths()) {
-            for (const int threshold : {0, 1, 9, 255}) {
-                SCOPED_TRACE(::testing::Message() << count << " bytes, threshold " << threshold);
-                Bytes current = random(count), previous = random(count), expected(count), out(count);
-                reference::DiffRow(expected.Data(), current.Data(), previous.Data(), threshold, count);
-                Counts counts;
-                DiffCountRow(out.Data(), current.Data(), previous.Data(), threshold, count, counts);
-                ASSERT_TRUE(std::equal(out.Data(), out.Data() + count, expected.Data()));
-                for (int v = 0; v < 256; ++v)
-                    ASSERT_EQ(counts[v], std::count(expected.Data(), expected.Data() + count, v)) << v;
-                DiffRow(current.Data(), current.Data(), previous.Data(), threshold, count);
-                ASSERT_TRUE(std::equal(out.Data(), out.Data() + count, current.Data())) << "in place";
-            }
+    OnEachLength(6, [](RandomBytes& random, std::size_t count) {
+        for (const int threshold : {0, 1, 9, 255}) {
+            SCOPED_TRACE(::testing::Message() << count << " bytes, threshold " << threshold);
+            Bytes current = random(count), previous = random(count), expected(count), out(count);
+            reference::DiffRow(expected.Data(), current.Data(), previous.Data(), threshold, count);
+            Counts counts;
+            DiffCountRow(out.Data(), current.Data(), previous.Data(), threshold, count, counts);
+            ASSERT_TRUE(std::equal(out.Data(), out.Data() + count, expected.Data()));
+            for (int v = 0; v < 256; ++v)
+                ASSERT_EQ(counts[v], std::count(expected.Data(), expected.Data() + count, v)) << v;
+            DiffRow(current.Data(), current.Data(), previous.Data(), threshold, count);
+            ASSERT_TRUE(std::equal(out.Data(), out.Data() + count, current.Data())) << "in place";
         }
     });
 }
 
 TEST(ChangeRow, EqualsItsReference) {
-    OnEachTarget([] {
-        RandomBytes random(8);
-        for (const std::size_t count : RowLengths()) {
-            Bytes current = random(count), previous = random(count), same = previous;
-            for (const ChangeLimits limits : {
-                     ChangeLimits{0,   255},
-                     {127, 128},
-                     {100, 200}
-            }) {
-                for (Bytes* frame : {&current, &same}) {
-                    FrameChange change, expected;
-                    ChangeRow(frame->Data(), previous.Data(), limits, count, change);
-                    reference::ChangeRow(frame->Data(), previous.Data(), limits, count, expected);
-                    ASSERT_EQ(change.beyond, expected.beyond) << count;
-                    ASSERT_EQ(change.lowest, expected.lowest) << count;
-                    ASSERT_EQ(change.highest, expected.highest) << count;
-                }
+    OnEachLength(8, [](RandomBytes& random, std::size_t count) {
+        Bytes current = random(count), previous = random(count), same = previous;
+        for (const ChangeLimits limits : {
+                 ChangeLimits{0,   255},
+                 {127, 128},
+                 {100, 200}
+        }) {
+            for (Bytes* frame : {&current, &same}) {
+                FrameChange change, expected;
+                ChangeRow(frame->Data(), previous.Data(), limits, count, change);
+                reference::ChangeRow(frame->Data(), previous.Data(), limits, count, expected);
+                ASSERT_EQ(change.beyond, expected.beyond) << count;
+                ASSERT_EQ(change.lowest, expected.lowest) << count;
+                ASSERT_EQ(change.highest, expected.highest) << count;
             }
         }
     });
 }
 
 TEST(WidenRow, EqualsItsReferenceInPlaceAndApart) {
-    OnEachTarget([] {
-        RandomBytes random(7);
-        for (const std::size_t count : RowLengths()) {
-            for (const std::size_t apart : {std::size_t{0}, std::size_t{1}, std::size_t{100}, count * 2}) {
-                Bytes frame = random(apart + count * 3), expected = frame;
-                WidenRow(frame.Data() + apart, frame.Data(), count);
-                reference::WidenRow(expected.Data() + apart, expected.Data(), count);
-                ASSERT_EQ(frame, expected) << count << " pixels, " << apart << " bytes on";
-            }
+    OnEachLength(7, [](RandomBytes& random, std::size_t count) {
+        for (const std::size_t apart : {std::size_t{0}, std::size_t{1}, std::size_t{100}, count * 2}) {
+            Bytes frame = random(apart + count * 3), expected = frame;
+            WidenRow(frame.Data() + apart, frame.Data(), count);
+            reference::WidenRow(expected.Data() + apart, expected.Data(), count);
+            ASSERT_EQ(frame, expected) << count << " pixels, " << apart << " bytes on";
         }
     });
 }
 
 TEST(SumRow, EqualsItsReference) {
-    OnEachTarget([] {
-        RandomBytes random(8);
-        for (const std::size_t count : RowLengths()) {
-            Bytes added = random(count), removed = random(count);
-            for (std::uint8_t* gone : {removed.Data(), static_cast<std::uint8_t*>(nullptr)}) {
-                std::vector<std::uint16_t> sums(count, 1000), expected = sums;
-                SumRow(sums.data(), added.Data(), gone, count);
-                reference::SumRow(expected.data(), added.Data(), gone, count);
-                ASSERT_EQ(sums, expected) << count;
-            }
+    OnEachLength(8, [](RandomBytes& random, std::size_t count) {
+        Bytes added = random(count), removed = random(count);
+        for (std::uint8_t* gone : {removed.Data(), static_cast<std::uint8_t*>(nullptr)}) {
+            std::vector<std::uint16_t> sums(count, 1000), expected = sums;
+            SumRow(sums.data(), added.Data(), gone, count);
+            reference::SumRow(expected.data(), added.Data(), gone, count);
+            ASSERT_EQ(sums, expected) << count;
         }
     });
 }
@@ -218,17 +191,14 @@ TEST(SampleRow, StaysWithinOneOfItsReference) {
 }
 
 TEST(MixRows, EqualsItsReference) {
-    OnEachTarget([] {
-        RandomBytes random(10);
-        for (const std::size_t count : RowLengths()) {
-            Bytes rows = random(count + 40);
-            const std::uint16_t weights[] = {0, 21845, 30000, 13691};
-            for (std::size_t taps = 1; taps <= 4; ++taps) {
-                std::vector<std::uint16_t> out(count), expected(count);
-                MixRows(out.data(), {rows.Data(), 11, weights, taps}, count);
-                reference::MixRows(expected.data(), {rows.Data(), 11, weights, taps}, count);
-                ASSERT_EQ(out, expected) << count << " bytes, taps " << taps;
-            }
+    OnEachLength(10, [](RandomBytes& random, std::size_t count) {
+        Bytes rows = random(count + 40);
+        const std::uint16_t weights[] = {0, 21845, 30000, 13691};
+        for (std::size_t taps = 1; taps <= 4; ++taps) {
+            std::vector<std::uint16_t> out(count), expected(count);
+            MixRows(out.data(), {rows.Data(), 11, weights, taps}, count);
+            reference::MixRows(expected.data(), {rows.Data(), 11, weights, taps}, count);
+            ASSERT_EQ(out, expected) << count << " bytes, taps " << taps;
         }
     });
 }
@@ -259,17 +229,14 @@ TEST(MixPixelsAndSpreadPixels, EqualTheirReferences) {
 }
 
 TEST(BlendRows, EqualsItsReference) {
-    OnEachTarget([] {
-        RandomBytes random(12);
-        for (const std::size_t count : RowLengths()) {
-            std::vector<std::uint16_t> rows(count + 5);
-            for (std::uint16_t& value : rows) value = static_cast<std::uint16_t>(random.Below(65313));
-            for (const std::uint16_t weight : {0, 1, 32768, 65535}) {
-                Bytes out(count), expected(count);
-                BlendRows(out.Data(), rows.data(), rows.data() + 5, weight, count);
-                reference::BlendRows(expected.Data(), rows.data(), rows.data() + 5, weight, count);
-                ASSERT_EQ(out, expected) << count << " bytes, weight " << weight;
-            }
+    OnEachLength(12, [](RandomBytes& random, std::size_t count) {
+        std::vector<std::uint16_t> rows(count + 5);
+        for (std::uint16_t& value : rows) value = static_cast<std::uint16_t>(random.Below(65313));
+        for (const std::uint16_t weight : {0, 1, 32768, 65535}) {
+            Bytes out(count), expected(count);
+            BlendRows(out.Data(), rows.data(), rows.data() + 5, weight, count);
+            reference::BlendRows(expected.Data(), rows.data(), rows.data() + 5, weight, count);
+            ASSERT_EQ(out, expected) << count << " bytes, weight " << weight;
         }
     });
 }
