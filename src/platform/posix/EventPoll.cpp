@@ -1,8 +1,6 @@
 #include "platform/posix/EventPoll.h"
 
-#include <sys/epoll.h>
-
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <system_error>
@@ -60,19 +58,21 @@ void EventPoll::Remove(Token token, int descriptor) {
 }
 
 void EventPoll::Dispatch() {
-    std::array<epoll_event, 64> events;
     const auto end = std::chrono::steady_clock::now() + Slice;
-    for (;;) {
-        const int count = ::epoll_wait(epoll_.Number(), events.data(), static_cast<int>(events.size()), 0);
-        if (count <= 0) return;
-        for (int i = 0; i < count; ++i) {
-            const epoll_event event = events[static_cast<std::size_t>(i)];
-            const Entry& entry = entries_[IndexOf(event.data.u64)];
-            if (entry.handler && entry.generation == GenerationOf(event.data.u64))
-                entry.handler->Ready(event.events);
-            if (std::chrono::steady_clock::now() > end) return;
-        }
+    while (told_ < fetched_ || Fetch()) {
+        const epoll_event event = events_[told_++];
+        const Entry& entry = entries_[IndexOf(event.data.u64)];
+        if (entry.handler && entry.generation == GenerationOf(event.data.u64))
+            entry.handler->Ready(event.events);
+        if (std::chrono::steady_clock::now() > end) return;
     }
+}
+
+bool EventPoll::Fetch() {
+    const int count = ::epoll_wait(epoll_.Number(), events_.data(), static_cast<int>(events_.size()), 0);
+    told_ = 0;
+    fetched_ = static_cast<std::size_t>(std::max(count, 0));
+    return fetched_ > 0;
 }
 
 }  // namespace tessaloom

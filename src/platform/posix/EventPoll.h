@@ -1,5 +1,9 @@
 #pragma once
 
+#include <sys/epoll.h>
+
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <vector>
 
@@ -35,8 +39,8 @@ public:
     void Remove(Token token, int descriptor);
 
     /// Tells the handlers what has happened, for about a millisecond at most; what is left over then is told
-    /// by the next call. Handlers may add and remove any descriptor; none is told of what happened to a
-    /// removed one.
+    /// first by the next call, so that everybody has his turn. Handlers may add and remove any descriptor,
+    /// and dispatch themselves; none is told of what happened to a removed one.
     void Dispatch();
 
 private:
@@ -45,7 +49,11 @@ private:
         std::uint32_t generation = 1;
     };
 
+    bool Fetch();
+
     Descriptor epoll_;
+    std::array<epoll_event, 64> events_;
+    std::size_t told_ = 0, fetched_ = 0;  ///< Of `events_`.
     std::vector<Entry> entries_;
     std::vector<std::uint32_t> free_;  ///< Entries without a handler.
 };
