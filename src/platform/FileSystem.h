@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,6 +29,19 @@ struct FileStamp {
 enum class Access {
     Keep,       ///< As before; a new file gets the usual permissions.
     OwnerOnly,  ///< The owner alone, from the first byte on.
+};
+
+/// A file that was opened to be read in portions. It stays the one that was opened when another file takes
+/// its name.
+class FileReader {
+public:
+    virtual ~FileReader() = default;
+
+    /// Bytes, when it was opened.
+    virtual std::uint64_t Size() const = 0;
+
+    /// Up to `count` bytes from `offset` on; less where the file ends or cannot be read.
+    virtual std::string Read(std::uint64_t offset, std::size_t count) = 0;
 };
 
 /// Files and folders.
@@ -59,6 +73,9 @@ public:
 
     /// The whole file; nothing when it cannot be read or holds more than `limit` bytes.
     virtual std::optional<std::string> ReadFile(std::string_view path, std::size_t limit = DefaultLimit) = 0;
+
+    /// Null when the file cannot be read.
+    virtual std::unique_ptr<FileReader> OpenFile(std::string_view path);
 
     /// Deletes the file if it exists, opens it, writes `bytes` from the first byte, closes it. A failure may
     /// leave a file cut short.

@@ -7,7 +7,7 @@
 #include "core/Store.h"
 #include "locale/Ascii.h"
 #include "locale/Error.h"
-#include "platform/Paths.h"
+#include "platform/FileSystem.h"
 #include "platform/TextEncoding.h"
 #include "publish/CanvasList.h"
 #include "publish/CanvasWebServer.h"
@@ -33,8 +33,10 @@ bool IsFullPath(std::string_view path) { return path.starts_with('/') || path.st
 
 }  // namespace
 
-WebConnection::WebConnection(int winSockIndex, Sockets& sockets, WebHost& host, WebFiles& files)
+WebConnection::WebConnection(int winSockIndex, Sockets& sockets, WebHost& host, FileSystem& files)
     : winSockIndex_(winSockIndex), host_(host), files_(files), socket_(sockets.MakeConnection(*this)) {}
+
+WebConnection::~WebConnection() = default;
 
 template <typename Body>
 void WebConnection::Guard(std::string_view procedure, Body&& body) {
@@ -60,6 +62,7 @@ void WebConnection::ForceClose() {
     ++uses_;
     answering_ = false;
     socket_->Close();
+    file_.reset();
     buffer_.clear();
     searched_ = 0;
 }
@@ -74,6 +77,7 @@ void WebConnection::Socket_DataArrival(std::string_view bytes) {
 
 void WebConnection::Socket_SendComplete() {
     Guard("Socket_SendComplete", [&] {
+        if (file_) return SendPortion({});
         lastActivityTime_ = modTime::Clock();
         AnswerNext();
     });
@@ -120,7 +124,7 @@ void WebConnection::Answer(const RequestHead& request) {
         CanvasWebServer* const canvas = host_.PublishedCanvas(slot);
         if (!canvas || FoldCase(canvas->FileName()) != folded) continue;
         if (canvas->Schedule().EnableNow(modTime::Clock())) return ReturnJPG(*canvas);
-        return ServeOffSchedule(canvas->OffScheduleFile());
+        return ServeOffSchedule(Trimmed(canvas->OffScheduleFile()));
     }
     if (!allowNonCanvasServes_) return ForceClose();
     ServeFile(Trimmed(name));
@@ -128,22 +132,38 @@ void WebConnection::Answer(const RequestHead& request) {
 
 void WebConnection::ServeFile(std::string_view path) {
     if (path.empty()) path = DefaultPage;
-    if (SharedBytes bytes = files_.ReadIn(webPath_, path)) return SendFile(path, std::move(bytes));
+    if (auto file = OpenWebFile(files_, webPath_, path)) return SendFile(path, std::move(file));
     if (!ascii::SameText(path, CanvasListName)) return Send404();
-    SendFile(path, std::make_shared<const std::string>(CanvasList(host_)));
+    auto list = std::make_shared<const std::string>(CanvasList(host_));
+    std::string head = FileHead(ContentTypeOf(path), list->size());
+    Respond(std::move(head), std::move(list));
 }
 
 /// The owner of the canvas chose this file, so that it may also lie outside the web folder.
-void WebConnection::ServeOffSchedule(const std::string& path) {
-    if (path.find("..") != path.npos || Trimmed(path).empty()) return Send404();
-    SharedBytes bytes = files_.ReadIn(webPath_, path);
-    if (!bytes) bytes = files_.Read(IsFullPath(path) ? path : JoinPath(host_.Folder(), path));
-    return bytes ? SendFile(path, std::move(bytes)) : Send404();
+void WebConnection::ServeOffSchedule(std::string_view path) {
+    if (path.empty()) path = DefaultPage;
+    if (path.find("..") != path.npos) return Send404();
+    auto file = OpenWebFile(files_, webPath_, path);
+    if (!file)
+        file = OpenWebFile(files_, IsFullPath(path) ? std::string(path) : JoinPath(host_.Folder(), path));
+    return file ? SendFile(path, std::move(file)) : Send404();
 }
 
-void WebConnection::SendFile(std::string_view path, SharedBytes bytes) {
-    const std::size_t size = bytes->size();
-    Respond(FileHead(ContentTypeOf(path), size), std::move(bytes));
+void WebConnection::SendFile(std::string_view path, std::unique_ptr<FileReader> file) {
+    file_ = std::move(file);
+    fileSent_ = 0;
+    SendPortion(FileHead(ContentTypeOf(path), file_->Size()));
+}
+
+/// What was promised in the head must come: a file that became shorter meanwhile ends the connection.
+void WebConnection::SendPortion(std::string head) {
+    const std::uint64_t left = file_->Size() - fileSent_;
+    const std::size_t count = std::min<std::uint64_t>(left, Portion);
+    auto bytes = std::make_shared<const std::string>(file_->Read(fileSent_, count));
+    if (bytes->size() < count) throw Error(ErrorNumber::DeviceIO, "Cannot read the rest of a file");
+    fileSent_ += count;
+    if (count == left) file_.reset();
+    Respond(std::move(head), std::move(bytes));
 }
 
 void WebConnection::ReturnJPG(CanvasWebServer& canvas) {
@@ -160,10 +180,10 @@ void WebConnection::Send404() {
 
 void WebConnection::Respond(std::string head, SharedBytes body) {
     const bool gone = socket_->Send(std::move(head), std::move(body));
-    closing_ = !keepAlive_;
+    closing_ = !keepAlive_ && !file_;
     if (closing_)
         socket_->CloseWhenSent();
-    else if (gone && HeadEnd() != buffer_.npos)
+    else if (gone && (file_ || HeadEnd() != buffer_.npos))
         socket_->NotifySent();
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -11,7 +12,8 @@
 namespace tessaloom {
 
 class CanvasWebServer;
-class WebFiles;
+class FileReader;
+class FileSystem;
 class WebHost;
 
 /// One place in the web server's pool: takes a connection, reads requests off it and answers them, one after
@@ -27,8 +29,13 @@ public:
     /// The same for one that leaves a connection open which we have closed.
     static constexpr double FarewellSeconds = 5;
 
+    /// Bytes of a file that are read and sent at a time: ticks wait for no more than that, however large it
+    /// is.
+    static constexpr std::size_t Portion = std::size_t{256} << 10;
+
     /// winSockIndex: the number of its socket, 1 for the first place. All else outlives the connection.
-    WebConnection(int winSockIndex, Sockets& sockets, WebHost& host, WebFiles& files);
+    WebConnection(int winSockIndex, Sockets& sockets, WebHost& host, FileSystem& files);
+    ~WebConnection();
 
     /// Accepts a connection that is offered. False when it went away meanwhile.
     bool TakeConnection(int requestID);
@@ -70,8 +77,9 @@ private:
     void AnswerNext();
     void Answer(const RequestHead& request);
     void ServeFile(std::string_view path);
-    void ServeOffSchedule(const std::string& path);
-    void SendFile(std::string_view path, SharedBytes bytes);
+    void ServeOffSchedule(std::string_view path);
+    void SendFile(std::string_view path, std::unique_ptr<FileReader> file);
+    void SendPortion(std::string head);
     void Respond(std::string head, SharedBytes body);
 
     /// Runs a routine of the above; when it fails the connection is closed.
@@ -80,11 +88,13 @@ private:
 
     const int winSockIndex_;
     WebHost& host_;
-    WebFiles& files_;
+    FileSystem& files_;
     const std::unique_ptr<ConnectionSocket> socket_;
     std::string webPath_;
-    std::string buffer_;        ///< Received and not answered yet.
-    std::size_t searched_ = 0;  ///< Bytes of it in which no empty line begins.
+    std::string buffer_;                ///< Received and not answered yet.
+    std::size_t searched_ = 0;          ///< Bytes of it in which no empty line begins.
+    std::unique_ptr<FileReader> file_;  ///< On its way; null when all of it was handed to the socket.
+    std::uint64_t fileSent_ = 0;        ///< Bytes of it that were.
     double lastActivityTime_ = 0;
     double lastArrivalTime_ = 0;  ///< When bytes were last seen to arrive at the client.
     std::uint64_t bytesArrived_ = 0;

@@ -18,11 +18,7 @@ constexpr double Second = 1 / modTime::SecondsPerDay;
 }  // namespace
 
 WebServer::WebServer(SettingsOwner& owner, WebHost& host, Tools tools)
-    : owner_(owner),
-      host_(host),
-      tools_(tools),
-      webFiles_(tools.files),
-      listener_(tools.sockets.MakeListener(*this)) {}
+    : owner_(owner), host_(host), tools_(tools), listener_(tools.sockets.MakeListener(*this)) {}
 
 WebServer::~WebServer() = default;
 
@@ -37,7 +33,7 @@ void WebServer::SetEnabled(bool enabled) {
 bool WebServer::Start() {
     while (pool_.size() < PoolSize)
         pool_.push_back(std::make_unique<WebConnection>(static_cast<int>(pool_.size()) + 1, tools_.sockets,
-                                                        host_, webFiles_));
+                                                        host_, tools_.files));
     const std::string failure = listener_->Listen(port_);
     if (failure.empty()) {
         Log(LogLevel::Info, "The web server listens on port " + std::to_string(port_));

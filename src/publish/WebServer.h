@@ -8,11 +8,11 @@
 #include "core/SettingsOwner.h"
 #include "core/Store.h"
 #include "platform/Sockets.h"
-#include "publish/WebFiles.h"
 
 namespace tessaloom {
 
 class Dialogs;
+class FileSystem;
 class WebConnection;
 class WebHost;
 
@@ -85,7 +85,6 @@ private:
     SettingsOwner& owner_;
     WebHost& host_;
     Tools tools_;
-    WebFiles webFiles_;
     std::unique_ptr<ListenerSocket> listener_;
     std::vector<std::unique_ptr<WebConnection>> pool_;  ///< Empty until the server is first switched on.
     double nextLook_ = 0;                               ///< For idle connections.

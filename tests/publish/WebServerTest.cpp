@@ -172,10 +172,10 @@ TEST_F(WebServerTest, ServesTheOffScheduleFileFromTheWebFolderOrBesideThePortfol
     EXPECT_EQ(Body(Get("/live.jpg")), "closed");
     Write("web/offair.jpg", "back soon");
     EXPECT_EQ(Body(Get("/live.jpg")), "back soon");
-    for (const char* path : {"../secret.txt", ""}) {
-        page.SetOffScheduleFile(path);
-        EXPECT_EQ(Get("/live.jpg"), NotFound) << path;
-    }
+    page.SetOffScheduleFile("../secret.txt");
+    EXPECT_EQ(Get("/live.jpg"), NotFound);
+    page.SetOffScheduleFile(" ");
+    EXPECT_EQ(Body(Get("/live.jpg")), "home");
 }
 
 TEST_F(WebServerTest, PutsRequestsTogetherHoweverTheyArrive) {
@@ -255,8 +255,11 @@ TEST_F(WebServerTest, OutlivesAnyRequest) {
     EXPECT_EQ(Body(Get("/")), "home");
     EXPECT_EQ(reports.Count(), 0);
     Write("web/huge.bin", "");
-    fs::resize_file(folder / "web/huge.bin", WebFiles::LargestFile + 1);
-    EXPECT_EQ(Get("/huge.bin"), "");
+    fs::resize_file(folder / "web/huge.bin", 1'000'000'000);
+    const auto client = Connect();
+    client->Send("GET /huge.bin HTTP/1.1\r\n\r\n");
+    fs::resize_file(folder / "web/huge.bin", 1000);
+    EXPECT_THAT(client->Rest(), HasSubstr("Content-Length: 1000000000\r\n"));
     EXPECT_EQ(reports.CountAbout("Cannot read"), 1);
 }
 

@@ -21,6 +21,10 @@ namespace {
 
 constexpr std::size_t ReadAtOnce = 4096;
 
+/// Larger messages go in several turns: a client as fast as we are would keep all others, and the ticks,
+/// waiting.
+constexpr std::size_t SentAtOnce = std::size_t{512} << 10;
+
 /// What a client may go on sending to a connection that closes before it is cut off.
 constexpr std::size_t DrainedAtMost = std::size_t{256} << 10;
 
@@ -51,8 +55,8 @@ bool IsFarewell(int error) {
 
 bool IsForLater(int error) { return error == EAGAIN || error == EWOULDBLOCK || error == EINTR; }
 
-iovec Part(const std::string& bytes, std::size_t from) {
-    return {const_cast<char*>(bytes.data()) + from, bytes.size() - from};
+iovec Part(const std::string& bytes, std::size_t from, std::size_t end) {
+    return {const_cast<char*>(bytes.data()) + from, end - from};
 }
 
 }  // namespace
@@ -98,7 +102,7 @@ void PosixConnection::NotifySent() { Watch(EPOLLOUT); }
 
 void PosixConnection::CloseWhenSent() {
     closing_ = true;
-    if (socket_ && head_.empty()) BeginDraining();
+    if (socket_ && head_.empty() && !body_) BeginDraining();
 }
 
 /// Closing with unread bytes would make the system throw away what is still on its way to the other side.
@@ -148,17 +152,11 @@ void PosixConnection::GoOn() {
 
 /// True when everything has gone. A failure is left for the next event, which it brings about.
 bool PosixConnection::Flush() {
-    const std::size_t bodyBytes = body_ ? body_->size() : 0;
-    const std::size_t all = head_.size() + bodyBytes;
-    while (sent_ < all && failure_ == 0) {
-        std::array<iovec, 2> parts;
-        std::size_t count = 0;
-        if (sent_ < head_.size()) parts[count++] = Part(head_, sent_);
-        if (bodyBytes > 0) parts[count++] = Part(*body_, std::max(sent_, head_.size()) - head_.size());
-        msghdr message{};
-        message.msg_iov = parts.data();
-        message.msg_iovlen = count;
-        const ssize_t gone = ::sendmsg(socket_.Number(), &message, MSG_NOSIGNAL);
+    if (failure_ != 0) return false;
+    const std::size_t all = head_.size() + (body_ ? body_->size() : 0);
+    const std::size_t end = std::min(all, sent_ + SentAtOnce);
+    while (sent_ < end) {
+        const ssize_t gone = SendUpTo(end);
         if (gone < 0) {
             if (!IsForLater(errno)) failure_ = errno;
             return false;
@@ -166,11 +164,24 @@ bool PosixConnection::Flush() {
         sent_ += static_cast<std::size_t>(gone);
         bytesSent_ += static_cast<std::uint64_t>(gone);
     }
-    if (failure_ != 0) return false;
+    if (end < all) return false;
     head_.clear();
     body_.reset();
     sent_ = 0;
     return true;
+}
+
+/// Sends from where we are, once. `end` counts bytes of head and body together, as `sent_` does.
+ssize_t PosixConnection::SendUpTo(std::size_t end) {
+    std::array<iovec, 2> parts;
+    std::size_t count = 0;
+    if (sent_ < head_.size()) parts[count++] = Part(head_, sent_, std::min(end, head_.size()));
+    if (end > head_.size())
+        parts[count++] = Part(*body_, std::max(sent_, head_.size()) - head_.size(), end - head_.size());
+    msghdr message{};
+    message.msg_iov = parts.data();
+    message.msg_iovlen = count;
+    return ::sendmsg(socket_.Number(), &message, MSG_NOSIGNAL);
 }
 
 void PosixConnection::Fail(int error) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <cstddef>
 
 #include "platform/posix/PosixSockets.h"
@@ -28,6 +30,7 @@ private:
     void Drain();
     void GoOn();
     bool Flush();
+    ssize_t SendUpTo(std::size_t end);
     void BeginDraining();
     void Fail(int error);
     void Watch(std::uint32_t events);

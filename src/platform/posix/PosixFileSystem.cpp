@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <memory>
 #include <system_error>
+#include <utility>
 
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/Replacement.h"
@@ -49,6 +50,30 @@ int OpenRegular(const std::string& path, int flags, Descriptor& file, struct sta
     file = std::move(opened);
     return 0;
 }
+
+class PosixFileReader final : public FileReader {
+public:
+    PosixFileReader(Descriptor file, std::uint64_t size) : file_(std::move(file)), size_(size) {}
+
+    std::uint64_t Size() const override { return size_; }
+    std::string Read(std::uint64_t offset, std::size_t count) override {
+        std::string bytes(count, '\0');
+        std::size_t done = 0;
+        while (done < count) {
+            const ssize_t got =
+                ::pread(file_.Number(), &bytes[done], count - done, static_cast<off_t>(offset + done));
+            if (got < 0 && errno == EINTR) continue;
+            if (got <= 0) break;
+            done += static_cast<std::size_t>(got);
+        }
+        bytes.resize(done);
+        return bytes;
+    }
+
+private:
+    Descriptor file_;
+    std::uint64_t size_;
+};
 
 /// Reads up to `count` bytes; less only at the end of the file. Negative on failure.
 ssize_t ReadUpTo(int descriptor, char* to, std::size_t count) {
@@ -200,6 +225,13 @@ std::optional<std::string> PosixFileSystem::ReadFile(std::string_view path, std:
     if (!Noted(ReadWhole(file.Number(), static_cast<std::size_t>(status.st_size), limit, bytes)))
         return std::nullopt;
     return bytes;
+}
+
+std::unique_ptr<FileReader> PosixFileSystem::OpenFile(std::string_view path) {
+    Descriptor file;
+    struct stat status;
+    if (!Noted(OpenRegular(Checked(path), O_RDONLY, file, status))) return nullptr;
+    return std::make_unique<PosixFileReader>(std::move(file), static_cast<std::uint64_t>(status.st_size));
 }
 
 bool PosixFileSystem::WriteFile(std::string_view path, std::string_view bytes) {

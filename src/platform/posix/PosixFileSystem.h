@@ -18,6 +18,7 @@ public:
     std::optional<FileStamp> Stamp(std::string_view path) const override;
     bool LiesWithin(std::string_view folder, std::string_view path) const override;
     std::optional<std::string> ReadFile(std::string_view path, std::size_t limit = DefaultLimit) override;
+    std::unique_ptr<FileReader> OpenFile(std::string_view path) override;
     bool WriteFile(std::string_view path, std::string_view bytes) override;
 
     /// The new file is written beside the old one under a name that starts with a dot, flushed to the disk,
