@@ -49,7 +49,7 @@ void Prepare(Routine& routine, const RoutineDeclaration& declaration, bool expli
 void MakeUnusable(Routine& routine) {
     routine.code.assign(1, {Opcode::Raise, 0, static_cast<std::uint16_t>(ErrorCode::Internal), 0});
     routine.marks.assign(1, {});
-    routine.byValue.assign(routine.parameters, 0);
+    routine.passing.assign(routine.parameters, Routine::Passing::ByReference);
     routine.anyByValue = false;
     routine.locals = routine.slots = routine.parameters;
     routine.frameSize = routine.parameters;

@@ -23,7 +23,7 @@ struct Program {
 };
 
 /// How many globals a program may have; the machine's stack begins behind them.
-inline constexpr std::uint32_t MostGlobals = 49152;
+inline constexpr std::uint32_t MostGlobals = 32768;
 
 /// Turns trees into routines. Throws SyntaxError 1041 for names defined twice, before anything is defined,
 /// and 1001 for what is too large; procedures that were not reached then raise error 51.

@@ -21,43 +21,46 @@ Value ErrObject::Raise(ErrObject&, const Arguments& arguments) {
     throw error;
 }
 
+template <std::u16string RuntimeError::*Text>
+Value ErrObject::GetText(ErrObject& self, const Arguments&) {
+    return Value::OfText(self.latest_.*Text);
+}
+
+template <std::u16string RuntimeError::*Text>
+Value ErrObject::LetText(ErrObject& self, const Arguments& arguments) {
+    self.latest_.*Text = ToText(arguments.GetContext(), arguments.NewValue()).View();
+    return {};
+}
+
+template <int RuntimeError::*Number>
+Value ErrObject::GetNumber(ErrObject& self, const Arguments&) {
+    return Value::OfLong(self.latest_.*Number);
+}
+
+template <int RuntimeError::*Number>
+Value ErrObject::LetNumber(ErrObject& self, const Arguments& arguments) {
+    self.latest_.*Number = ToLong(arguments.GetContext(), arguments.NewValue());
+    return {};
+}
+
+Value ErrObject::ClearAll(ErrObject& self, const Arguments&) {
+    self.Clear();
+    return {};
+}
+
 std::span<const Member<ErrObject>> ErrObject::Members() {
-    using Self = ErrObject;
+    using Error = RuntimeError;
+    // clang-format off
     static constexpr auto Table = std::to_array<Member<ErrObject>>({
-        {u"Number",                                                           0,  0,                                                [](Self& self, const Arguments&) { return Value::OfLong(self.latest_.number); },
-         [](Self& self, const Arguments& arguments) {
-             self.latest_.number = ToLong(arguments.GetContext(), arguments.NewValue());
-             return Value();
-         }, nullptr, IsDefault::Yes},
-        {u"Description",                                                       0,                                                0,
-         [](Self& self,                                                                                        const Arguments&) { return Value::OfText(self.latest_.description); },
-         [](Self& self, const Arguments& arguments) {
-             self.latest_.description = ToText(arguments.GetContext(), arguments.NewValue()).View();
-             return Value();
-         }},
-        {u"Source",                                                      0, 0, [](Self& self,                                                                                                                            const Arguments&) { return Value::OfText(self.latest_.source); },
-         [](Self& self, const Arguments& arguments) {
-             self.latest_.source = ToText(arguments.GetContext(), arguments.NewValue()).View();
-             return Value();
-         }},
-        {u"HelpFile",                                                       0,                                                0,                                                                                                [](Self& self,                                                                                                     const Arguments&) { return Value::OfText(self.latest_.helpFile); },
-         [](Self& self, const Arguments& arguments) {
-             self.latest_.helpFile = ToText(arguments.GetContext(), arguments.NewValue()).View();
-             return Value();
-         }},
-        {u"HelpContext",                                                                  0,                                                       0,
-         [](Self& self,                                                                                                                            const Arguments&) { return Value::OfLong(self.latest_.helpContext); },
-         [](Self& self, const Arguments& arguments) {
-             self.latest_.helpContext = ToLong(arguments.GetContext(), arguments.NewValue());
-             return Value();
-         }},
-        {u"Clear",                                                                   0,                                                           0,
-         [](Self& self,                 const Arguments&) {
-             self.Clear();
-             return Value();
-         }},
-        {u"Raise", 1,                                                           5,                                                                                                  &ErrObject::Raise                                                                                                              },
+        {u"Number",      0, 0, GetNumber<&Error::number>, LetNumber<&Error::number>, nullptr, IsDefault::Yes},
+        {u"Description", 0, 0, GetText<&Error::description>, LetText<&Error::description>},
+        {u"Source",      0, 0, GetText<&Error::source>, LetText<&Error::source>},
+        {u"HelpFile",    0, 0, GetText<&Error::helpFile>, LetText<&Error::helpFile>},
+        {u"HelpContext", 0, 0, GetNumber<&Error::helpContext>, LetNumber<&Error::helpContext>},
+        {u"Clear",       0, 0, ClearAll},
+        {u"Raise",       1, 5, Raise},
     });
+    // clang-format on
     return Table;
 }
 

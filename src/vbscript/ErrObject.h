@@ -15,6 +15,15 @@ public:
     const RuntimeError& Latest() const { return latest_; }
 
 private:
+    template <std::u16string RuntimeError::*Text>
+    static Value GetText(ErrObject& self, const Arguments& arguments);
+    template <std::u16string RuntimeError::*Text>
+    static Value LetText(ErrObject& self, const Arguments& arguments);
+    template <int RuntimeError::*Number>
+    static Value GetNumber(ErrObject& self, const Arguments& arguments);
+    template <int RuntimeError::*Number>
+    static Value LetNumber(ErrObject& self, const Arguments& arguments);
+    static Value ClearAll(ErrObject& self, const Arguments& arguments);
     static Value Raise(ErrObject& self, const Arguments& arguments);
 
     RuntimeError latest_{0, {}, {}};

@@ -42,8 +42,14 @@ inline void Machine::Leave() {
 }
 
 inline void Machine::PassByValue(const Routine& routine, Value* base) {
-    for (std::size_t i = 0; i < routine.parameters; ++i)
-        if (routine.byValue[i] && base[i].Is(VarType::Reference)) base[i] = base[i].Target().Assigned();
+    for (std::size_t i = 0; i < routine.parameters; ++i) {
+        if (routine.passing[i] == Routine::Passing::ByReference || !base[i].Is(VarType::Reference)) continue;
+        Value& argument = base[i].Target();
+        if (routine.passing[i] == Routine::Passing::Unseen)
+            base[i] = argument;
+        else
+            base[i] = argument.Assigned();
+    }
 }
 
 }  // namespace tessaloom::vbscript

@@ -50,8 +50,11 @@ private:
 };
 
 Machine::Machine(Host& host)
-    : context_(host), stack_(AllocateStack()), stackEnd_(stack_.get() + MostGlobals + StackValues),
-      stackReached_(stack_.get() + MostGlobals), builtins_(Builtins().data()) {
+    : context_(host),
+      stack_(AllocateStack()),
+      stackEnd_(stack_.get() + MostGlobals + StackValues),
+      stackReached_(stack_.get() + MostGlobals),
+      builtins_(Builtins().data()) {
     Reset();
 }
 
@@ -194,7 +197,8 @@ Value Machine::CallNested(const Routine& routine, std::span<Value> arguments, In
 void Machine::ReachFurther(const Value* end) {
     constexpr std::ptrdiff_t Step = 4096;
     if (depth_ >= frameCount_ || end >= stackEnd_) Fail(ErrorCode::OutOfStackSpace);
-    if (end >= stackReached_) stackReached_ += std::min(end - stackReached_ + Step, stackEnd_ - stackReached_);
+    if (end >= stackReached_)
+        stackReached_ += std::min(end - stackReached_ + Step, stackEnd_ - stackReached_);
 }
 
 /// The outermost statements keep their temporaries behind the globals; those of Execute see the locals of the

@@ -60,7 +60,9 @@ struct Routine {
     std::vector<Mark> marks;
     std::vector<Site> sites;
     std::vector<std::vector<int>> bounds;
-    std::vector<std::uint8_t> byValue;  ///< One for each parameter.
+    /// How a parameter is passed. `Unseen`: by reference, but nobody can tell a copy from it.
+    enum class Passing : std::uint8_t { ByReference, ByValue, Unseen };
+    std::vector<Passing> passing;  ///< One for each parameter.
     std::vector<LocalName> names;
 
     /// Of Execute and Eval in a routine: locals that stand for those of the routine around.

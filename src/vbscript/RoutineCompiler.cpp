@@ -85,7 +85,8 @@ void RoutineCompiler::DeclareLocals(const syntax::RoutineDeclaration& declaratio
         routine_.names.push_back({name, slot, where == Where::Parameter});
     };
     for (const syntax::Parameter& parameter : declaration.parameters) {
-        routine_.byValue.push_back(parameter.byValue);
+        routine_.passing.push_back(parameter.byValue ? Routine::Passing::ByValue
+                                                     : Routine::Passing::ByReference);
         routine_.anyByValue = routine_.anyByValue || parameter.byValue;
         addVariable(parameter.name, parameter.byValue ? Where::Local : Where::Parameter);
     }
@@ -252,7 +253,7 @@ void RoutineCompiler::PassByValueWhereUnseen(const syntax::RoutineDeclaration& d
         Meaning& meaning = locals_[declaration.parameters[i].name];
         if (meaning.where != Where::Parameter) continue;
         meaning.where = Where::Local;
-        routine_.byValue[i] = true;
+        routine_.passing[i] = Routine::Passing::Unseen;
         routine_.anyByValue = true;
         for (LocalName& local : routine_.names)
             if (local.slot == meaning.index) local.byReference = false;

@@ -176,7 +176,7 @@ private:
     std::deque<Value> localConstants_;
     std::size_t next_ = 0;  ///< The first free register.
     std::size_t dirtyFrom_ = 0, dirtyTo_ = 0;
-    const std::vector<std::uint8_t>* calleeByValue_ = nullptr;  ///< For the next `PassArguments`.
+    const std::vector<Routine::Passing>* calleePassing_ = nullptr;  ///< For the next `PassArguments`.
 };
 
 }  // namespace tessaloom::vbscript

@@ -240,7 +240,7 @@ RoutineCompiler::Register RoutineCompiler::CallNamed(const Expression& callee, A
     if (arguments.size() > 1) NewRegister(arguments.size() - 1);
     if (meaning.where == Where::Routine) {
         const Routine* const known = program_.symbols[static_cast<std::size_t>(meaning.index)].routine;
-        calleeByValue_ = known ? &known->byValue : nullptr;
+        calleePassing_ = known ? &known->passing : nullptr;
     }
     PassArguments(arguments, first, elements);
     const auto index = static_cast<std::size_t>(meaning.index);
@@ -419,8 +419,11 @@ std::vector<RoutineCompiler::WriteBack> RoutineCompiler::ReserveElements(Argumen
 }
 
 void RoutineCompiler::PassArguments(Arguments arguments, Register first, std::vector<WriteBack>& elements) {
-    const std::vector<std::uint8_t>* const byValue = std::exchange(calleeByValue_, nullptr);
+    const std::vector<Routine::Passing>* const passing = std::exchange(calleePassing_, nullptr);
     const std::size_t end = std::max(next_, first + arguments.size());
+    const auto isUnseen = [&](std::size_t i) {
+        return passing && i < passing->size() && (*passing)[i] == Routine::Passing::Unseen;
+    };
     std::size_t element = 0;
     for (std::size_t i = 0; i < arguments.size(); ++i) {
         const Expression* const argument = arguments[i];
@@ -444,8 +447,7 @@ void RoutineCompiler::PassArguments(Arguments arguments, Register first, std::ve
             }
             Dirty(copy);
             Emit(Opcode::RefLocal, to, copy);
-        } else if (argument->kind == ExpressionKind::Name &&
-                   !(byValue && i < byValue->size() && (*byValue)[i])) {
+        } else if (argument->kind == ExpressionKind::Name && !isUnseen(i)) {
             PassByReference(*argument, Resolve(argument->name), to);
         } else {
             next_ = to + std::size_t{1};
