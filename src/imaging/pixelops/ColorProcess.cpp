@@ -115,59 +115,35 @@ void Sharpen(const Bitmap& bitmap) {
     }
 }
 
+// clang-format off
+constexpr struct {
+    ColorMode mode;
+    void (*run)(const Bitmap&);
+} Processes[] = {
+    {ColorMode::Greyscale,       [](const Bitmap& b) { Saturate(b, 0); }},
+    {ColorMode::Negative,        [](const Bitmap& b) { ApplyAlike(b, [](int v) { return 255.0 - v; }); }},
+    {ColorMode::Brighter,        [](const Bitmap& b) { ApplyAlike(b, [](int v) { return v + 32.0; }); }},
+    {ColorMode::Darker,          [](const Bitmap& b) { ApplyAlike(b, [](int v) { return v - 32.0; }); }},
+    {ColorMode::MoreContrast,    [](const Bitmap& b) { Contrast(b, 1.25); }},
+    {ColorMode::LessContrast,    [](const Bitmap& b) { Contrast(b, 0.8); }},
+    {ColorMode::LighterMidtones, [](const Bitmap& b) { Gamma(b, 1.4); }},
+    {ColorMode::DarkerMidtones,  [](const Bitmap& b) { Gamma(b, 1 / 1.4); }},
+    {ColorMode::MoreSaturation,  [](const Bitmap& b) { Saturate(b, 140); }},
+    {ColorMode::LessSaturation,  [](const Bitmap& b) { Saturate(b, 60); }},
+    {ColorMode::Warmer,          [](const Bitmap& b) { Scale(b, 0.9, 1.1); }},
+    {ColorMode::Cooler,          [](const Bitmap& b) { Scale(b, 1.1, 0.9); }},
+    {ColorMode::AutoLevels,      AutoLevels},
+    {ColorMode::Sharpen,         Sharpen},
+    {ColorMode::SwapRedAndBlue,
+     [](const Bitmap& b) { b.EachPixel([](std::uint8_t* pixel) { std::swap(pixel[0], pixel[2]); }); }},
+};
+// clang-format on
+
 }  // namespace
 
 int ColorProcess(uint8_t* Ptr, int Width, int Height, int Mode) {
     if (!Ptr || Width < 1 || Height < 1) return 0;
-    const Bitmap bitmap{Ptr, Width, Height};
-    switch (static_cast<ColorMode>(Mode)) {
-        case ColorMode::None:
-            break;
-        case ColorMode::Greyscale:
-            Saturate(bitmap, 0);
-            break;
-        case ColorMode::Negative:
-            ApplyAlike(bitmap, [](int v) { return 255.0 - v; });
-            break;
-        case ColorMode::Brighter:
-            ApplyAlike(bitmap, [](int v) { return v + 32.0; });
-            break;
-        case ColorMode::Darker:
-            ApplyAlike(bitmap, [](int v) { return v - 32.0; });
-            break;
-        case ColorMode::MoreContrast:
-            Contrast(bitmap, 1.25);
-            break;
-        case ColorMode::LessContrast:
-            Contrast(bitmap, 0.8);
-            break;
-        case ColorMode::LighterMidtones:
-            Gamma(bitmap, 1.4);
-            break;
-        case ColorMode::DarkerMidtones:
-            Gamma(bitmap, 1 / 1.4);
-            break;
-        case ColorMode::MoreSaturation:
-            Saturate(bitmap, 140);
-            break;
-        case ColorMode::LessSaturation:
-            Saturate(bitmap, 60);
-            break;
-        case ColorMode::Warmer:
-            Scale(bitmap, 0.9, 1.1);
-            break;
-        case ColorMode::Cooler:
-            Scale(bitmap, 1.1, 0.9);
-            break;
-        case ColorMode::AutoLevels:
-            AutoLevels(bitmap);
-            break;
-        case ColorMode::Sharpen:
-            Sharpen(bitmap);
-            break;
-        case ColorMode::SwapRedAndBlue:
-            bitmap.EachPixel([](std::uint8_t* pixel) { std::swap(pixel[0], pixel[2]); });
-            break;
-    }
+    for (const auto& [mode, run] : Processes)
+        if (static_cast<int>(mode) == Mode) run({Ptr, Width, Height});
     return 0;
 }
