@@ -46,7 +46,8 @@ namespace tessaloom::vbscript {
     X(LoopBack)         /* the same backwards, watching the time */ \
     X(JumpIfFalse)      /* a, to D */ \
     X(JumpIfTrue) \
-    X(UnlessEqual) X(UnlessNotEqual) X(UnlessLess) X(UnlessGreater) X(UnlessLessOrEqual) X(UnlessGreaterOrEqual) \
+    X(UnlessEqual) X(UnlessNotEqual) X(UnlessLess) X(UnlessGreater) X(UnlessLessOrEqual) \
+    X(UnlessGreaterOrEqual) \
     X(UnlessEqualK) X(UnlessNotEqualK) X(UnlessLessK) X(UnlessGreaterK) X(UnlessLessOrEqualK) \
     X(UnlessGreaterOrEqualK) /* jump unless a op b; +target */ \
     X(CaseEqual)        /* jump if a = b; +target */ \

@@ -19,10 +19,13 @@ inline bool BothWhole(const Value& a, const Value& b) { return IsIntegerOrLong(a
 
 /// Integer, Long or Double: what most arithmetic is about.
 inline bool IsCommonNumber(const Value& value) { return IsIntegerOrLong(value) || value.Is(VarType::Double); }
-inline double RealOf(const Value& number) { return number.Is(VarType::Double) ? number.Real() : number.Whole(); }
+inline double RealOf(const Value& number) {
+    return number.Is(VarType::Double) ? number.Real() : number.Whole();
+}
 
 /// Stores a whole result; `a` and `b` were the operands.
-[[gnu::always_inline]] inline void StoreWhole(Value& target, std::int64_t whole, const Value& a, const Value& b) {
+[[gnu::always_inline]] inline void StoreWhole(Value& target, std::int64_t whole, const Value& a,
+                                              const Value& b) {
     if (a.Is(VarType::Long) || b.Is(VarType::Long)) {
         if (FitsLong(whole)) return target.SetLong(static_cast<std::int32_t>(whole));
     } else {
@@ -421,7 +424,8 @@ void Machine::Dispatch(std::size_t stop) {
             Frame& frame = Top();
             frame.place = pc;
             Site& site = const_cast<Site&>(frame.routine->sites[static_cast<std::size_t>(more.D())]);
-            if (CallMember(&A, i->c, static_cast<CallKind>(i->b & 0xFF), (i->b & OwnAccess) != 0, site)) ENTERED();
+            const auto kind = static_cast<CallKind>(i->b & 0xFF);
+            if (CallMember(&A, i->c, kind, (i->b & OwnAccess) != 0, site)) ENTERED();
             NEXT();
         }
         DoCallHostMember: {
