@@ -63,7 +63,7 @@ namespace tessaloom::vbscript {
     X(CallRoutine)      /* global b with c arguments from a on; the result to a */ \
     X(CallOwn)          /* member b of Me's class, the same way */ \
     X(CallBuiltin)      /* built-in b, the same way */ \
-    X(CallName)         /* what global b has become; the word behind: a slot + 1, b as a statement */ \
+    X(CallName)         /* what global b has become; the word behind: a slot + 1, b a NameUse */ \
     X(CallValue)        /* default member of b as a statement, arguments as above */ \
     X(CallMember)       /* of object a, c arguments behind it; b a CallKind; the word behind: D the site */ \
     X(CallHostMember)   /* global b, a host's member, c arguments from a; the word behind: b a CallKind */ \
@@ -98,6 +98,16 @@ struct Instruction {
 };
 
 static_assert(sizeof(Instruction) == 8);
+
+/// A CallKind in `b` of CallMember with this bit set reaches private members.
+inline constexpr std::uint16_t OwnAccess = 0x100;
+
+/// How a name that was unknown when its text was compiled is used.
+enum class NameUse : std::uint16_t {
+    Value,      ///< Alone in an expression.
+    Called,     ///< With parentheses in an expression.
+    Statement,
+};
 
 /// Functions that need the machine itself.
 enum class SpecialCall : std::uint16_t { Eval, Execute, ExecuteGlobal, GetRef, Randomize };

@@ -12,9 +12,6 @@ namespace tessaloom::vbscript {
 
 namespace {
 
-/// A CallKind with this bit set reaches private members.
-constexpr std::uint16_t OwnAccess = 0x100;
-
 inline bool BothWhole(const Value& a, const Value& b) { return IsIntegerOrLong(a) && IsIntegerOrLong(b); }
 
 /// Integer, Long or Double: what most arithmetic is about.
@@ -402,7 +399,7 @@ void Machine::Dispatch(std::size_t stop) {
         }
         DoLoadName: {
             Top().place = pc;
-            if (CallName(&A, 0, i->b, i->c, false)) ENTERED();
+            if (CallName(&A, 0, i->b, i->c, NameUse::Value)) ENTERED();
             NEXT();
         }
         DoRefName:
@@ -412,7 +409,7 @@ void Machine::Dispatch(std::size_t stop) {
         DoCallName: {
             const Instruction& more = *pc++;
             Top().place = pc;
-            if (CallName(&A, i->c, i->b, more.a, more.b != 0)) ENTERED();
+            if (CallName(&A, i->c, i->b, more.a, static_cast<NameUse>(more.b))) ENTERED();
             NEXT();
         }
         DoCallValue:

@@ -106,7 +106,7 @@ private:
     bool UsePlain(const PlainMember& member, Object& object, Value* first, std::size_t count, CallKind kind);
     Value InvokeObject(Object& object, int member, CallKind kind, std::span<Value> arguments);
     Value InvokeWriting(Object& object, int member, CallKind kind, std::span<Value> arguments);
-    bool CallName(Value* first, std::size_t count, std::size_t symbol, std::size_t standIn, bool asStatement);
+    bool CallName(Value* first, std::size_t count, std::size_t symbol, std::size_t standIn, NameUse use);
     void CallHostMember(Value* first, std::size_t count, std::size_t symbol, CallKind kind);
     void CallValue(Value* first, std::size_t count, Value& callee);
     void RefName(Value& target, std::size_t symbol, std::size_t standIn);

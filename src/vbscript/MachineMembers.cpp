@@ -294,7 +294,7 @@ Value Machine::NewObject(NameId name) {
 // Names that were unknown when the text was compiled
 
 bool Machine::CallName(Value* first, std::size_t count, std::size_t symbol, std::size_t standIn,
-                       bool asStatement) {
+                       NameUse use) {
     const Symbol entry = program_.symbols[symbol];
     Value* variable = nullptr;
     switch (entry.kind) {
@@ -302,7 +302,7 @@ bool Machine::CallName(Value* first, std::size_t count, std::size_t symbol, std:
             Enter(*entry.routine, first, count, first, false, nullptr);
             return true;
         case SymbolKind::HostMember:
-            CallHostMember(first, count, symbol, asStatement ? CallKind::Call : CallKind::Get);
+            CallHostMember(first, count, symbol, use == NameUse::Statement ? CallKind::Call : CallKind::Get);
             return false;
         case SymbolKind::Variable:
         case SymbolKind::Constant:
@@ -314,10 +314,10 @@ bool Machine::CallName(Value* first, std::size_t count, std::size_t symbol, std:
             if (Top().routine->explicitNames) FailUndefined(entry.name);
             if (standIn > 0) variable = &Top().base[standIn - 1].Resolved();
     }
-    if (asStatement) {
+    if (use == NameUse::Statement) {
         if (!variable || !variable->Is(VarType::Object)) FailNamed(ErrorCode::TypeMismatch, entry.name);
         CallValue(first, count, *variable);
-    } else if (count == 0) {
+    } else if (use == NameUse::Value) {
         *first = variable ? Value(*variable) : Value();
     } else {
         if (!variable || (!variable->Is(VarType::Object) && !variable->Is(VarType::Array)))
@@ -353,7 +353,7 @@ void Machine::RefName(Value& target, std::size_t symbol, std::size_t standIn) {
     } else if (kind == SymbolKind::Routine) {
         target = CallNested(*program_.symbols[symbol].routine, {}, nullptr);
     } else {
-        CallName(&target, 0, symbol, standIn, false);
+        CallName(&target, 0, symbol, standIn, NameUse::Value);
     }
 }
 

@@ -102,7 +102,7 @@ void RoutineCompiler::DeclareLocals(const syntax::RoutineDeclaration& declaratio
     }
     for (const syntax::VariableDeclaration& variable : declaration.variables) {
         if (place_.around) {
-            Use(variable.name, false);
+            Use(variable.name, Mention::Read);
             if (locals_.contains(variable.name)) continue;
         }
         addVariable(variable.name, Where::Local);
@@ -123,12 +123,14 @@ void RoutineCompiler::Survey(const Statement& statement) {
     switch (statement.kind) {
         case StatementKind::Let:
         case StatementKind::Set:
+            SurveyTarget(statement.target, Mention::Assigned);
+            break;
         case StatementKind::ReDim:
-            SurveyTarget(statement.target);
+            SurveyTarget(statement.target, Mention::Declared);
             break;
         case StatementKind::For:
         case StatementKind::ForEach:
-            Use(statement.name, true);
+            Use(statement.name, Mention::Assigned);
             break;
         default:
             Survey(statement.target);
@@ -144,7 +146,7 @@ void RoutineCompiler::Survey(const Statement& statement) {
     Survey(statement.body);
 }
 
-void RoutineCompiler::SurveyTarget(const Expression* target) {
+void RoutineCompiler::SurveyTarget(const Expression* target, Mention mention) {
     if (!target) return;
     const Expression* base = target;
     while (base->kind == ExpressionKind::Call) {
@@ -152,21 +154,21 @@ void RoutineCompiler::SurveyTarget(const Expression* target) {
         base = base->left;
     }
     if (base->kind == ExpressionKind::Name)
-        Use(base->name, true);
+        Use(base->name, mention);
     else
         Survey(base);
 }
 
 void RoutineCompiler::Survey(const Expression* expression) {
     while (expression) {
-        if (expression->kind == ExpressionKind::Name) Use(expression->name, false);
+        if (expression->kind == ExpressionKind::Name) Use(expression->name, Mention::Read);
         for (const Expression* argument : expression->arguments) Survey(argument);
         Survey(expression->right);
         expression = expression->left;
     }
 }
 
-void RoutineCompiler::Use(NameId name, bool assigned) {
+void RoutineCompiler::Use(NameId name, Mention mention) {
     if (locals_.contains(name)) return;
     if (place_.around) {
         for (const LocalName& outer : place_.around->names) {
@@ -179,7 +181,9 @@ void RoutineCompiler::Use(NameId name, bool assigned) {
         }
     }
     const bool isOuter = routine_.kind == RoutineKind::Main && !place_.around;
-    if (routine_.explicitNames || (isOuter && !assigned) || Resolve(name).where != Where::Late) return;
+    const bool assigned = mention != Mention::Read;
+    const bool mustBeDeclared = routine_.explicitNames && mention != Mention::Declared;
+    if (mustBeDeclared || (isOuter && !assigned) || Resolve(name).where != Where::Late) return;
     if (isOuter) {
         program_.symbols[static_cast<std::size_t>(program_.symbols.Of(name))].kind = SymbolKind::Variable;
     } else if (assigned) {

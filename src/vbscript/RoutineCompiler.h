@@ -52,6 +52,9 @@ private:
         bool isResult = false;         ///< The variable of the function's own name.
     };
 
+    /// How a name occurs: ReDim declares what is not declared, even where names must be.
+    enum class Mention : std::uint8_t { Read, Assigned, Declared };
+
     static bool IsVariable(const Meaning& meaning) { return meaning.where <= Where::Field; }
 
     /// @name Names
@@ -61,8 +64,8 @@ private:
     void Survey(const syntax::Block& block);
     void Survey(const Statement& statement);
     void Survey(const Expression* expression);
-    void SurveyTarget(const Expression* target);
-    void Use(NameId name, bool assigned);
+    void SurveyTarget(const Expression* target, Mention mention);
+    void Use(NameId name, Mention mention);
     Meaning Resolve(NameId name, bool asCall = false);
     Meaning ResolveGlobal(NameId name);
     bool IsObservable(const syntax::RoutineDeclaration& declaration);

@@ -258,7 +258,8 @@ RoutineCompiler::Register RoutineCompiler::CallNamed(const Expression& callee, A
         case Where::Late: {
             const auto standIn = standIns_.find(callee.name);
             Emit(Opcode::CallName, first, index, arguments.size());
-            EmitWord(standIn == standIns_.end() ? 0 : standIn->second + std::size_t{1}, asStatement ? 1 : 0);
+            EmitWord(standIn == standIns_.end() ? 0 : standIn->second + std::size_t{1},
+                     static_cast<std::size_t>(asStatement ? NameUse::Statement : NameUse::Called));
             break;
         }
         case Where::Class:

@@ -13,9 +13,6 @@ namespace {
 /// The instruction for a parameter, global or field, from that for a local.
 Opcode ForVariable(Opcode local, int where) { return static_cast<Opcode>(static_cast<int>(local) + where); }
 
-/// A CallKind with this bit set reaches private members.
-constexpr std::size_t OwnAccess = 0x100;
-
 }  // namespace
 
 void RoutineCompiler::CompileBlock(const syntax::Block& block) {
