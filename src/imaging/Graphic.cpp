@@ -145,6 +145,12 @@ void Graphic::TakeSource() {
     }
 }
 
+bool Graphic::SourceArrived() const {
+    if (image_.OriginalDIBPtrToWorkFrom()) return false;
+    if (sourceType_ == VideoFeed) return sourceVideoFeed_ != NoFeed && host_.FeedFrame(sourceVideoFeed_);
+    return sourceType_ == OtherCanvas && host_.CanvasPicture(sourceCanvas_);
+}
+
 void Graphic::LoadIntoPictureDIB(const DIB* picture) {
     if (picture) image_.LoadIntoPictureDIB(*picture);
 }

@@ -46,6 +46,9 @@ public:
     /// The picture of an address is on its way.
     bool SourcePending() const;
 
+    /// The layer has no picture, as its feed or canvas had none when it was asked; now there is one.
+    bool SourceArrived() const;
+
     /// Lays the layer's picture onto `canvas`.
     void MergeImageTo(DIB& canvas);
 

@@ -76,8 +76,8 @@ void Canvas::MakeParts() {
 
     videoStreaming_ = std::make_unique<tessaloom::VideoStreaming>(*this, *this);
     if (platform.ftpClients)
-        videoStreaming_->FTPPush().Use({platform.fileSystem, platform.jpegCodec, *platform.ftpClients}, picture_,
-                                       slot_);
+        videoStreaming_->FTPPush().Use({platform.fileSystem, platform.jpegCodec, *platform.ftpClients},
+                                       picture_, slot_);
     CanvasWebServer& page = videoStreaming_->CanvasWebServer();
     page.SetCanvasIndex(slot_);
     page.SetPicture(picture_, platform.jpegCodec);
@@ -223,8 +223,10 @@ bool Canvas::UpdateGraphics(double now) {
         LayerTiming& timing = timing_.Graphic(slot);
         if (!timing.present) continue;
         highest = slot;
-        if (!Due(timing, now)) continue;
         const auto& graphic = graphics_[Index(slot)];
+        // A camera that starts slowly is not to leave its layer empty until the next round.
+        const bool arrived = timing.scheduleEnabled && graphic->SourceArrived();
+        if (!arrived && !Due(timing, now)) continue;
         if (!graphic->Enabled()) continue;
         graphic->SetNextTime();
         if (timing.scripted && portfolio_.Script().AllowGraphicUpdate()) {
@@ -308,7 +310,8 @@ void Canvas::ComposeShadow(int pass) {
     shadow.dib.SetWidthHeight(width_, height_);
     if (!shadow.dib.DIBPtr() || !picture_.DIBPtr()) return;
     const auto at = [](DIB& bitmap, const PixelArea& area, int row) {
-        return bitmap.DIBPtr() + Index(row) * static_cast<std::size_t>(bitmap.Stride()) + Index(area.left) * 3;
+        return bitmap.DIBPtr() + Index(row) * static_cast<std::size_t>(bitmap.Stride()) +
+               Index(area.left) * 3;
     };
     for (int row = shadow.area.first; row < shadow.area.end; ++row)
         std::memset(at(shadow.dib, shadow.area, row), 0, Index(shadow.area.Width()) * 3);

@@ -196,11 +196,11 @@ TEST_F(CanvasUpdate, CanvasesShowEachOther) {
     Graphic& window = *canvas.AddGraphic(1);
     window.SetSourceType(Graphic::OtherCanvas);
     window.SetSourceCanvas(2);
-    window.SetRate(1);
     Tick();
-    Tick();
+    Tick();  // at rate 0, the layer waits for its first picture alone
     EXPECT_EQ(canvas.Picture().Pixel(5, 5), Red);
     EXPECT_EQ(canvas.Picture().Pixel(15, 5), 0);
+    window.SetRate(1);
     EXPECT_EQ(Compositions(), 0) << "nothing new in the other canvas";
     other.SetBackgroundColor(Green);
     Tick();
