@@ -170,7 +170,7 @@ void Image::MergeImageTo(DIB& destination, int x, int y) {
         destination.hDC()->BitBlt(x, y, source.Width(), source.Height(), *source.hDC(), 0, 0);
         return;
     }
-    if (!destination.DIBPtr() || !source.DIBPtr() || (mode == 3 && !map)) return;
+    if (!destination.DIBPtr() || !source.DIBPtr() || LacksMap()) return;
 
     const int fromBottom = destination.Height() - source.Height() - y;
     const std::uint8_t* mapPtr = map ? map->DIBPtr() : nullptr;

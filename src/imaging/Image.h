@@ -288,6 +288,7 @@ private:
     const DIB& Stretched() const { return stretchActive_ ? stretched_ : Cropped(); }
     const DIB& Rotated() const { return rotationActive_ ? rotated_ : Stretched(); }
     const DIB* FinalMap() const;
+    bool LacksMap() const;  ///< The mode asks for a map, and neither a file nor a soft edge makes one.
     bool Opaque(int mode, const DIB* map) const;
 
     bool IsFile() const { return pictureType_ == File || pictureType_ == FetchedFile; }

@@ -256,14 +256,17 @@ const DIB* Image::FinalMap() const {
     return opacityActive_ ? &opacity_ : nullptr;
 }
 
+// That the outline of a turned picture is a map, too, does not count: it would show at some angles alone.
+bool Image::LacksMap() const { return opacityMode_ == 3 && !IsText() && !opacityActive_; }
+
 void Image::LoadShadowDIB() {
     const DIB& source = Rotated();
-    if (!shadowEnabled_ || !source.DIBPtr()) {
+    if (!shadowEnabled_ || !source.DIBPtr() || LacksMap()) {
         shadow_.SetWidthHeight(0, 0);
         return;
     }
     const DIB* map = FinalMap();
-    const int mode = map || opacityMode_ == 3 ? 3 : 2;
+    const int mode = map ? 3 : 2;
     shadow_.SetWidthHeight(source.Width() + 2 * ShadowMargin, source.Height() + 2 * ShadowMargin);
     if (!shadow_.DIBPtr()) return;
     Shadow(shadow_.DIBPtr(), shadow_.Width(), shadow_.Height(), source.DIBPtr(), source.Width(),

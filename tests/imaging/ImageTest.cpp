@@ -169,10 +169,12 @@ TEST_F(ImageTest, MergesByOpacityAndIsCutAtTheEdges) {
         {"outside",                 10,          0,          2, 100, White,    80},
         {"far outside",             -2147483647, 2147483647, 2, 50,  White,    80},
         {"mode 3 without a map",    2,           2,          3, 100, White,    80},
+        {"the same, turned",        2,           2,          3, 100, White,    80},
     };
     Supply(4, 3, Black);
     for (const auto& row : rows) {
         SCOPED_TRACE(row.name);
+        image.SetRotationAngle(row.name == "the same, turned" ? 45.0F : 0.0F);
         Fill(canvas, 10, 8, White);
         image.SetOpacityMode(row.mode);
         image.SetOpacityValue(row.percent);
