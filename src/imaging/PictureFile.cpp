@@ -75,7 +75,8 @@ PictureFile::Outcome PictureFile::Fail(const std::string& source, int result, bo
             .procedure = "LoadPicture",
             .number = static_cast<int>(number),
             .description =
-                std::string(missing ? "There is no picture file " : "No whole picture can be read from ") +
+                std::string(missing ? "There is no picture file "
+                                    : "No picture that is whole and not too large can be read from ") +
                 faultSource_});
     return Outcome::Failed;
 }
