@@ -1,5 +1,6 @@
 #include "core/Log.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -23,6 +24,17 @@ std::string OneLine(std::string text) {
     for (char& c : text)
         if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
     return text;
+}
+
+/// Of the address whose host begins at `host`. A stop behind it belongs to the sentence that it stands in.
+void HideQuery(std::string& text, std::size_t host) {
+    constexpr std::string_view Blanks = " \t\r\n\"", Stops = ".,:;)";
+    const std::size_t query = text.find_first_of("?\t\r\n \"", host);
+    if (query == std::string::npos || text[query] != '?') return;
+    const std::size_t first = query + 1;
+    std::size_t end = std::min(text.find_first_of(Blanks, first), text.size());
+    while (end > first && Stops.find(text[end - 1]) != std::string_view::npos) --end;
+    if (end > first) text.replace(first, end - first, "...");
 }
 
 }  // namespace
@@ -53,6 +65,7 @@ std::string MaskSecrets(std::string_view text) {
         const std::size_t end = masked.find_first_of("/?#\r\n\"", at);
         const std::size_t sign = masked.substr(at, end == std::string::npos ? end : end - at).rfind('@');
         if (sign != std::string::npos) masked.replace(at, sign, "***");
+        HideQuery(masked, at);
     }
     return masked;
 }

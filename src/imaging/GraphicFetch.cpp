@@ -47,13 +47,6 @@ std::string Digits(int number, std::size_t count) {
     return std::string(count - std::min(count, text.size()), '0') + text;
 }
 
-/// Addresses often carry a password behind the "?", too.
-std::string Shown(std::string_view address) {
-    const std::size_t query = address.find('?');
-    const bool cut = query != std::string_view::npos;
-    return MaskSecrets(address.substr(0, query)) + (cut ? "?..." : "");
-}
-
 }  // namespace
 
 std::string Graphic::TemporaryFileName() const {
@@ -85,7 +78,7 @@ void Graphic::myInet_StateChanged(TransferState state) {
         const std::string name = TemporaryFileName();
         if (!StoreResponse(name)) return;
         fetchFault_.clear();
-        image_.SetPictureFileName(name, Shown(fetched_));
+        image_.SetPictureFileName(name, MaskSecrets(fetched_));
         image_.ReloadPicture();
         SetChanged(true);
     });
@@ -111,7 +104,7 @@ bool Graphic::StoreResponse(const std::string& name) {
 
 /// The layer keeps its picture; the address is asked again when the layer is next due.
 void Graphic::FetchFailed(const std::string& reason) {
-    std::string fault = "No picture came from " + Shown(fetched_) + ": " + reason;
+    std::string fault = "No picture came from " + MaskSecrets(fetched_) + ": " + reason;
     if (fetchFault_ == fault) return;
     fetchFault_ = std::move(fault);
     Report({.module = std::string(Here.module),

@@ -255,9 +255,11 @@ void CanvasFile::SaveGraphicLayer(INI& ini, const std::string& section, const Gr
 
 bool CanvasFile::HoldsSecret() const {
     if (!canvas_.VideoStreaming().FTPPush().Password().empty()) return true;
+    const auto secret = [](const std::string& address) { return MaskSecrets(address) != address; };
     for (int slot = 1; slot <= Canvas::MaxGraphic; ++slot)
         if (const Graphic* graphic = canvas_.Graphic(slot))
-            if (MaskSecrets(graphic->SourceURL()) != graphic->SourceURL()) return true;
+            // A feed is named by its address.
+            if (secret(graphic->SourceURL()) || secret(graphic->SourceVideoFeedName())) return true;
     return false;
 }
 
