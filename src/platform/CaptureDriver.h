@@ -145,7 +145,7 @@ public:
 
     /// The index of the driver with that name, "(2) " before it for the second of equal cameras; -1 for an
     /// empty name. A name that is unknown joins the list, as an address when it reads like one (a scheme and
-    /// a colon, or a path), else as a camera that is not plugged in yet.
+    /// a colon, or an absolute path), else as a camera or a file that is not there yet.
     virtual int Find(std::string_view name) = 0;
 };
 

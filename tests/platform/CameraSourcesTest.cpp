@@ -231,8 +231,8 @@ TEST_F(Cameras, AreFoundAgainByTheirLastingNames) {
     EXPECT_EQ(frames.Last().Pixel(0, 0), color);
 
     std::filesystem::remove(folder / "v4l/by-id/usb-A");
-    EXPECT_EQ(Told(*source), "the camera is not plugged in");
-    EXPECT_EQ(Told(*sources.Make("Microscope")), "the camera is not plugged in");
+    EXPECT_EQ(Told(*source), "no camera or file of that name is there");
+    EXPECT_EQ(Told(*sources.Make("Microscope")), "no camera or file of that name is there");
 }
 
 }  // namespace

@@ -2,11 +2,14 @@
 #include <poll.h>
 
 #include <chrono>
+#include <filesystem>
+#include <fstream>
 #include <functional>
 
 #include "platform/capture/CaptureList.h"
 #include "platform/capture/FrameExchange.h"
 #include "platform/capture/PatternChannel.h"
+#include "support/TemporaryFolder.h"
 
 namespace tessaloom::testing {
 namespace {
@@ -118,18 +121,21 @@ TEST(TestPattern, DependsOnTheNumberAndTheSizeAlone) {
 class DeadCameras : public CaptureSources {
 public:
     struct Source : CaptureSource {
+        explicit Source(std::string why) : reason(std::move(why)) {}
         std::string Run(FrameInbox& inbox) override {
             inbox.Accepts(20'000, 10);
-            return "no picture";
+            return reason;
         }
+        std::string reason;
     };
+    std::string reason = "no picture";
     std::vector<std::string> names = {"Eye", "Door", "Eye"};
     std::vector<std::string> made;
 
     std::vector<std::string> List() override { return names; }
     std::unique_ptr<CaptureSource> Make(const std::string& name) override {
         made.push_back(name);
-        return std::make_unique<Source>();
+        return std::make_unique<Source>(reason);
     }
 };
 
@@ -180,13 +186,35 @@ TEST_F(Drivers, ASourceThatFailsIsTriedAgainAndTellsOnceWhatCannotBeHelped) {
     window->capSetCallbackOnError([&](int id, std::string_view text) {
         errors.push_back(std::to_string(id) + " " + std::string(text));
     });
-    ASSERT_TRUE(window->capDriverConnect(list.Find("http://eye.example/live?token=secret")));
-    EXPECT_EQ(streams.made, std::vector<std::string>{"http://eye.example/live?token=secret"});
+    ASSERT_TRUE(window->capDriverConnect(list.Find("http://eye.example/live")));
+    EXPECT_EQ(streams.made, std::vector<std::string>{"http://eye.example/live"});
     for (int i = 0; window->Failures() < 2 && i < 1000; ++i) ::poll(nullptr, 0, 10), window->Poll();
     EXPECT_EQ(window->Failures(), 2);
     EXPECT_EQ(window->capGetStatus().text, "no picture");
     EXPECT_EQ(errors, std::vector<std::string>{"1 Frames of 20000 x 10 pixels are refused"});
-    EXPECT_EQ(log, std::vector<std::string>{"Video from http://eye.example/live?...: no picture"});
+    EXPECT_EQ(log, std::vector<std::string>{"Video from http://eye.example/live: no picture"});
+}
+
+TEST_F(Drivers, ANameIsAnAddressOrAFileThatIsThereElseACamera) {
+    const TemporaryFolder folder;
+    std::ofstream(folder / "clip.mp4");
+    const std::string file = std::filesystem::relative(folder / "clip.mp4");
+    cameras.reason = "camera", streams.reason = "stream";
+    const std::pair<std::string, const char*> cases[] = {
+        {"EasyCamera: EasyCamera", "camera"},
+        {"Video/TV Grabber",       "camera"},
+        {"/dev/video7",            "camera"},
+        {file,                     "stream"},
+        {file + "x",               "camera"},
+        {"/clip.mp4",              "stream"},
+        {"rtsp://camera",          "stream"},
+    };
+    for (const auto& [name, reason] : cases) {
+        const auto window = list.capCreateCaptureWindow("window");
+        ASSERT_TRUE(window->capDriverConnect(list.Find(name)));
+        for (int i = 0; window->Failures() == 0 && i < 1000; ++i) ::poll(nullptr, 0, 10);
+        EXPECT_EQ(window->capGetStatus().text, reason) << name;
+    }
 }
 
 TEST_F(Drivers, TheTestPatternDeliversOneFrameForEachGrab) {

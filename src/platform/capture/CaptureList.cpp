@@ -1,6 +1,8 @@
 #include "platform/capture/CaptureList.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "platform/capture/FrameExchange.h"
@@ -21,20 +23,36 @@ constexpr std::string_view FirstOfEqual = "(1) ";
 /// The error number of what no reopening repairs.
 constexpr int SourceError = 1;
 
-/// A path, or a scheme of at least two letters and a colon (one letter would be a drive).
+/// Certainly no camera: an absolute path, or a scheme of at least two letters (one would be a drive). Some
+/// cameras have a colon in their names, and a blank behind it.
 bool IsAddress(std::string_view name) {
-    if (name.find_first_of("/\\") != std::string_view::npos) return true;
+    if (name.starts_with('/') || name.starts_with('\\') || name.substr(1).starts_with(":\\")) return true;
     const std::size_t colon = name.find(':');
     const auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
-    return colon != std::string_view::npos && colon >= 2 &&
+    return colon != std::string_view::npos && colon >= 2 && !name.substr(colon + 1).starts_with(' ') &&
            std::all_of(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(colon), letter);
 }
 
-/// Addresses often carry a password behind the "?".
-std::string WithoutQuery(const std::string& name) {
-    const std::size_t query = name.find('?');
-    return query == std::string::npos ? name : name.substr(0, query) + "?...";
-}
+/// Whatever bears a name that is no address just now: a file, else a camera.
+class NamedSource final : public CaptureSource {
+public:
+    NamedSource(const std::string& name, std::unique_ptr<CaptureSource> file,
+                std::unique_ptr<CaptureSource> camera)
+        : path_(name), file_(std::move(file)), camera_(std::move(camera)) {
+        std::ranges::replace(path_, '\\', '/');
+    }
+
+    std::string Run(FrameInbox& inbox) override {
+        std::error_code error;
+        const auto kind = std::filesystem::status(path_, error).type();
+        const bool file = kind == std::filesystem::file_type::regular;
+        return (file ? file_ : camera_)->Run(inbox);
+    }
+
+private:
+    std::string path_;
+    std::unique_ptr<CaptureSource> file_, camera_;
+};
 
 /// A source with a thread of its own.
 class ThreadChannel final : public CaptureChannel {
@@ -148,7 +166,7 @@ private:
     /// The state has changed.
     void Tell() {
         state_ = channel_->State();
-        if (list_.log_) list_.log_("Video from " + WithoutQuery(name_) + ": " + channel_->Words());
+        if (list_.log_) list_.log_("Video from " + name_ + ": " + channel_->Words());
         const std::string error = channel_->TakeError();
         if (!error.empty() && onError_) onError_(SourceError, error);
     }
@@ -240,9 +258,15 @@ std::unique_ptr<CaptureChannel> CaptureList::Open(const std::string& name) {
         return std::make_unique<PatternChannel>(*format);
     }
     auto exchange = std::make_shared<FrameExchange>();
-    const bool stream = IsAddress(name) && !name.starts_with(CameraPath);
-    threads_.Start(exchange, (stream ? streams_ : cameras_).Make(name));
+    threads_.Start(exchange, Source(name));
     return std::make_unique<ThreadChannel>(exchange);
+}
+
+std::unique_ptr<CaptureSource> CaptureList::Source(const std::string& name) {
+    const bool present = Place(name) < static_cast<int>(present_.size());
+    if (present || name.starts_with(CameraPath)) return cameras_.Make(name);
+    if (IsAddress(name)) return streams_.Make(name);
+    return std::make_unique<NamedSource>(name, streams_.Make(name), cameras_.Make(name));
 }
 
 }  // namespace tessaloom

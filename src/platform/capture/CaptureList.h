@@ -16,7 +16,7 @@ public:
     using LogLine = std::function<void(const std::string&)>;
 
     /// Both makers outlive this object, which outlives its windows. log: told when a source begins to
-    /// deliver and when it is lost; hides the user name and password that an address may hold.
+    /// deliver and when it is lost; hides the secrets that an address may hold.
     CaptureList(CaptureSources& cameras, CaptureSources& streams, LogLine log = {});
     ~CaptureList() override;
 
@@ -28,7 +28,8 @@ public:
 private:
     class Window;
 
-    /// A name that some feed asked for and that no present camera bears.
+    /// A name that some feed asked for and that no present camera bears: an address, a file or a camera to
+    /// come.
     struct Asked {
         std::string name;
         bool address;
@@ -38,6 +39,7 @@ private:
     bool InUse(const std::string& name) const;
     void Arrange();
     std::unique_ptr<CaptureChannel> Open(const std::string& name);
+    std::unique_ptr<CaptureSource> Source(const std::string& name);
 
     CaptureSources& cameras_;
     CaptureSources& streams_;

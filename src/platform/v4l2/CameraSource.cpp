@@ -8,7 +8,7 @@ namespace tessaloom {
 
 std::string CameraSource::Run(FrameInbox& inbox) {
     const std::string node = FindNode();
-    if (node.empty()) return "the camera is not plugged in";
+    if (node.empty()) return "no camera or file of that name is there";
     const Device device(finder_.Calls(), node);
     if (!device.IsOpen()) return CameraStream::Failure("it cannot be opened");
     return CameraStream(device, inbox, *codec_).Run();
