@@ -263,25 +263,27 @@ void VideoFeed::MeasureDepth(std::size_t bytesUsed) {
 void VideoFeed::ShowFrameInfo(const FrameHeader& frame, const CaptureFormat& format) {
     showDebugInfo_ = false;
     const CaptureStatus status = window_->capGetStatus();
+    // clang-format off
     const std::pair<std::string_view, double> lines[] = {
-        {"Frame Header Length = ", FrameHeader::Length                   },
+        {"Frame Header Length = ", FrameHeader::Length},
         {"Buffer Length = ",       static_cast<double>(frame.data.size())},
-        {"Bytes Used = ",          static_cast<double>(frame.bytesUsed)  },
-        {"Flags = ",               frame.flags                           },
-        {"Padded Size = ",         PaddedSize(width_,                      height_, 3)},
-        {"BPP = ",                      bpp_                                                           },
-        {"Status Width = ",status.width},
-        {"Status Height = ",              status.height                                                                          },
-        {"Bit Count = ",format.bitCount},
-        {"Color Important = ",            format.colorImportant                                                                                        },
-        {"Color Used = ",format.colorUsed},
-        {"Compression = ",                 format.compression                                                                                                                 },
-        {"Height = ",format.height},
-        {"Planes = ",                      format.planes                                                                                                                                                 },
-        {"Size = ",CaptureFormat::Size},
-        {"Size Image = ",                format.sizeImage                                                                                                                                                                           },
-        {"Width = ",format.width},
+        {"Bytes Used = ",          static_cast<double>(frame.bytesUsed)},
+        {"Flags = ",               frame.flags},
+        {"Padded Size = ",         PaddedSize(width_, height_, 3)},
+        {"BPP = ",                 bpp_},
+        {"Status Width = ",        status.width},
+        {"Status Height = ",       status.height},
+        {"Bit Count = ",           format.bitCount},
+        {"Color Important = ",     format.colorImportant},
+        {"Color Used = ",          format.colorUsed},
+        {"Compression = ",         format.compression},
+        {"Height = ",              format.height},
+        {"Planes = ",              format.planes},
+        {"Size = ",                CaptureFormat::Size},
+        {"Size Image = ",          format.sizeImage},
+        {"Width = ",               format.width},
     };
+    // clang-format on
     std::string text = "Frame Info:";
     for (const auto& [label, value] : lines)
         text.append("\n").append(label).append(modNumbers::CStrNI(value));

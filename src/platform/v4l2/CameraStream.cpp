@@ -136,12 +136,16 @@ CameraStream::Reason CameraStream::TakeNewest() {
     if (!newest) return std::nullopt;
     Reason reason;
     const std::span<const std::uint8_t> memory = buffers_[newest->index];
-    if (!(newest->flags & V4L2_BUF_FLAG_ERROR) && newest->bytesused > 0) {
+    if (!(newest->flags & V4L2_BUF_FLAG_ERROR) && newest->bytesused > 0)
         reason = Convert(memory.first(std::min<std::size_t>(newest->bytesused, memory.size())));
-        deadline_ = Clock::now() + Patience;
-    }
     if (!reason && !Queue(newest->index)) return Failure("it takes no buffers");
     return reason;
+}
+
+/// A sound picture has come. True: somebody wants it.
+bool CameraStream::Arrived() {
+    deadline_ = Clock::now() + Patience;
+    return inbox_.Arrived();
 }
 
 CameraStream::Reason CameraStream::Convert(std::span<const std::uint8_t> picture) {
@@ -150,7 +154,7 @@ CameraStream::Reason CameraStream::Convert(std::span<const std::uint8_t> picture
     const std::size_t lastRow =
         static_cast<std::size_t>(width_) * static_cast<std::size_t>(format_->bytesPerPixel);
     // A picture cut short is none.
-    if (picture.size() < rowBytes_ * (rows - 1) + lastRow || !inbox_.Arrived()) return std::nullopt;
+    if (picture.size() < rowBytes_ * (rows - 1) + lastRow || !Arrived()) return std::nullopt;
     return ConvertRows(picture);
 }
 
@@ -169,7 +173,7 @@ CameraStream::Reason CameraStream::ConvertRows(std::span<const std::uint8_t> pic
 /// The size is that of the picture itself. A damaged one is skipped.
 CameraStream::Reason CameraStream::ConvertJpeg(std::span<const std::uint8_t> picture) {
     JpegHeader header;
-    if (codec_.ReadHeader(picture, header) != JpegResult::Ok || !inbox_.Arrived()) return std::nullopt;
+    if (codec_.ReadHeader(picture, header) != JpegResult::Ok || !Arrived()) return std::nullopt;
     const std::span<std::uint8_t> rows = inbox_.Begin({.width = header.width, .height = header.height});
     if (rows.empty()) return "its pictures cannot be used";
     const int stride = static_cast<int>(rows.size()) / header.height;

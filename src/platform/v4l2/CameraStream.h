@@ -38,6 +38,7 @@ private:
     Reason Start();
     Reason Wait();
     Reason TakeNewest();
+    bool Arrived();
     Reason Convert(std::span<const std::uint8_t> picture);
     Reason ConvertRows(std::span<const std::uint8_t> picture);
     Reason ConvertJpeg(std::span<const std::uint8_t> picture);

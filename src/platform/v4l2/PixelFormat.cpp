@@ -55,16 +55,18 @@ void From555(std::uint8_t* to, const std::uint8_t* from, int width) {
     std::memcpy(to, from, static_cast<std::size_t>(width) * 2);
 }
 
+// clang-format off
 constexpr PixelFormat Formats[] = {
-    {V4L2_PIX_FMT_YUYV, 2, 24,                &FromPairs<0,     1>},
-    {V4L2_PIX_FMT_MJPEG,                 0, 24, nullptr              },
-    {V4L2_PIX_FMT_UYVY,                 2,  24,  &FromPairs<1, 0>},
-    {V4L2_PIX_FMT_BGR24,               3,                24,                &FromBgr                },
-    {V4L2_PIX_FMT_RGB24,         3,          24,&FromRgb},
-    {V4L2_PIX_FMT_RGB555,         2,          16,               &From555                                    },
-    {V4L2_PIX_FMT_XRGB555,         2,          16,&From555},
-    {V4L2_PIX_FMT_JPEG,         0,          24,                  nullptr                                                            },
+    {V4L2_PIX_FMT_YUYV,    2, 24, &FromPairs<0, 1>},
+    {V4L2_PIX_FMT_MJPEG,   0, 24, nullptr},
+    {V4L2_PIX_FMT_UYVY,    2, 24, &FromPairs<1, 0>},
+    {V4L2_PIX_FMT_BGR24,   3, 24, &FromBgr},
+    {V4L2_PIX_FMT_RGB24,   3, 24, &FromRgb},
+    {V4L2_PIX_FMT_RGB555,  2, 16, &From555},
+    {V4L2_PIX_FMT_XRGB555, 2, 16, &From555},
+    {V4L2_PIX_FMT_JPEG,    0, 24, nullptr},
 };
+// clang-format on
 
 }  // namespace
 
