@@ -32,6 +32,14 @@ public:
         /// Its head and its body.
         const std::string& Request() const { return request_; }
 
+        /// The head of the next request; cut short when the other side goes.
+        std::string NextHead() {
+            std::string head;
+            char byte = 0;
+            while (!head.ends_with("\r\n\r\n") && ::recv(handle_, &byte, 1, 0) == 1) head += byte;
+            return head;
+        }
+
         /// False when the other side is gone.
         bool Send(std::string_view bytes) {
             while (!bytes.empty()) {
@@ -120,9 +128,8 @@ private:
     }
 
     void Converse(int handle) {
-        std::string request;
+        std::string request = Connection(handle, "").NextHead();
         char byte = 0;
-        while (!request.ends_with("\r\n\r\n") && ::recv(handle, &byte, 1, 0) == 1) request += byte;
         for (std::size_t left = BodyBytes(request); left > 0 && ::recv(handle, &byte, 1, 0) == 1; --left)
             request += byte;
         const std::size_t from = request.find(' ');

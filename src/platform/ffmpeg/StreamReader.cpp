@@ -114,8 +114,8 @@ std::string StreamReader::OpenDecoder() {
 std::string StreamReader::Read() {
     for (;;) {
         const int result = av_read_frame(input_.get(), packet_.get());
-        if (result == AVERROR(EAGAIN)) continue;
         if (inbox_.Stopped() || Late()) return Reason(AVERROR_EXIT);
+        if (result == AVERROR(EAGAIN)) continue;
         const bool end = result == AVERROR_EOF;
         if (result < 0 && !end) return Reason(result);
         if (end || packet_->stream_index == stream_) {
