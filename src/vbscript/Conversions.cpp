@@ -40,9 +40,16 @@ std::int64_t WholeOfCurrency(std::int64_t amount) {
 }
 
 std::int64_t CurrencyOfDouble(double number) {
-    const double scaled = std::nearbyint(number * CurrencyScale);
-    if (!(std::abs(scaled) < 9223372036854775808.0)) Fail(ErrorCode::Overflow);
-    return static_cast<std::int64_t>(scaled);
+    // the whole part apart: the product of all of it would lose the last digits of large amounts
+    const double whole = std::trunc(number);
+    const double decimals = std::nearbyint((number - whole) * CurrencyScale);
+    constexpr double Most = 922337203685478;
+    if (!(std::abs(whole) < Most)) Fail(ErrorCode::Overflow);
+    std::int64_t amount = 0;
+    if (__builtin_add_overflow(static_cast<std::int64_t>(whole) * 10000, static_cast<std::int64_t>(decimals),
+                               &amount))
+        Fail(ErrorCode::Overflow);
+    return amount;
 }
 
 /// A plain decimal text exactly, which a double cannot always hold; nothing for any other form.

@@ -90,6 +90,19 @@ double Rounded(double number, int decimals) {
     return std::isfinite(scaled) ? std::nearbyint(scaled) / scale : number;
 }
 
+/// The same for an amount in ten-thousandths, exactly.
+std::int64_t RoundedAmount(std::int64_t amount, int decimals) {
+    std::int64_t step = 1;
+    for (int i = decimals; i < 4; ++i) step *= 10;
+    const std::int64_t rest = amount % step, magnitude = std::abs(rest);
+    const std::int64_t whole = amount - rest;
+    const bool further = 2 * magnitude > step || (2 * magnitude == step && whole / step % 2 != 0);
+    std::int64_t rounded = whole;
+    if (further && __builtin_add_overflow(whole, amount < 0 ? -step : step, &rounded))
+        Fail(ErrorCode::Overflow);
+    return rounded;
+}
+
 Value Round(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
     const int decimals = of.LongWithin(1, 0, std::numeric_limits<int>::max(), 0);
@@ -101,8 +114,7 @@ Value Round(Context& context, std::span<Value> values) {
         case VarType::Date:
             return Value::OfDouble(Rounded(number.Real(), decimals));
         case VarType::Currency:
-            return Value::OfCurrency(ToCurrency(
-                context, Value::OfDouble(Rounded(ToDouble(context, number), std::min(decimals, 4)))));
+            return Value::OfCurrency(RoundedAmount(number.Currency(), decimals));
         default:
             return number;
     }
