@@ -29,7 +29,8 @@ constexpr int PollMilliseconds = 10;              ///< libcurl overlooks some re
 constexpr auto IdleLook = std::chrono::milliseconds(200);  ///< How often an idle connection is looked at.
 constexpr long LeaveMilliseconds = 5000;                   ///< For a server to answer to our farewell.
 constexpr int LessUrgent = 5;                              ///< Niceness.
-constexpr long NoLimitSeconds = 30L * 86400;  ///< Time limits are the engine's, as its clock sees them.
+/// Time limits are the engine's, as its clock sees them. libcurl takes no more than 24 days.
+constexpr long NoLimitSeconds = 20L * 86400;
 constexpr long FarFutureSeconds = 10L * 365 * 86400;
 
 int CodeOf(std::string_view reply) {
@@ -69,6 +70,8 @@ std::string Quoted(std::string_view path) {
     return quoted + '"';
 }
 
+FtpOutcome ServerEnded() { return {false, false, true, CURLE_RECV_ERROR, "The server ended the connection"}; }
+
 bool PeerLeft(int socket) {
     pollfd other{socket, POLLRDHUP, 0};
     return ::poll(&other, 1, 0) != 0;
@@ -82,6 +85,10 @@ FtpSession::FtpSession(const FtpTrust& trust, FtpAddress address, const FtpAccou
       account_(account),
       multi_(curl_multi_init()),
       easy_(curl_easy_init()) {
+    if (!multi_ || !easy_) {
+        Release();
+        throw std::system_error(std::make_error_code(std::errc::not_enough_memory));
+    }
     // Signals are for the program's first thread.
     sigset_t all, before;
     sigfillset(&all);
@@ -90,8 +97,7 @@ FtpSession::FtpSession(const FtpTrust& trust, FtpAddress address, const FtpAccou
         thread_ = std::thread([this] { Run(); });
     } catch (const std::system_error&) {
         pthread_sigmask(SIG_SETMASK, &before, nullptr);
-        curl_easy_cleanup(easy_);
-        curl_multi_cleanup(multi_);
+        Release();
         throw;
     }
     pthread_sigmask(SIG_SETMASK, &before, nullptr);
@@ -106,6 +112,10 @@ FtpSession::~FtpSession() {
 
 void FtpSession::Begin(FtpStep step) {
     const std::lock_guard lock(mutex_);
+    if (lost_) {  // The thread is gone, and nobody has looked yet.
+        outcome_ = ServerEnded();
+        return;
+    }
     next_ = std::move(step);
     busy_ = true;
     wakeUp_.notify_one();
@@ -143,9 +153,7 @@ void FtpSession::Break() {
 void FtpSession::Run() {
     // Beside the tick, no upload is urgent. (Here, the niceness of a thread is its own.)
     ::setpriority(PRIO_PROCESS, static_cast<id_t>(::gettid()), LessUrgent);
-    while (multi_ && easy_) {
-        const auto step = NextStep();
-        if (!step) break;
+    while (const auto step = NextStep()) {
         step_ = &*step;
         const FtpOutcome outcome = Perform(*step);
         const std::lock_guard lock(mutex_);
@@ -155,6 +163,11 @@ void FtpSession::Run() {
     }
     // Without this, libcurl would say farewell (once more) and wait for an answer.
     Break();
+    Release();
+    ended_ = true;
+}
+
+void FtpSession::Release() {
     CURLM* multi = nullptr;
     {
         const std::lock_guard lock(mutex_);
@@ -162,7 +175,6 @@ void FtpSession::Run() {
     }
     curl_easy_cleanup(std::exchange(easy_, nullptr));
     curl_multi_cleanup(multi);
-    ended_ = true;
 }
 
 std::optional<FtpStep> FtpSession::NextStep() {
@@ -188,21 +200,20 @@ bool FtpSession::ServerStirs(int control) const {
 FtpOutcome FtpSession::Perform(const FtpStep& step) {
     if (step.kind != Kind::LogIn) {
         const std::lock_guard lock(mutex_);
-        if (sockets_.empty() || ServerStirs(sockets_.front()))
-            return {false, false, true, CURLE_RECV_ERROR, "The server ended the connection"};
+        if (sockets_.empty() || ServerStirs(sockets_.front())) return ServerEnded();
     }
     given_ = replyBytes_ = 0;
     replies_.clear();
     message_[0] = '\0';
     Prepare(step);
-    const CURLcode result = Transfer();
-    return OutcomeOf(step, result);
+    return OutcomeOf(step, refused_ == CURLE_OK ? Transfer() : refused_);
 }
 
 void FtpSession::Prepare(const FtpStep& step) {
     curl_easy_reset(easy_);
+    refused_ = CURLE_OK;
     Set(CURLOPT_ERRORBUFFER, message_);
-    Set(CURLOPT_PROTOCOLS_STR, "ftp,ftps,sftp");
+    Set(CURLOPT_PROTOCOLS_STR, address_.Shell() ? "sftp" : "ftp,ftps");
     Set(CURLOPT_PROXY, "");
     Set(CURLOPT_NOSIGNAL, 1L);
     Set(CURLOPT_QUICK_EXIT, 1L);
@@ -210,6 +221,7 @@ void FtpSession::Prepare(const FtpStep& step) {
     Set(CURLOPT_TCP_KEEPALIVE, 1L);
     Set(CURLOPT_CONNECTTIMEOUT, NoLimitSeconds);
     Set(CURLOPT_SERVER_RESPONSE_TIMEOUT, NoLimitSeconds);
+    Set(CURLOPT_ACCEPTTIMEOUT_MS, NoLimitSeconds * 1000);
     Set(CURLOPT_MAXAGE_CONN, FarFutureSeconds);
     Set(CURLOPT_HEADERFUNCTION, &FtpSession::TakeReply);
     Set(CURLOPT_HEADERDATA, static_cast<void*>(this));
@@ -234,7 +246,8 @@ void FtpSession::Prepare(const FtpStep& step) {
 }
 
 void FtpSession::PrepareTrust() {
-    if (address_.security == FtpAddress::Security::Explicit) Set(CURLOPT_USE_SSL, long{CURLUSESSL_ALL});
+    // Else a server that secures only the commands would be sent the files in clear.
+    if (address_.security != FtpAddress::Security::None) Set(CURLOPT_USE_SSL, long{CURLUSESSL_ALL});
     // Servers demand that connections for data resume the session of the first one. A session of version 1.3
     // can be resumed but once.
     Set(CURLOPT_SSLVERSION, long{CURL_SSLVERSION_TLSv1_2} | long{CURL_SSLVERSION_MAX_TLSv1_2});

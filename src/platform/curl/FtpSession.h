@@ -25,7 +25,7 @@ namespace tessaloom {
 /// destructor, which waits for the thread.
 class FtpSession {
 public:
-    /// Throws when the system has no thread to give.
+    /// Throws when the system has no thread or no memory to give.
     FtpSession(const FtpTrust& trust, FtpAddress address, const FtpAccount& account);
     ~FtpSession();
     FtpSession(const FtpSession&) = delete;
@@ -51,6 +51,7 @@ public:
 
 private:
     void Run();
+    void Release();
     std::optional<FtpStep> NextStep();
     bool ServerStirs(int control) const;
     FtpOutcome Perform(const FtpStep& step);
@@ -60,7 +61,10 @@ private:
     CURLcode Transfer();
     FtpOutcome OutcomeOf(const FtpStep& step, CURLcode result);
     std::string FailureOf(CURLcode result) const;
-    void Set(CURLoption option, auto value) { curl_easy_setopt(easy_, option, value); }
+    void Set(CURLoption option, auto value) {
+        const CURLcode result = curl_easy_setopt(easy_, option, value);
+        if (result != CURLE_OK) refused_ = result;
+    }
 
     static std::size_t TakeReply(char* data, std::size_t size, std::size_t count, void* self);
     static std::size_t GiveBytes(char* buffer, std::size_t size, std::size_t count, void* self);
@@ -89,6 +93,7 @@ private:
     CURLM* multi_;
     CURL* easy_;
     curl_slist* commands_ = nullptr;
+    CURLcode refused_ = CURLE_OK;  ///< What libcurl said to a setting that it does not take.
     const FtpStep* step_ = nullptr;
     std::size_t given_ = 0;  ///< Bytes of the file that libcurl has taken.
     int controlPort_ = 0;
