@@ -113,23 +113,26 @@ TEST_F(WebServerTest, AnswersToTheByte) {
     const std::string jpeg(*page.JPEGData());
     const std::string picture = success("image/jpeg", "Last-Modified: 1/15/2026 9:05:07 AM\r\n", jpeg);
     const std::string list = "[{\"file\": \"Live.jpg\", \"name\": \"Pier \\\"3\\\"\"}]\n";
+    const std::string home = success("text/html", "", "home"), notFound(NotFound);
+    // clang-format off
     const std::pair<const char*, std::string> cases[] = {
-        {"GET / HTTP/1.1",                success("text/html",                                "", "home")},
-        {"get /?a=../b HTTP/1.0",                        success("text/html",                                                                          "", "home")},
-        {"GETTER index.htm%20 HTTP/1.1",success("text/html","", "home")},
-        {"GET /sub%5Ca%20b.TXT HTTP/1.1",                               success("text/plain",                                                    "", "text")},
-        {"GET /lIVE.jPG?t=1 HTTP/1.1",                             picture                                                                                                            },
-        {"GET /%4cive.jpg HTTP/1.1", picture},
-        {"GET /canvases.json HTTP/1.1",                        success("text/plain",                                                                          "", list)},
-        {"GET /a..b HTTP/1.1",std::string(NotFound)},
-        {"GET /sub HTTP/1.1",                        std::string(NotFound)                                                                         },
-        {"GET /Live.jpg HTTP/9 HTTP/1.1",std::string(NotFound)},
-        {"GET /%zz HTTP/1.1",                               std::string(NotFound)                                                             },
-        {"HEAD / HTTP/1.1",                               ""                                                                                                                             },
-        {"GET /",                               ""},
-        {"GET HTTP/1.1",                               ""                                                                                                    },
-        {"",                               ""   },
+        {"GET / HTTP/1.1",                 home},
+        {"get /?a=../b HTTP/1.0",          home},
+        {"GETTER index.htm%20 HTTP/1.1",   home},
+        {"GET /sub%5Ca%20b.TXT HTTP/1.1",  success("text/plain", "", "text")},
+        {"GET /lIVE.jPG?t=1 HTTP/1.1",     picture},
+        {"GET /%4cive.jpg HTTP/1.1",       picture},
+        {"GET /canvases.json HTTP/1.1",    success("text/plain", "", list)},
+        {"GET /a..b HTTP/1.1",             notFound},
+        {"GET /sub HTTP/1.1",              notFound},
+        {"GET /Live.jpg HTTP/9 HTTP/1.1",  notFound},
+        {"GET /%zz HTTP/1.1",              notFound},
+        {"HEAD / HTTP/1.1",                ""},
+        {"GET /",                          ""},
+        {"GET HTTP/1.1",                   ""},
+        {"",                               ""},
     };
+    // clang-format on
     for (const auto& [line, response] : cases)
         EXPECT_EQ(Ask(std::string(line) + "\r\n\r\n"), response) << line;
     Write("web/canvases.json", "own");
