@@ -69,10 +69,7 @@ bool InetFTP::SendDataFile(std::vector<std::uint8_t> bytes, Order order) {
 // Without a connection there is nothing to reset.
 void InetFTP::ResetConnection() { resetRequested_ = NumberOf(state_) >= NumberOf(State::Connect); }
 
-void InetFTP::LogOutWhenDone() {
-    order_.keepConnectionOpen = false;
-    if (IdleConnection() && !sendRequested_) Enter(State::Disconnect);
-}
+void InetFTP::LogOutWhenDone() { order_.keepConnectionOpen = false; }
 
 void InetFTP::TimerEvent() {
     if ((state_ == State::Idle || state_ == State::Disconnected) && !sendRequested_) return;
@@ -186,7 +183,6 @@ void InetFTP::Step() {
 }
 
 void InetFTP::StepUnconnected(std::string_view stage) {
-    if (!sendRequested_) return;
     stage_ = stage;
     Enter(State::Connect);
 }
@@ -207,6 +203,7 @@ void InetFTP::StepConnected() {
     };
     if (resetRequested_) return leave("Connected -- ResetConnection", State::Disconnect);
     if (sendRequested_) return leave("Connected -- Send File", State::Store);
+    if (!order_.keepConnectionOpen) return Enter(State::Disconnect);
     if (state_ == State::ConnectedWaiting && order_.keepAlive &&
         SecondsSince(lastCommand_) >= KeepAliveSeconds)
         leave("Connected -- Keep Alive", State::KeepAlive);

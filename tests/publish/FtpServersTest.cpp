@@ -275,10 +275,12 @@ TEST(FtpServers, MayBeLostAndChanged) {
     EXPECT_THAT(at.stages,
                 StartsWith("Connected -- ResetConnection; Disconnecting; Disconnected; Connecting; "));
     at.files.full = true;
+    at.order.keepAlive = true;
     at.stages.clear();
     EXPECT_TRUE(at.Upload("unsaved"));
     EXPECT_EQ(at.stages, "Connected -- Send File; Local store error.; File Send Complete; ");
     EXPECT_EQ(at.ftp.Status(), "Could not save local temp file");
+    EXPECT_TRUE(at.TickUntil([&] { return at.ftp.CurrentState() == State::KeepAliveWait; }, 9));
     at.ftp.LogOutWhenDone();
     EXPECT_TRUE(at.TickUntil([&] { return at.ftp.CurrentState() == State::Disconnected; }));
 }
