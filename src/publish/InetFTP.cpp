@@ -106,7 +106,9 @@ void InetFTP::myFTP_Progress() { result_ = Result::Complete; }
 void InetFTP::myFTP_Error(int number, const std::string& description) {
     result_ = Result::Error;
     status_ = description;
-    Complain(Numbered("Error. Number=", number) + ",Description=" + description);
+    const std::string text = Numbered("Error. Number=", number) + ",Description=" + description;
+    if (state_ == State::DeleteWait) return Note(LogLevel::Info, text);
+    Complain(text);
 }
 
 // --- The machine ---

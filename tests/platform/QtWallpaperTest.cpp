@@ -156,14 +156,17 @@ TEST(QtWallpaper, CallsTheServicesOfTheSession) {
     const std::string address = "unix:path=" + (at.folder / "bus");
     ServerProgram bus({"dbus-daemon", "--session", "--nofork", "--nosyslog", "--address=" + address});
     ASSERT_TRUE(Comes([&] { return ::access((at.folder / "bus").c_str(), F_OK) == 0; }));
+    const std::string file = at.folder / "T.bmp";
+    std::ofstream(file) << "BM";
     const struct {
-        const char *desktop, *service, *object, *interface, *method, *signature, *call;
+        const char *desktop, *service, *object, *interface, *method, *signature;
+        std::string call;
     } rows[] = {
         {"sway", "org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-         "org.freedesktop.portal.Wallpaper",                                                                 "SetWallpaperURI", "ssa{sv}",
-         "SetWallpaperURI \"\" \"file:///a/T.bmp\" {\"set-on\": \"both\", \"show-preview\": False}"},
-        {"KDE",  "org.kde.plasmashell",            "/PlasmaShell",                    "org.kde.PlasmaShell", "evaluateScript",  "s",
-         "d.writeConfig('Image', \"file:///a/T.bmp\")"                                             },
+         "org.freedesktop.portal.Wallpaper",                                                                 "SetWallpaperFile", "sha{sv}",
+         "{\"set-on\": \"background\", \"show-preview\": False}"},
+        {"KDE",  "org.kde.plasmashell",            "/PlasmaShell",                    "org.kde.PlasmaShell", "evaluateScript",   "s",
+         "d.writeConfig('Image', \"file://" + file + "\")"      },
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.desktop);
@@ -180,7 +183,7 @@ TEST(QtWallpaper, CallsTheServicesOfTheSession) {
                       .Wait(),
                   0);
         QtWallpaper wallpaper(at.Failed(), at.Recorders());
-        EXPECT_TRUE(wallpaper.Set("/a/T.bmp"));
+        EXPECT_TRUE(wallpaper.Set(file));
         Desk::WaitFor(wallpaper);
         EXPECT_EQ(at.failure, "");
         EXPECT_TRUE(Comes([&] {
@@ -193,7 +196,7 @@ TEST(QtWallpaper, CallsTheServicesOfTheSession) {
         {"DBUS_SESSION_BUS_ADDRESS", address}
     });
     QtWallpaper wallpaper(at.Failed(), at.Recorders());
-    EXPECT_TRUE(wallpaper.Set("/a/T.bmp"));
+    EXPECT_TRUE(wallpaper.Set(file));
     Desk::WaitFor(wallpaper);
     EXPECT_NE(at.failure.find("org.freedesktop.portal.Desktop"), std::string::npos) << at.failure;
 }

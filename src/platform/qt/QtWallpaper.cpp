@@ -4,6 +4,8 @@
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QDBusUnixFileDescriptor>
+#include <QFile>
 #include <QProcess>
 #include <QTimer>
 #include <QUrl>
@@ -173,13 +175,20 @@ void QtWallpaper::SetXfceProperties(QStringList properties) {
         });
 }
 
+/// The portal takes no address of a local file, only the open file.
 void QtWallpaper::Portal() {
+    QFile file(path_);
+    if (!file.open(QIODevice::ReadOnly)) {
+        failure_ = path_ + ": " + file.errorString();
+        return End(false);
+    }
     const QVariantMap options{
-        {"show-preview", false },
-        {"set-on",       "both"}
+        {"show-preview", false       },
+        {"set-on",       "background"}
     };
     Call("org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop",
-         "org.freedesktop.portal.Wallpaper", "SetWallpaperURI", {QString(), Url(), options});
+         "org.freedesktop.portal.Wallpaper", "SetWallpaperFile",
+         {QString(), QVariant::fromValue(QDBusUnixFileDescriptor(file.handle())), options});
 }
 
 void QtWallpaper::RootWindow() {
