@@ -173,7 +173,13 @@ bool ToCondition(Context& context, const Value& value) {
     return ToCondition(context, PlainValue(context, value, scratch));
 }
 
-std::uint8_t ToByte(Context& context, const Value& value) { return ToWhole<std::uint8_t>(context, value); }
+std::uint8_t ToByte(Context& context, const Value& value) {
+    Value scratch;
+    const Value& plain = PlainValue(context, value, scratch);
+    // True has all bits set
+    if (plain.Is(VarType::Boolean)) return plain.Whole() != 0 ? 255 : 0;
+    return ToWhole<std::uint8_t>(context, plain);
+}
 
 std::int16_t ToInteger(Context& context, const Value& value) { return ToWhole<std::int16_t>(context, value); }
 
