@@ -40,6 +40,13 @@ public:
     double Date(std::size_t index) const { return ToDate(context_, values_[index]); }
     bool Boolean(std::size_t index) const { return ToBoolean(context_, values_[index]); }
 
+    /// A length or count: error 5 when it is negative.
+    std::size_t Length(std::size_t index) const {
+        const int length = Long(index);
+        if (length < 0) Fail(ErrorCode::InvalidCall);
+        return static_cast<std::size_t>(length);
+    }
+
     /// @name Of optional arguments
     /// @{
     String TextOr(std::size_t index, std::u16string_view other) const {

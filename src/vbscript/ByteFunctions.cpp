@@ -9,12 +9,6 @@ namespace tessaloom::vbscript {
 
 namespace {
 
-std::size_t CountAt(const Arguments& of, std::size_t index) {
-    const int count = of.Long(index);
-    if (count < 0) Fail(ErrorCode::InvalidCall);
-    return static_cast<std::size_t>(count);
-}
-
 std::string_view BytesOf(const String& text) {
     return {reinterpret_cast<const char*>(text.Bytes()), text.ByteLength()};
 }
@@ -32,13 +26,13 @@ Value LenB(Context& context, std::span<Value> values) {
 
 Value LeftB(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
-    const std::size_t count = CountAt(of, 1);
+    const std::size_t count = of.Length(1);
     return of.IsNull(0) ? Value::Null() : PartOf(of.Text(0), 0, count);
 }
 
 Value RightB(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
-    const std::size_t count = CountAt(of, 1);
+    const std::size_t count = of.Length(1);
     if (of.IsNull(0)) return Value::Null();
     const String text = of.Text(0);
     return PartOf(text, text.ByteLength() - std::min(count, text.ByteLength()), count);
@@ -47,7 +41,7 @@ Value RightB(Context& context, std::span<Value> values) {
 Value MidB(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
     const int start = of.Long(1);
-    const std::size_t count = of.Has(2) ? CountAt(of, 2) : std::string_view::npos;
+    const std::size_t count = of.Has(2) ? of.Length(2) : std::string_view::npos;
     if (start < 1) Fail(ErrorCode::InvalidCall);
     return of.IsNull(0) ? Value::Null() : PartOf(of.Text(0), static_cast<std::size_t>(start) - 1, count);
 }

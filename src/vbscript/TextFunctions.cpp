@@ -12,13 +12,6 @@ namespace tessaloom::vbscript {
 
 namespace {
 
-/// A length or count that must not be negative.
-std::size_t CountAt(const Arguments& of, std::size_t index) {
-    const int count = of.Long(index);
-    if (count < 0) Fail(ErrorCode::InvalidCall);
-    return static_cast<std::size_t>(count);
-}
-
 Value OfUnit(char16_t unit) { return Value::OfText({&unit, 1}); }
 
 /// A part of `text`, which is shared when the part is all of it.
@@ -35,13 +28,13 @@ Value Len(Context& context, std::span<Value> values) {
 
 Value Left(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
-    const std::size_t count = CountAt(of, 1);
+    const std::size_t count = of.Length(1);
     return of.IsNull(0) ? Value::Null() : PartOf(of.Text(0), 0, count);
 }
 
 Value Right(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
-    const std::size_t count = CountAt(of, 1);
+    const std::size_t count = of.Length(1);
     if (of.IsNull(0)) return Value::Null();
     const String text = of.Text(0);
     return PartOf(text, text.Length() - std::min(count, text.Length()), count);
@@ -50,7 +43,7 @@ Value Right(Context& context, std::span<Value> values) {
 Value Mid(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
     const int start = of.Long(1);
-    const std::size_t count = of.Has(2) ? CountAt(of, 2) : std::u16string_view::npos;
+    const std::size_t count = of.Has(2) ? of.Length(2) : std::u16string_view::npos;
     if (start < 1) Fail(ErrorCode::InvalidCall);
     return of.IsNull(0) ? Value::Null() : PartOf(of.Text(0), static_cast<std::size_t>(start) - 1, count);
 }
@@ -84,13 +77,13 @@ Value Repeated(std::size_t count, char16_t unit) {
 }
 
 Value Space(Context& context, std::span<Value> values) {
-    return Repeated(CountAt(Arguments(context, values), 0), u' ');
+    return Repeated(Arguments(context, values).Length(0), u' ');
 }
 
 Value RepeatUnit(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
     if (of.IsNull(0) || of.IsNull(1)) return Value::Null();
-    const std::size_t count = CountAt(of, 0);
+    const std::size_t count = of.Length(0);
     if (!values[1].Is(VarType::String)) return Repeated(count, UnitOfAnsi(of.Long(1) & 0xFF));
     if (values[1].Text().empty()) Fail(ErrorCode::InvalidCall);
     return Repeated(count, values[1].Text().front());
