@@ -36,6 +36,27 @@ struct InetFTP::Wait {
     std::string_view lateStage, lateStatus;
 };
 
+using enum InetFTP::State;
+
+// clang-format off
+const InetFTP::Wait InetFTP::Waits[] = {
+    {ConnectWait,    120, "Connect Complete",    "Connect Error",    Connected,        Connect,
+                          "Timeout: Connect",    "Failed to connect to FTP server in 2 minutes"},
+    {KeepAliveWait,   60, "Keep Alive Complete", "Keep Alive Error", ConnectedWaiting, Idle,
+                          "Timeout: Keep Alive", "Keep alive no-op timed out"},
+    {StoreWait,      600, "Store Complete",      "Store Error",      Delete,           Idle,
+                          "Timeout: Store",      "File send exceeded 10 minutes"},
+    // a missing file is no failure
+    {DeleteWait,      60, "Delete Complete",     "Delete Error",     Rename,           Rename,
+                          "Timeout: Delete",     "File delete exceeded 1 minute"},
+    {RenameWait,      60, "Rename Complete",     "Rename Error",     SendComplete,     SendComplete,
+                          "Timeout: Rename",     "File rename exceeded 1 minute"},
+    // a connection that breaks is ended, too
+    {DisconnectWait,  60, "Disconnected",        "Disconnected",     Disconnected,     Disconnected,
+                          "Timeout: Disconnect", "Logout exceeded 1 minute"},
+};
+// clang-format on
+
 InetFTP::InetFTP(FileSystem& files, FtpClients& clients) : files_(files), clients_(clients) {}
 
 InetFTP::~InetFTP() { Shutdown(); }
@@ -125,25 +146,6 @@ void InetFTP::ReadClock() {
 double InetFTP::SecondsSince(double moment) const { return (now_ - moment) * modTime::SecondsPerDay; }
 
 void InetFTP::Step() {
-    using enum State;
-    static constexpr Wait Waits[] = {
-  // clang-format off
-        {ConnectWait,    120, "Connect Complete",    "Connect Error",    Connected,        Connect,
-                              "Timeout: Connect",    "Failed to connect to FTP server in 2 minutes"},
-        {KeepAliveWait,   60, "Keep Alive Complete", "Keep Alive Error", ConnectedWaiting, Idle,
-                              "Timeout: Keep Alive", "Keep alive no-op timed out"},
-        {StoreWait,      600, "Store Complete",      "Store Error",      Delete,           Idle,
-                              "Timeout: Store",      "File send exceeded 10 minutes"},
-        // a missing file is no failure
-        {DeleteWait,      60, "Delete Complete",     "Delete Error",     Rename,           Rename,
-                              "Timeout: Delete",     "File delete exceeded 1 minute"},
-        {RenameWait,      60, "Rename Complete",     "Rename Error",     SendComplete,     SendComplete,
-                              "Timeout: Rename",     "File rename exceeded 1 minute"},
-        // a connection that breaks is ended, too
-        {DisconnectWait,  60, "Disconnected",        "Disconnected",     Disconnected,     Disconnected,
-                              "Timeout: Disconnect", "Logout exceeded 1 minute"},
-  // clang-format on
-    };
     switch (state_) {
         case Idle:
             return StepUnconnected("Not Initialized -- Send File");

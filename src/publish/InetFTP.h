@@ -96,6 +96,7 @@ public:
 private:
     enum class Result { None = 0, Complete = 1, Error = 2 };
     struct Wait;
+    static const Wait Waits[];
 
     void FtpState(bool connected, bool expected) override { myFTP_State(connected, expected); }
     void FtpComplete() override { myFTP_Progress(); }
