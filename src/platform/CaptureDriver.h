@@ -65,7 +65,7 @@ struct CaptureStatus {
     CaptureState state = CaptureState::Disconnected;
     int width = 0;          ///< Of the frames, in pixels; 0 before the first one.
     int height = 0;         ///< The same.
-    int failures = 0;       ///< Attempts and connections that failed since the driver was connected.
+    int failures = 0;       ///< Attempts that brought no frame since the driver was connected.
     std::string text = {};  ///< For people: what goes on, or why it does not. Holds no password.
 };
 

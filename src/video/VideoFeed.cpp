@@ -210,6 +210,7 @@ void VideoFeed::FrameCallback(const FrameHeader& header) {
     delivering_ = true;
     Trap({Module, "FrameCallback"}, [&] {
         resetFrame_ = true;
+        firstAttempt_ = false;
         CountFrame();
         CaptureFormat format;
         const bool usable = frame.bytesUsed != 0 && frame.bytesUsed <= frame.data.size() && window_ &&

@@ -89,6 +89,7 @@ TEST(FrameExchange, MarksTheFirstFrameOfEachConnectionAndShowsNoOldOnes) {
         EXPECT_TRUE(exchange.EndConnection("unplugged"));
         EXPECT_EQ(exchange.Words(), "unplugged");
     }
+    EXPECT_EQ(exchange.Failures(), 0);
     EXPECT_EQ(firsts, (std::vector<bool>{true, false, true, false}));
 
     exchange.Request();

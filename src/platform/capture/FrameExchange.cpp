@@ -80,9 +80,10 @@ void FrameExchange::BeginConnection() {
 bool FrameExchange::EndConnection(std::string reason) {
     const std::lock_guard lock(mutex_);
     reason_ = std::move(reason);
-    failures_.fetch_add(1, std::memory_order_relaxed);
+    const bool delivered = arrivedInConnection_ > 0;
+    if (!delivered) failures_.fetch_add(1, std::memory_order_relaxed);
     state_.store(CaptureState::Waiting, std::memory_order_relaxed);
-    return arrivedInConnection_ > 0;
+    return delivered;
 }
 
 void FrameExchange::Pause(std::chrono::milliseconds length) {
