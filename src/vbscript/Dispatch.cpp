@@ -59,6 +59,17 @@ inline bool IsTrue(Context& context, const Value& value) {
     return value.Is(VarType::Boolean) ? value.Whole() != 0 : ToCondition(context, value);
 }
 
+/// The object in `receiver`, if it is of the kind that `site` remembers.
+inline Object* Known(const Value& receiver, const Site& site) {
+    if (!receiver.Is(VarType::Object)) return nullptr;
+    Object* const object = receiver.AsObject();
+    return object && object->Shape() == site.shape ? object : nullptr;
+}
+
+inline bool IsPlain(const Value& value) {
+    return !value.Is(VarType::Object) && !value.Is(VarType::Reference);
+}
+
 }  // namespace
 
 // A jump to the next instruction leaves a block without destructing what lies in it, so no block that ends in
@@ -420,9 +431,36 @@ void Machine::Dispatch(std::size_t stop) {
             const Instruction& more = *pc++;
             Frame& frame = Top();
             frame.place = pc;
-            Site& site = const_cast<Site&>(frame.routine->sites[static_cast<std::size_t>(more.D())]);
+            Site& site = frame.routine->sites[static_cast<std::size_t>(more.D())];
             const auto kind = static_cast<CallKind>(i->b & 0xFF);
             if (CallMember(&A, i->c, kind, (i->b & OwnAccess) != 0, site)) ENTERED();
+            NEXT();
+        }
+        DoGetMember: {
+            const Value& receiver = B.Resolved();
+            Site& site = Top().routine->sites[i->c];
+            if (Object* const object = Known(receiver, site); object && site.plain.get) [[likely]] {
+                A = site.plain.get(*object, context_);
+                NEXT();
+            }
+            Top().place = pc;
+            A = Value(receiver);
+            if (CallMember(&A, 0, CallKind::Get, false, site)) ENTERED();
+            NEXT();
+        }
+        DoLetMember: {
+            const Value &receiver = B.Resolved(), &value = (&A)[1];
+            Site& site = Top().routine->sites[i->c];
+            if (Object* const object = Known(receiver, site);
+                object && site.plain.let && IsPlain(value)) [[likely]] {
+                site.plain.let(*object, context_, value);
+                A.LetGo();
+                (&A)[1].LetGo();
+                NEXT();
+            }
+            Top().place = pc;
+            A = Value(receiver);
+            if (CallMember(&A, 1, CallKind::Let, false, site)) ENTERED();
             NEXT();
         }
         DoCallHostMember: {

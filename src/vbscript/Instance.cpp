@@ -14,7 +14,10 @@ std::size_t BytesOf(const ClassInfo& type) { return sizeof(Instance) + type.fiel
 }  // namespace
 
 Instance::Instance(Machine& machine, Ref<ClassInfo> type)
-    : machine_(&machine), type_(std::move(type)), fields_(new Value[type_->fields.size()]) {
+    : Object(type.Get()),
+      machine_(&machine),
+      type_(std::move(type)),
+      fields_(new Value[type_->fields.size()]) {
     for (std::size_t i = 0; i < type_->fields.size(); ++i) {
         const ClassInfo::Field& field = type_->fields[i];
         if (field.isArray) fields_[i] = Value::OfArray(Array::OfBounds(field.bounds, !field.bounds.empty()));

@@ -21,7 +21,6 @@ public:
     std::u16string_view TypeName() const override { return type_->name; }
     int Find(std::u16string_view name) override;
     Value Invoke(Context& context, int member, CallKind kind, std::span<Value> arguments) override;
-    const void* Shape() const override { return type_.Get(); }
     bool WritesArguments() const override { return true; }
 
     /// Takes it out of the machine's care; Class_Terminate does not run any more.

@@ -180,20 +180,13 @@ Value Machine::InvokeWriting(Object& object, int member, CallKind kind, std::spa
     return result;
 }
 
-/// False, and nothing done, when the short way is closed. An object as the new value may run code of the
-/// script that lets go of `object`.
-bool Machine::UsePlain(const PlainMember& member, Object& object, Value* first, std::size_t count,
-                       CallKind kind) {
-    if (kind == CallKind::Get && count == 0 && member.get) {
-        *first = member.get(object, context_);
-        return true;
-    }
-    if (kind != CallKind::Let || count != 1 || !member.let) return false;
-    const Value& value = first[1].Resolved();
-    if (value.Is(VarType::Object)) return false;
-    member.let(object, context_, value);
-    first[1].MakeEmpty();
-    first->MakeEmpty();
+/// The short way to a member with one argument. False, and nothing done, when it is closed.
+bool Machine::UseItem(const Site& site, Object& object, Value* first) {
+    const Value& argument = first[1].Resolved();
+    if (!site.plain.item || argument.Is(VarType::Object)) return false;
+    Value result = site.plain.item(object, context_, argument);
+    first[1].LetGo();
+    first->Swap(result);
     return true;
 }
 
@@ -209,9 +202,10 @@ bool Machine::CallMember(Value* first, std::size_t count, CallKind kind, bool ow
         site.shape = nullptr;
         if (site.member < 0) FailNamed(ErrorCode::NoSuchMember, site.name);
         site.shape = shape;
-        site.plain = object.Plain(site.member);
+        const PlainMember* const plain = object.Plain(site.member);
+        site.plain = plain ? *plain : PlainMember();
     }
-    if (site.plain && UsePlain(*site.plain, object, first, count, kind)) return false;
+    if (kind == CallKind::Get && count == 1 && UseItem(site, object, first)) return false;
     if (site.isInstance)
         return UseMember(static_cast<Instance&>(object), site.member, kind, own, first + 1, count, first,
                          false);
@@ -330,6 +324,13 @@ bool Machine::CallName(Value* first, std::size_t count, std::size_t symbol, std:
 void Machine::CallHostMember(Value* first, std::size_t count, std::size_t symbol, CallKind kind) {
     const Ref<Object> host = program_.symbols[symbol].host;
     const int member = program_.symbols[symbol].member;
+    if (kind == CallKind::Get && count == 0) {
+        const PlainMember* const plain = host->Plain(member);
+        if (plain && plain->get) {
+            *first = plain->get(*host, context_);
+            return;
+        }
+    }
     Value result = InvokeObject(*host, member, kind, {first, count});
     for (std::size_t i = 1; i < count; ++i) first[i] = Value();
     *first = kind == CallKind::Get ? std::move(result) : Value();

@@ -26,6 +26,7 @@ struct Member {
     Function let = nullptr;
     Function set = nullptr;
     IsDefault isDefault = IsDefault::No;
+    PlainMember plain = {};
 };
 
 /// An object whose members are a table: `class RegExp : public TableObject<RegExp>` has
@@ -55,8 +56,14 @@ public:
         return function(static_cast<T&>(*this), Arguments(context, values, kind));
     }
 
-    /// The table's own address; unique to the class.
-    const void* Shape() const override { return T::Members().data(); }
+    const PlainMember* Plain(int member) const override {
+        const Member<T>* const row = RowOf(member);
+        return row ? &row->plain : nullptr;
+    }
+
+protected:
+    /// The table's own address is unique to the class.
+    TableObject() : Object(T::Members().data()) {}
 
 private:
     /// The arguments of a member that takes none are meant for the default member of the object it gives.

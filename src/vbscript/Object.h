@@ -28,11 +28,13 @@ public:
     virtual bool Next(Value& item) = 0;
 };
 
-/// The short way to a property without arguments, for call sites that remember it. Where a function is
-/// missing, `Invoke` has to be asked. `value` is no reference and no object.
+/// The short ways to a member, for call sites that remember them: without arguments, assigned to, and with
+/// one argument. Where a function is missing, `Invoke` has to be asked. `value` is no reference and no object.
+/// None may run code of the script.
 struct PlainMember {
     Value (*get)(Object& self, Context& context) = nullptr;
     void (*let)(Object& self, Context& context, const Value& value) = nullptr;
+    Value (*item)(Object& self, Context& context, const Value& value) = nullptr;
 };
 
 /// Anything with members: script classes, the built-in objects, and those of the host.
@@ -53,9 +55,7 @@ public:
     /// `WritesArguments`. An object without a default member throws 438 for it.
     virtual Value Invoke(Context& context, int member, CallKind kind, std::span<Value> arguments) = 0;
 
-    /// Objects with the same shape have the same members under the same numbers, so that a call site may
-    /// remember a number along with it. Null: nothing may be remembered.
-    virtual const void* Shape() const { return nullptr; }
+    const void* Shape() const { return shape_; }
 
     /// Whether members may write to their arguments: those that script code stands behind.
     virtual bool WritesArguments() const { return false; }
@@ -65,6 +65,14 @@ public:
 
     /// Null when it is no collection (error 451).
     virtual std::unique_ptr<Enumerator> Enumerate(Context&) { return nullptr; }
+
+protected:
+    /// Objects with the same shape have the same members under the same numbers, so that a call site may
+    /// remember a number along with it. Null: nothing may be remembered.
+    explicit Object(const void* shape = nullptr) : shape_(shape) {}
+
+private:
+    const void* const shape_;
 };
 
 inline Object* Value::AsObject() const { return counted_ ? static_cast<Object*>(shared_) : nullptr; }

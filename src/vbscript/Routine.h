@@ -6,6 +6,7 @@
 
 #include "vbscript/Bytecode.h"
 #include "vbscript/Names.h"
+#include "vbscript/Object.h"
 #include "vbscript/Syntax.h"
 #include "vbscript/Value.h"
 
@@ -21,14 +22,12 @@ struct Mark {
     std::uint16_t firstTemporary;  ///< Registers from here on hold nothing that outlives the statement.
 };
 
-struct PlainMember;
-
 /// One use of a member, with what was found there the last time.
 struct Site {
     NameId name;
     int member = 0;
     const void* shape = nullptr;
-    const PlainMember* plain = nullptr;
+    PlainMember plain = {};
     bool isInstance = false;
 };
 
@@ -58,7 +57,7 @@ struct Routine {
     std::vector<Instruction> code;
     std::vector<Value> constants;
     std::vector<Mark> marks;
-    std::vector<Site> sites;
+    mutable std::vector<Site> sites;
     std::vector<std::vector<int>> bounds;
     /// How a parameter is passed. `Unseen`: by reference, but nobody can tell a copy from it.
     enum class Passing : std::uint8_t { ByReference, ByValue, Unseen };

@@ -96,8 +96,11 @@ private:
     /// @name Expressions
     /// @{
     static constexpr int Anywhere = -1;
+    static constexpr std::size_t MostShortIndexes = 65536;  ///< Of those that one instruction names.
     Register Evaluate(const Expression& expression, int wanted = Anywhere);
     Register EvaluateName(const Expression& expression, int wanted);
+    Register Receiver(const Expression& target, Register first, bool mayStay);
+    std::size_t SiteOf(NameId name);
     Register EvaluateMember(const Expression& expression, Arguments arguments, int wanted, CallKind kind);
     Register EvaluateCall(const Expression& expression, int wanted);
     Register EvaluateUnary(const Expression& expression, int wanted);

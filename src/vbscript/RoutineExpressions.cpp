@@ -10,8 +10,6 @@ using syntax::ExpressionKind;
 
 namespace {
 
-constexpr std::size_t MostShortIndexes = 65536;
-
 /// The instruction of a binary operator; that with a constant on the right lies a fixed distance behind it.
 Opcode OpcodeOf(TokenKind operation) {
     switch (operation) {
@@ -158,24 +156,53 @@ RoutineCompiler::Register RoutineCompiler::VariableRegister(const Meaning& meani
     return reference;
 }
 
+/// The register of the object that a Member or WithMember is about: `first`, unless it `mayStay` in the
+/// variable that holds it.
+RoutineCompiler::Register RoutineCompiler::Receiver(const Expression& target, Register first, bool mayStay) {
+    if (target.kind != ExpressionKind::Member) {
+        if (withs_.empty())
+            EmitRaise(ErrorCode::InvalidReference);
+        else if (mayStay)
+            return withs_.back();
+        else
+            Emit(Opcode::Copy, first, withs_.back());
+        return first;
+    }
+    if (mayStay && target.left->kind == ExpressionKind::Name) {
+        const Meaning meaning = Resolve(target.left->name);
+        if (meaning.where == Where::Local || meaning.where == Where::Parameter)
+            return static_cast<Register>(meaning.index);
+        if (meaning.where == Where::Global) {
+            Emit(Opcode::RefGlobal, first, static_cast<std::size_t>(meaning.index));
+            return first;
+        }
+    }
+    Evaluate(*target.left, first);
+    return first;
+}
+
+std::size_t RoutineCompiler::SiteOf(NameId name) {
+    routine_.sites.push_back({name});
+    return routine_.sites.size() - 1;
+}
+
 /// `expression`: a Member or WithMember.
 RoutineCompiler::Register RoutineCompiler::EvaluateMember(const Expression& expression, Arguments arguments,
                                                           int wanted, CallKind kind) {
     std::vector<WriteBack> elements = ReserveElements(arguments);
     const bool inPlace = wanted != Anywhere && static_cast<std::size_t>(wanted) + 1 == next_;
     const Register first = inPlace ? static_cast<Register>(wanted) : NewRegister();
-    if (expression.kind == ExpressionKind::Member)
-        Evaluate(*expression.left, first);
-    else if (withs_.empty())
-        EmitRaise(ErrorCode::InvalidReference);
-    else
-        Emit(Opcode::Copy, first, withs_.back());
-    next_ = first + std::size_t{1};
-    if (!arguments.empty()) PassArguments(arguments, NewRegister(arguments.size()), elements);
-    Emit(Opcode::CallMember, first, static_cast<std::size_t>(kind), arguments.size());
-    EmitWordD(static_cast<std::int32_t>(routine_.sites.size()));
-    routine_.sites.push_back({expression.name});
-    WriteElementsBack(elements);
+    if (arguments.empty() && kind == CallKind::Get && routine_.sites.size() < MostShortIndexes) {
+        const Register receiver = Receiver(expression, first, true);
+        Emit(Opcode::GetMember, first, receiver, SiteOf(expression.name));
+    } else {
+        Receiver(expression, first, false);
+        next_ = first + std::size_t{1};
+        if (!arguments.empty()) PassArguments(arguments, NewRegister(arguments.size()), elements);
+        Emit(Opcode::CallMember, first, static_cast<std::size_t>(kind), arguments.size());
+        EmitWordD(static_cast<std::int32_t>(SiteOf(expression.name)));
+        WriteElementsBack(elements);
+    }
     next_ = first + std::size_t{1};
     return Moved(first, wanted);
 }

@@ -227,25 +227,28 @@ void RoutineCompiler::AssignElement(const Expression& target, const Expression& 
 void RoutineCompiler::AssignMember(const Expression& target, NameId name, Arguments arguments,
                                    const Expression& value, bool isSet, bool own) {
     const Register first = NewRegister();
+    const bool isShort = !own && !isSet && arguments.empty();
+    Register receiver = first;
     if (own)
         Emit(Opcode::LoadMe, first);
-    else if (target.kind == ExpressionKind::Member)
-        Evaluate(*target.left, first);
-    else if (withs_.empty())
-        EmitRaise(ErrorCode::InvalidReference);
     else
-        Emit(Opcode::Copy, first, withs_.back());
+        receiver = Receiver(target, first, isShort && !MayCall(&value));
     next_ = first + std::size_t{1};
     const Register passed = NewRegister(arguments.size() + 1);
     const auto last = static_cast<Register>(passed + arguments.size());
     Evaluate(value, last);
     next_ = last + std::size_t{1};
     PassValues(arguments, passed);
+    const std::size_t site = SiteOf(name);
+    if (isShort && site < MostShortIndexes) {
+        Emit(Opcode::LetMember, first, receiver, site);
+        return;
+    }
+    if (receiver != first) Emit(Opcode::Copy, first, receiver);
     const CallKind kind = isSet ? CallKind::Set : CallKind::Let;
     Emit(Opcode::CallMember, first, static_cast<std::size_t>(kind) | (own ? OwnAccess : 0),
          arguments.size() + 1);
-    EmitWordD(static_cast<std::int32_t>(routine_.sites.size()));
-    routine_.sites.push_back({name});
+    EmitWordD(static_cast<std::int32_t>(site));
 }
 
 // Calls and arrays

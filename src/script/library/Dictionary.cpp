@@ -48,6 +48,11 @@ private:
         return self.pairs_.At(self.pairs_.FindOrAdd(arguments[0])).item;
     }
 
+    static Value PlainItem(Object& self, Context&, const Value& key) {
+        KeyTable& pairs = static_cast<Dictionary&>(self).pairs_;
+        return pairs.At(pairs.FindOrAdd(key)).item;
+    }
+
     static Value SetItem(Dictionary& self, const Arguments& arguments) {
         return std::exchange(self.pairs_.At(self.pairs_.FindOrAdd(arguments[0])).item,
                              arguments.NewValue().Assigned());
@@ -104,7 +109,7 @@ private:
 std::span<const Member<Dictionary>> Dictionary::Members() {
     using Self = Dictionary;
     static constexpr std::array<Member<Self>, 10> All = {{
-        {u"Item", 1, 1, Item, LetItem, SetItem, IsDefault::Yes},
+        {u"Item", 1, 1, Item, LetItem, SetItem, IsDefault::Yes, {.item = PlainItem}},
         {u"Exists", 1, 1,
          [](Self& self, const Arguments& arguments) {
              return Value::OfBoolean(self.pairs_.Find(arguments[0]) != KeyTable::None);

@@ -209,14 +209,14 @@ constexpr SCMember MainMembers[] = {
     ReadOnly<MaxCanvas>                                  (u"MaxCanvas"),
     ReadOnly<MaxText>                                    (u"MaxText"),
     ReadOnly<MaxGraphic>                                 (u"MaxGraphic"),
-    {{u"vbFormat", 1, 2, vbFormat}, {}},
+    {u"vbFormat", 1, 2, vbFormat},
     ReadOnly<CurrentClock>                               (u"CurrentClock"),
     ReadOnly<Sunrise>                                    (u"Sunrise"),
     ReadOnly<Sunset>                                     (u"Sunset"),
     Property<LoadLastOnStartup, SetLoadLastOnStartup>    (u"LoadLastOnStartup"),
     Property<LoadLastFileName, SetLoadLastFileName>      (u"LoadLastFileName"),
-    {{u"SaveAll", 0, 0, SaveAll}, {}},
-    {{u"SavePortfolio", 0, 0, SavePortfolio}, {}},
+    {u"SaveAll", 0, 0, SaveAll},
+    {u"SavePortfolio", 0, 0, SavePortfolio},
     Method<ExitApp>                                      (u"ExitApp"),
     Property<CancelShutdown, SetCancelShutdown>          (u"CancelShutdown"),
     Method<BeepMe>                                       (u"BeepMe"),
@@ -248,7 +248,7 @@ constexpr SCMember CanvasMembers[] = {
     Property<&Canvas::BackgroundColor, &Canvas::SetBackgroundColor>      (u"BackgroundColor"),
     Property<&Canvas::ShadowIntensity, &Canvas::SetShadowIntensity>      (u"ShadowIntensity"),
     Property<&Canvas::FormType, &Canvas::SetFormType>                    (u"WindowMode"),
-    {{u"Save", 0, 0, SaveCanvas}, {}},
+    {u"Save", 0, 0, SaveCanvas},
     Method<&Canvas::ForceRedraw>                                         (u"ForceRedraw"),
     Method<&Canvas::ForceReload>                                         (u"ForceReload"),
 };
@@ -384,7 +384,7 @@ constexpr SCMember VWSMembers[] = {
 
 constexpr SCMember WebServerMembers[] = {
     Property<&WebServer::AllowNonCanvasServes, &WebServer::SetAllowNonCanvasServes>(u"AllowNonCanvasServes"),
-    {{u"Enabled", 0, 0, sc::Call<&WebServer::Enabled>, SetServerEnabled}, {}},
+    {u"Enabled", 0, 0, sc::Call<&WebServer::Enabled>, SetServerEnabled},
     Property<&WebServer::WebPath, &WebServer::SetWebPath>                          (u"RootPath"),
     Property<&WebServer::Port, &WebServer::SetPort>                                (u"Port"),
 };
@@ -448,7 +448,7 @@ constexpr SCMember AutoSaveMembers[] = {
 };
 
 constexpr SCMember ScheduleMembers[] = {
-    {{u"ScheduleObject", 0, 0, nullptr, nullptr, SetScheduleObject}, {}},
+    {u"ScheduleObject", 0, 0, nullptr, nullptr, SetScheduleObject},
     Property<&Schedule::ScheduleMode, &Schedule::SetScheduleMode>              (u"ScheduleMode"),
     Property<&Schedule::StartMode, &Schedule::SetStartMode>                    (u"StartMode"),
     Property<&Schedule::StopMode, &Schedule::SetStopMode>                      (u"StopMode"),

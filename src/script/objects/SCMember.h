@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <utility>
 
+#include "locale/Error.h"
 #include "script/objects/SCModel.h"
 
 /// Rows of the member table, made from the members of the model classes.
@@ -98,8 +99,9 @@ struct Parameters {
 
     /// The same with the one value that the short way has.
     template <typename Call>
-    static void RunPlain(vbscript::Context& context, const Value& value, Call call) {
-        if constexpr (sizeof...(P) == 1) call(Converted<Stored<P>...>(context, value));
+    static Value RunPlain(vbscript::Context& context, const Value& value, Call call) {
+        const std::tuple<Stored<P>...> values{Converted<Stored<P>>(context, value)...};
+        return ResultOf([&]() -> decltype(auto) { return call(std::get<0>(values)); });
     }
 };
 
@@ -136,17 +138,47 @@ Value Call(SCObject& self, const Arguments& arguments) {
     });
 }
 
+/// Errors of the model become errors of the script.
+template <typename Call>
+Value AsScriptErrors(Call call) {
+    try {
+        return call();
+    } catch (const Error& error) {
+        throw vbscript::RuntimeError(static_cast<int>(error.Number()));
+    }
+}
+
+// The short ways.
+
 template <auto Get>
 Value PlainGet(vbscript::Object& self, vbscript::Context&) {
-    return ResultOf(
-        [&]() -> decltype(auto) { return UseOf<Get>::template Apply<Get>(static_cast<SCObject&>(self)); });
+    return AsScriptErrors([&] {
+        return ResultOf([&]() -> decltype(auto) {
+            return UseOf<Get>::template Apply<Get>(static_cast<SCObject&>(self));
+        });
+    });
+}
+
+template <auto Function>
+Value PlainItem(vbscript::Object& self, vbscript::Context& context, const Value& value) {
+    return AsScriptErrors([&] {
+        return UseOf<Function>::RunPlain(context, value, [&](const auto& converted) -> decltype(auto) {
+            return UseOf<Function>::template Apply<Function>(static_cast<SCObject&>(self), converted);
+        });
+    });
 }
 
 template <auto Set>
 void PlainLet(vbscript::Object& self, vbscript::Context& context, const Value& value) {
-    UseOf<Set>::RunPlain(context, value, [&](const auto& converted) {
-        UseOf<Set>::template Apply<Set>(static_cast<SCObject&>(self), converted);
-    });
+    PlainItem<Set>(self, context, value);
+}
+
+template <auto Get>
+constexpr vbscript::PlainMember PlainOf() {
+    vbscript::PlainMember plain;
+    if constexpr (UseOf<Get>::most == 0) plain.get = PlainGet<Get>;
+    if constexpr (UseOf<Get>::most == 1 && UseOf<Get>::least == 1) plain.item = PlainItem<Get>;
+    return plain;
 }
 
 }  // namespace sc
@@ -156,22 +188,17 @@ template <auto Get, auto Set>
 constexpr SCMember Property(std::u16string_view name) {
     using Getter = sc::UseOf<Get>;
     static_assert(Getter::most + 1 == sc::UseOf<Set>::most, "the setter takes one argument more");
-    SCMember row{
-        {name,           Getter::least, Getter::most, sc::Call<Get>, sc::Call<Set>},
-        {}
-    };
-    if constexpr (Getter::most == 0) row.plain = {sc::PlainGet<Get>, sc::PlainLet<Set>};
+    SCMember row{name, Getter::least, Getter::most, sc::Call<Get>, sc::Call<Set>};
+    row.plain = sc::PlainOf<Get>();
+    if constexpr (Getter::most == 0) row.plain.let = sc::PlainLet<Set>;
     return row;
 }
 
 /// A property to be read, or a method.
 template <auto Get>
 constexpr SCMember ReadOnly(std::u16string_view name) {
-    SCMember row{
-        {name,                  sc::UseOf<Get>::least, sc::UseOf<Get>::most, sc::Call<Get>},
-        {            }
-    };
-    if constexpr (sc::UseOf<Get>::most == 0) row.plain.get = sc::PlainGet<Get>;
+    SCMember row{name, sc::UseOf<Get>::least, sc::UseOf<Get>::most, sc::Call<Get>};
+    row.plain = sc::PlainOf<Get>();
     return row;
 }
 template <auto Function>
@@ -182,10 +209,7 @@ constexpr SCMember Method(std::u16string_view name) {
 /// A property to be assigned to only.
 template <auto Set>
 constexpr SCMember WriteOnly(std::u16string_view name) {
-    return {
-        {name,           0, 0, nullptr, sc::Call<Set>},
-        {}
-    };
+    return {name, 0, 0, nullptr, sc::Call<Set>};
 }
 
 }  // namespace tessaloom

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "locale/Error.h"
+#include "script/objects/SCMember.h"
 
 namespace tessaloom {
 
@@ -36,11 +36,7 @@ Value SCObject::Invoke(Context& context, int member, CallKind kind, std::span<Va
     const int count = static_cast<int>(arguments.size()) - (assigns ? 1 : 0);
     if (count < use.minArguments || count > use.maxArguments) [[unlikely]]
         vbscript::Fail(ErrorCode::WrongArgumentCount);
-    try {
-        return function(*this, Arguments(context, arguments, kind));
-    } catch (const Error& error) {
-        throw RuntimeError(static_cast<int>(error.Number()));
-    }
+    return sc::AsScriptErrors([&] { return function(*this, Arguments(context, arguments, kind)); });
 }
 
 }  // namespace tessaloom

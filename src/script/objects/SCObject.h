@@ -28,10 +28,7 @@ enum class SCKind {
 
 class SCObject;
 
-/// A member of one kind, with the short way to it where it is a property without arguments.
-struct SCMember : vbscript::Member<SCObject> {
-    vbscript::PlainMember plain;
-};
+using SCMember = vbscript::Member<SCObject>;
 
 /// What all objects of one kind have in common: their name and their members (numbered from 1).
 struct SCClass {
@@ -56,7 +53,8 @@ struct SCPlace {
 /// an object are made when they are first asked for, and stay the same from then on.
 class SCObject final : public vbscript::Object {
 public:
-    explicit SCObject(SCKind kind, SCPlace place = {}) : class_(ClassOf(kind)), kind_(kind), place_(place) {}
+    explicit SCObject(SCKind kind, SCPlace place = {})
+        : Object(&ClassOf(kind)), class_(ClassOf(kind)), kind_(kind), place_(place) {}
 
     SCKind Kind() const { return kind_; }
     const SCPlace& Place() const { return place_; }
@@ -71,7 +69,6 @@ public:
     int Find(std::u16string_view name) override;
     vbscript::Value Invoke(vbscript::Context& context, int member, vbscript::CallKind kind,
                            std::span<vbscript::Value> arguments) override;
-    const void* Shape() const override { return &class_; }
     const vbscript::PlainMember* Plain(int member) const override;
 
 private:
