@@ -258,6 +258,15 @@ void Machine::Watch() {
     throw TimeUp{at.line, at.column};
 }
 
+/// The same outside of the loops of the script; the next look there ends it.
+bool Machine::IsTimeUp() {
+    if (--untilWatch_ == 0) {
+        interrupted_ = interrupted_ || context_.limit.IsOver();
+        untilWatch_ = interrupted_ ? 1 : WatchInterval;
+    }
+    return interrupted_;
+}
+
 void Machine::FailUndefined(NameId name) { FailNamed(ErrorCode::VariableUndefined, name); }
 
 void Machine::FailNamed(ErrorCode code, NameId name) {

@@ -87,6 +87,7 @@ private:
     bool Recover(RuntimeError& error, std::size_t stop);
     void Unwind(std::size_t stop);
     void Watch();
+    bool IsTimeUp();
     Frame& Top() { return frames_[depth_ - 1]; }
     Value* StackTop();
 

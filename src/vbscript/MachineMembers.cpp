@@ -260,6 +260,7 @@ Value Machine::InvokeMember(Instance& instance, int member, CallKind kind, std::
 }
 
 void Machine::Terminate(Instance& instance) {
+    if (IsTimeUp()) return;  // else objects whose end makes others would never come to an end
     const RuntimeError latest = err_->Latest();
     const std::u16string detail = detail_;
     try {

@@ -154,6 +154,7 @@ private:
     void CompileErase(const Statement& statement);
     void CompileIf(const Statement& statement);
     void CompileSelect(const Statement& statement);
+    void RequireDeclared(const Meaning& meaning);
     void CompileFor(const Statement& statement);
     void CompileForEach(const Statement& statement);
     void CompileDo(const Statement& statement);

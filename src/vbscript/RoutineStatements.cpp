@@ -207,7 +207,8 @@ void RoutineCompiler::AssignElement(const Expression& target, const Expression& 
         }
         if (IsVariable(meaning) && target.arguments.size() == 1 && target.arguments[0] && !isSet) {
             Register from = Evaluate(value);
-            if (MayCall(target.arguments[0])) from = Moved(from, NewRegister());
+            const bool holdsItself = value.kind == ExpressionKind::Name && value.name == base.name;
+            if (holdsItself || MayCall(target.arguments[0])) from = Moved(from, NewRegister());
             const Register index = Evaluate(*target.arguments[0]);
             Emit(Opcode::LetIndex, from, VariableRegister(meaning), index);
             return;
@@ -368,10 +369,19 @@ void RoutineCompiler::CompileSelect(const Statement& statement) {
     Emit(Opcode::Release, value, 1);
 }
 
+/// The counter of a loop that no text has declared yet, though it should.
+void RoutineCompiler::RequireDeclared(const Meaning& meaning) {
+    if (meaning.where != Where::Late) return;
+    const std::size_t before = next_;
+    Emit(Opcode::LoadName, NewRegister(), static_cast<std::size_t>(meaning.index));
+    next_ = before;
+}
+
 void RoutineCompiler::CompileFor(const Statement& statement) {
     const Meaning meaning = Resolve(statement.name);
     const Register kept = NewRegister(2);
     const std::size_t head = BeginMark(statement.at);
+    RequireDeclared(meaning);
     Emit(Opcode::Release, kept, 2);
     const Register start = NewRegister(3);
     const auto part = [&](const Expression* expression, std::size_t offset) {
@@ -431,6 +441,7 @@ void RoutineCompiler::CompileForEach(const Statement& statement) {
     const Meaning meaning = Resolve(statement.name);
     const Register kept = NewRegister();
     const std::size_t head = BeginMark(statement.at);
+    RequireDeclared(meaning);
     Emit(Opcode::Release, kept, 1);
     const Register source = NewRegister();
     // The array itself is walked along, not a copy.
@@ -492,10 +503,10 @@ void RoutineCompiler::CompileDo(const Statement& statement) {
     if (statement.value && !statement.flag2) test(statement.at);
     if (isDo) loops_.push_back({false, before, {}});
     CompileBlock(statement.body);
-    std::size_t foot = routine_.marks.size();
-    if (statement.value && statement.flag2) foot = test(statement.endAt);
+    const std::size_t foot =
+        statement.value && statement.flag2 ? test(statement.endAt) : BeginMark(statement.endAt);
     JumpBack(Opcode::LoopBack, 0, top);
-    if (foot < routine_.marks.size()) EndMark(foot);
+    EndMark(foot);
     for (const std::size_t exit : exits) Target(exit);
     if (!isDo) return;
     for (const std::size_t exit : loops_.back().exits) Target(exit);
