@@ -91,31 +91,35 @@ Ref<Array> Array::Clone() const {
     return copy;
 }
 
+/// What is cut off ends last: that may run script code, which looks at this array or lets go of it.
 void Array::SetBounds(std::span<const int> upperBounds, std::size_t count) {
-    Resize(count);
+    std::vector<Value> dropped;
+    if (count > elements_.size())
+        Grow(count);
+    else
+        dropped = CutOff(count);
     holdsBytes_ = false;
     upperBounds_.assign(upperBounds.begin(), upperBounds.end());
     lineCount_ = upperBounds.size() == 1 ? static_cast<std::uint32_t>(count) : 0;
 }
 
-void Array::Resize(std::size_t count) {
-    const std::size_t before = elements_.size();
-    if (count > before) {
-        MemoryBudget::Charge((count - before) * sizeof(Value));
-        try {
-            elements_.resize(count);
-        } catch (const std::bad_alloc&) {
-            MemoryBudget::GiveBack((count - before) * sizeof(Value));
-            Fail(ErrorCode::OutOfMemory);
-        }
-        return;
+void Array::Grow(std::size_t count) {
+    const std::size_t more = count - elements_.size();
+    MemoryBudget::Charge(more * sizeof(Value));
+    try {
+        elements_.resize(count);
+    } catch (const std::bad_alloc&) {
+        MemoryBudget::GiveBack(more * sizeof(Value));
+        Fail(ErrorCode::OutOfMemory);
     }
-    // what is cut off ends last: that may run script code which looks at this array
+}
+
+std::vector<Value> Array::CutOff(std::size_t count) {
     const auto cut = elements_.begin() + static_cast<std::ptrdiff_t>(count);
-    const std::vector<Value> dropped(std::make_move_iterator(cut), std::make_move_iterator(elements_.end()));
+    std::vector<Value> dropped(std::make_move_iterator(cut), std::make_move_iterator(elements_.end()));
     elements_.resize(count);
-    MemoryBudget::GiveBack((before - count) * sizeof(Value));
-    lineCount_ = std::min(lineCount_, static_cast<std::uint32_t>(count));
+    MemoryBudget::GiveBack(dropped.size() * sizeof(Value));
+    return dropped;
 }
 
 void Redimension(Value& variable, std::span<const int> upperBounds, bool preserve) {

@@ -79,7 +79,8 @@ private:
 
     Array() = default;
     void SetBounds(std::span<const int> upperBounds, std::size_t count);
-    void Resize(std::size_t count);
+    void Grow(std::size_t count);
+    std::vector<Value> CutOff(std::size_t count);
 
     std::vector<int> upperBounds_;
     std::vector<Value> elements_;
