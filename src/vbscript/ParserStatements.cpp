@@ -419,11 +419,12 @@ void Parser::ParseOnError(std::vector<Statement*>& list) {
     list.push_back(NewStatement(StatementKind::ErrorGoTo0, at));
 }
 
+/// Option Explicit, once and before anything else.
 void Parser::ParseOption() {
+    if (anyStatement_) Fail(1024);
+    anyStatement_ = true;
     Advance();
-    if (!IsWord(Word::Explicit)) Fail(1002);
-    if (anyStatement_) Fail(1002);
-    Advance();
+    if (!AcceptWord(Word::Explicit)) Fail(1002);
     tree_->explicitNames = true;
 }
 

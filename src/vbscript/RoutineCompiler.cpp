@@ -66,7 +66,7 @@ void RoutineCompiler::CompileExpression(const Expression& expression) {
     routine_.resultSlot = NewRegister();
     Survey(&expression);
     routine_.locals = routine_.slots = static_cast<std::uint16_t>(next_);
-    BeginMark(expression.at);
+    BeginMark(tree_.main.body[0]->at);
     const Register value = Evaluate(expression);
     Emit(Opcode::Put, static_cast<std::size_t>(routine_.resultSlot), value);
     ReleaseDirty();
