@@ -6,6 +6,7 @@ WScript.Echo 2 ^ 10 & " " & 2 ^ -1 & " " & (-2) ^ 3 & " " & 0 ^ 0 & " " & 4 ^ 0.
 WScript.Echo Sqr("16") & " " & Exp(0) & " " & Log(Exp(2)) & " " & Atn(0) & " " & Cos(0) & " " & Tan(0) & " " & Round(Sin(1), 4)
 WScript.Echo 1e300 & " " & 1e-10 & " " & 0.00012 & " " & 123456789012 & " " & 1.5e15 & " " & -1e15 & " " & 0.1 & " " & 1 / 8 & " " & 1e14 + 0.5
 WScript.Echo CCur("922337203685477.5807") & " " & CCur(0.00005) & " " & CCur(0.00015) & " " & CCur(-1.5) * 3 & " " & CCur(2) * 0.5
+WScript.Echo CCur(922337203685477) & " " & Round(CCur(2.345), 2) & " " & Round(CCur(-2.355), 2) & " " & CByte(True)
 Rnd(-1)
 Randomize 1
 WScript.Echo CStr(Rnd) & " " & (Rnd(0) = Rnd(0))
