@@ -41,39 +41,45 @@ std::string Times(int count, std::string_view text) {
 }
 
 TEST(HostileScripts, EndWithAnErrorOrTheRightAnswer) {
-    const std::string node = "Class N\nPublic Link\nPrivate Sub Class_Terminate : Err.Raise 5 : End Sub\nEnd Class\n";
+    const std::string node =
+        "Class N\nPublic Link\nPrivate Sub Class_Terminate : Err.Raise 5 : End Sub\nEnd Class\n";
     const struct {
         std::string code;
         int number;
     } cases[] = {
-        {"x = " + Times(10000, "(") + "1" + Times(10000, ")"), 1001},
-        {Times(10000, "If True Then\n") + Times(10000, "End If\n"), 1001},
-        {"x = " + Times(10000, "Not ") + "1", 1001},
-        {"x = a" + Times(10000, ".b"), 1001},
-        {"x = 1" + Times(100000, "+1") + ": If x <> 100001 Then Err.Raise 1", 0},
-        {"Do : Loop", Engine::TimeIsUp},
-        {"On Error Resume Next : Do : x = 1 / 0 : Loop", Engine::TimeIsUp},
-        {"For i = 1 To 2 Step 0 : Next", Engine::TimeIsUp},
-        {"Sub S : S : End Sub : S", 28},
-        {"Sub S : Execute \"S\" : End Sub : S", 28},
+        {"x = " + Times(10000,                                                                      "(") + "1" + Times(10000,                                                                   ")"),                 1001},
+        {Times(10000,                                                                                         "If True Then\n") + Times(10000,                                                                                                                                                                         "End If\n"),                                                                      1001},
+        {"x = " + Times(10000,                                                                                     "Not ") + "1",                                                                                                                                                                               1001                                                                                                          },
+        {"x = a" + Times(10000,                                                                                     ".b"), 1001},
+        {"x = 1" + Times(100000,                                                                                     "+1") + ": If x <> 100001 Then Err.Raise 1",                                                                                                                                                                               0                                                                                                                                                                                                                                                                                       },
+        {"Do : Loop",                                                                                        Engine::TimeIsUp   },
+        {"On Error Resume Next : Do : x = 1 / 0 : Loop",                                                                                         Engine::TimeIsUp                                                                                                                                  },
+        {"For i = 1 To 2 Step 0 : Next",                                                            Engine::TimeIsUp                                                                          },
+        {"Sub S : S : End Sub : S",                                                                                       28                                                                                          },
+        {"Sub S : Execute \"S\" : End Sub : S",                                                                                         28                                                                                                                                                    },
         {"s = \"Execute s\" : Execute s", 28},
-        {"Class C\nPrivate Sub Class_Initialize\nSet x = New C\nEnd Sub\nEnd Class\nSet x = New C", 28},
+        {"Class C\nPrivate Sub Class_Initialize\nSet x = New C\nEnd Sub\nEnd Class\nSet x = New C",                                                                                         28                                                                                                                                                                                  },
         {"Class C\nSub Class_Terminate\nSet k = Me\nSet x = New C\nEnd Sub\nEnd Class\nSet x = New C\nx = 0",
-         0},
-        {"s = \"x\" : Do : s = s & s : Loop", 7},
-        {"Dim a() : ReDim a(2000000000)", 7},
-        {"For i = 1 To 100000 : a = Array(a) : Next : a = 0", 0},
-        {node + "For i = 1 To 50000\nSet n1 = New N\nSet n1.Link = h\nSet h = n1\nNext\nSet n1 = Nothing\nh = 0",
-         424},
-        {node + "Set a = New N : Set a.Link = a : Set a = Nothing", 0},
-        {"a = Array(1, 2, 3) : For Each x In a : Erase a : Next", 10},
-        {"a = Array(1, 2, 3) : For Each x In a : a = x : Next : If a <> 3 Then Err.Raise 1", 0},
-        {"Sub S(e) : Erase q : q = 5 : e = 7 : End Sub : q = Array(1) : S q(0) : If q <> 5 Then Err.Raise 1", 0},
-        {"Sub S(e) : ReDim e(9) : e = 1 : End Sub : q = Array(1) : S q : If q <> 1 Then Err.Raise 1", 0},
-        {"a = Array(Array(1)) : Function F : a = 0 : F = 0 : End Function : a(F)(F) = 5", 13},
-        {"ExecuteGlobal \"Function S : S = 1 : End Function\" : Function S : S = 2 : End Function\nx = S", 0},
-        {"Function Len(x) : Len = 99 : End Function : If Len(1) <> 99 Then Err.Raise 1", 0},
-        {std::string("x = \"\0\xFF\xED\xA0\x80\"\x01", 14), 1032},
+         0                                                                                                                                                    },
+        {"s = \"x\" : Do : s = s & s : Loop",                                       7                                       },
+        {"Dim a() : ReDim a(2000000000)",                                                                                      7                                                                                                                                                                        },
+        {"For i = 1 To 100000 : a = Array(a) : Next : a = 0",                                                                                         0                                                                                                                            },
+        {node +
+             "For i = 1 To 50000\nSet n1 = New N\nSet n1.Link = h\nSet h = n1\nNext\nSet n1 = Nothing\nh = 0",        424                                                                   },
+        {node + "Set a = New N : Set a.Link = a : Set a = Nothing",                                                                                         0                                                                                                                                                                                  },
+        {"a = Array(1, 2, 3) : For Each x In a : Erase a : Next",                                                                                         10                                                                                                    },
+        {"a = Array(1, 2, 3) : For Each x In a : a = x : Next : If a <> 3 Then Err.Raise 1",                              0                                 },
+        {"Sub S(e) : Erase q : q = 5 : e = 7 : End Sub : q = Array(1) : S q(0) : If q <> 5 Then Err.Raise 1",
+         0                                                                                        },
+        {"Sub S(e) : ReDim e(9) : e = 1 : End Sub : q = Array(1) : S q : If q <> 1 Then Err.Raise 1",                                                                                         0                                                                                   },
+        {"a = Array(Array(1)) : Function F : a = 0 : F = 0 : End Function : a(F)(F) = 5",            13           },
+        {"a = Array(1) : a(0) = a : If a(0)(0) <> 1 Then Err.Raise 1",                                                                                      0                                                                         },
+        {"Class C\nSub Class_Terminate : a = 5 : End Sub\nEnd Class\nReDim a(2) : Set a(2) = New C\n"
+         "ReDim Preserve a(1) : If a <> 5 Then Err.Raise 1",                                                                                          0                                                                                                                                                                                              },
+        {"Class C\nSub Class_Terminate\nDim x : Set x = New C\nEnd Sub\nEnd Class\nSet o = New C : o = 0",                                                                        0                                                                                                                                                         },
+        {"ExecuteGlobal \"Function S : S = 1 : End Function\" : Function S : S = 2 : End Function\nx = S",                                                                                          0                                                                                                                                                                                    },
+        {"Function Len(x) : Len = 99 : End Function : If Len(1) <> 99 Then Err.Raise 1",                                                                                          0                                                                                                                                                                            },
+        {std::string("x = \"\0\xFF\xED\xA0\x80\"\x01",                                                                                                   14),                                                                                                                                                                                              1032},
     };
     for (const auto& one : cases) {
         SCOPED_TRACE(one.code.substr(0, 200));
@@ -128,6 +134,7 @@ TEST(Engine, RunsProceduresAndHandsBackWhatTheyAssign) {
     ASSERT_TRUE(fault);
     EXPECT_EQ(fault->description, "gone");
     EXPECT_EQ(fault->line, 7);
+    EXPECT_EQ(bench.engine.AddCode("Do\n  Loop")->line, 2);
     EXPECT_EQ(bench.Number("WScript.Echo Twice(5), n"), 0);  // code that comes later sees what is there
     EXPECT_EQ(bench.sink->text, "10 2\n");
 }
