@@ -430,8 +430,17 @@ void Machine::Dispatch(std::size_t stop) {
         DoCallMember: {
             const Instruction& more = *pc++;
             Frame& frame = Top();
-            frame.place = pc;
             Site& site = frame.routine->sites[static_cast<std::size_t>(more.D())];
+            if (i->c == 1 && i->b == static_cast<std::uint16_t>(CallKind::Get)) {
+                const Value& argument = (&A)[1].Resolved();
+                Object* const object = Known(A, site);
+                if (object && site.plain.item && !argument.Is(VarType::Object)) {
+                    A = site.plain.item(*object, context_, argument);
+                    (&A)[1].LetGo();
+                    NEXT();
+                }
+            }
+            frame.place = pc;
             const auto kind = static_cast<CallKind>(i->b & 0xFF);
             if (CallMember(&A, i->c, kind, (i->b & OwnAccess) != 0, site)) ENTERED();
             NEXT();

@@ -104,7 +104,6 @@ private:
     bool CallMember(Value* first, std::size_t count, CallKind kind, bool own, Site& site);
     bool UseMember(Instance& instance, int number, CallKind kind, bool own, Value* arguments,
                    std::size_t count, Value* result, bool nested);
-    bool UseItem(const Site& site, Object& object, Value* first);
     Value InvokeObject(Object& object, int member, CallKind kind, std::span<Value> arguments);
     Value InvokeWriting(Object& object, int member, CallKind kind, std::span<Value> arguments);
     bool CallName(Value* first, std::size_t count, std::size_t symbol, std::size_t standIn, NameUse use);

@@ -180,16 +180,6 @@ Value Machine::InvokeWriting(Object& object, int member, CallKind kind, std::spa
     return result;
 }
 
-/// The short way to a member with one argument. False, and nothing done, when it is closed.
-bool Machine::UseItem(const Site& site, Object& object, Value* first) {
-    const Value& argument = first[1].Resolved();
-    if (!site.plain.item || argument.Is(VarType::Object)) return false;
-    Value result = site.plain.item(object, context_, argument);
-    first[1].LetGo();
-    first->Swap(result);
-    return true;
-}
-
 /// `first`: the object, followed by the arguments; the result takes the object's place.
 bool Machine::CallMember(Value* first, std::size_t count, CallKind kind, bool own, Site& site) {
     Object& object = ObjectOf(first->Resolved());
@@ -205,7 +195,6 @@ bool Machine::CallMember(Value* first, std::size_t count, CallKind kind, bool ow
         const PlainMember* const plain = object.Plain(site.member);
         site.plain = plain ? *plain : PlainMember();
     }
-    if (kind == CallKind::Get && count == 1 && UseItem(site, object, first)) return false;
     if (site.isInstance)
         return UseMember(static_cast<Instance&>(object), site.member, kind, own, first + 1, count, first,
                          false);

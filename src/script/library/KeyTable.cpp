@@ -57,6 +57,13 @@ std::uint32_t HashOfText(std::u16string_view text) {
     return Folded(Mixed(hash ^ rest));
 }
 
+/// Keys that are looked up are often the very texts that were added.
+bool SameText(std::u16string_view a, std::u16string_view b) {
+    return a.size() == b.size() &&
+           (a.data() == b.data() || a.empty() ||
+            std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
+}
+
 std::uint32_t HashIgnoringCase(std::u16string_view text) {
     std::uint64_t hash = text.size();
     for (const char16_t unit : text) hash = std::rotl((hash ^ vbscript::LowerOf(unit)) * Odd, 29);
@@ -125,7 +132,7 @@ std::size_t KeyTable::FindHashed(const Value& key, std::uint32_t hash) const {
 
 bool KeyTable::Same(const Value& a, const Value& b) const {
     if (a.Is(VarType::String) && b.Is(VarType::String))
-        return ignoreCase ? vbscript::SameName(a.Text(), b.Text()) : a.Text() == b.Text();
+        return ignoreCase ? vbscript::SameName(a.Text(), b.Text()) : SameText(a.Text(), b.Text());
     const auto number = NumberOf(a);
     if (number) return number == NumberOf(b);
     return a.Type() == b.Type() && (!a.Is(VarType::Object) || a.AsObject() == b.AsObject());

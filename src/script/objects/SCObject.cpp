@@ -8,11 +8,10 @@ namespace tessaloom {
 
 using namespace vbscript;
 
-Value SCObject::Part(std::size_t slot, SCKind kind, const SCPlace& place) {
+SCObject* SCObject::MakePart(std::size_t slot, SCKind kind, const SCPlace& place) {
     if (parts_.size() <= slot) parts_.resize(slot + 1);
-    Ref<SCObject>& part = parts_[slot];
-    if (!part) part = Make<SCObject>(kind, place);
-    return Value::OfObject(part);
+    parts_[slot] = Make<SCObject>(kind, place);
+    return parts_[slot].Get();
 }
 
 int SCObject::Find(std::u16string_view name) {

@@ -61,7 +61,10 @@ public:
     void SetPlace(const SCPlace& place) { place_ = place; }
 
     /// The part in `slot` (any numbering from 0), made at `place` when it is asked for first.
-    vbscript::Value Part(std::size_t slot, SCKind kind, const SCPlace& place);
+    vbscript::Value Part(std::size_t slot, SCKind kind, const SCPlace& place) {
+        const bool isThere = slot < parts_.size() && parts_[slot];
+        return vbscript::Value::OfObject(isThere ? parts_[slot].Get() : MakePart(slot, kind, place));
+    }
 
     // Object
 
@@ -72,6 +75,8 @@ public:
     const vbscript::PlainMember* Plain(int member) const override;
 
 private:
+    SCObject* MakePart(std::size_t slot, SCKind kind, const SCPlace& place);
+
     const SCClass& class_;
     const SCKind kind_;
     SCPlace place_;
