@@ -17,10 +17,6 @@ using namespace vbscript;
 
 constexpr int KeyExists = 457, ElementNotFound = 32811;
 
-[[noreturn]] void FailNotFound() {
-    throw RuntimeError(ElementNotFound, u"Element not found", std::u16string(RuntimeSource));
-}
-
 class Dictionary final : public TableObject<Dictionary> {
 public:
     static constexpr std::u16string_view Name = u"Dictionary";
@@ -40,7 +36,7 @@ private:
 
     std::size_t Place(const Value& key) const {
         const std::size_t place = pairs_.Find(key);
-        if (place == KeyTable::None) FailNotFound();
+        if (place == KeyTable::None) throw RuntimeError(ElementNotFound);
         return place;
     }
 
