@@ -53,7 +53,7 @@ std::uint32_t HashOfText(std::u16string_view text) {
         hash = std::rotl((hash ^ part) * Odd, 29);
     }
     std::uint64_t rest = 0;
-    std::memcpy(&rest, text.data(), text.size() * sizeof(char16_t));
+    if (!text.empty()) std::memcpy(&rest, text.data(), text.size() * sizeof(char16_t));
     return Folded(Mixed(hash ^ rest));
 }
 
