@@ -101,10 +101,7 @@ void RoutineCompiler::DeclareLocals(const syntax::RoutineDeclaration& declaratio
         }
     }
     for (const syntax::VariableDeclaration& variable : declaration.variables) {
-        if (place_.around) {
-            Use(variable.name, Mention::Read);
-            if (locals_.contains(variable.name)) continue;
-        }
+        if (Import(variable.name)) continue;
         addVariable(variable.name, Where::Local);
     }
     for (const syntax::ConstantDeclaration& constant : declaration.constants) {
@@ -168,18 +165,23 @@ void RoutineCompiler::Survey(const Expression* expression) {
     }
 }
 
-void RoutineCompiler::Use(NameId name, Mention mention) {
-    if (locals_.contains(name)) return;
-    if (place_.around) {
-        for (const LocalName& outer : place_.around->names) {
-            if (outer.name != name) continue;
-            const Register slot = NewRegister();
-            AddLocal(name, {Where::Parameter, slot, nullptr, false});
-            routine_.imports.push_back({slot, outer.slot});
-            routine_.names.push_back({name, slot, true});
-            return;
-        }
+/// Makes a local of the routine around, if it has one of that name, a variable here, too.
+bool RoutineCompiler::Import(NameId name) {
+    if (!place_.around) return false;
+    if (locals_.contains(name)) return true;
+    for (const LocalName& outer : place_.around->names) {
+        if (outer.name != name) continue;
+        const Register slot = NewRegister();
+        AddLocal(name, {Where::Parameter, slot, nullptr, false});
+        routine_.imports.push_back({slot, outer.slot});
+        routine_.names.push_back({name, slot, true});
+        return true;
     }
+    return false;
+}
+
+void RoutineCompiler::Use(NameId name, Mention mention) {
+    if (locals_.contains(name) || Import(name)) return;
     const bool isOuter = routine_.kind == RoutineKind::Main && !place_.around;
     const bool assigned = mention != Mention::Read;
     const bool mustBeDeclared = routine_.explicitNames && mention != Mention::Declared;

@@ -65,6 +65,7 @@ private:
     void Survey(const Statement& statement);
     void Survey(const Expression* expression);
     void SurveyTarget(const Expression* target, Mention mention);
+    bool Import(NameId name);
     void Use(NameId name, Mention mention);
     Meaning Resolve(NameId name, bool asCall = false);
     Meaning ResolveGlobal(NameId name);

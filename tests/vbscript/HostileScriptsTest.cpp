@@ -73,6 +73,9 @@ TEST(HostileScripts, EndWithAnErrorOrTheRightAnswer) {
          0                                                                                        },
         {"Sub S(e) : ReDim e(9) : e = 1 : End Sub : q = Array(1) : S q : If q <> 1 Then Err.Raise 1",                                                                                         0                                                                                   },
         {"a = Array(Array(1)) : Function F : a = 0 : F = 0 : End Function : a(F)(F) = 5",            13           },
+        {"Sub S(p) : Execute \"Dim n : n = p : Execute \"\"p = n + 1\"\"\" : End Sub\n"
+         "q = 1 : S q : If q <> 2 Then Err.Raise 1",
+         0},
         {"a = Array(1) : a(0) = a : If a(0)(0) <> 1 Then Err.Raise 1",                                                                                      0                                                                         },
         {"Class C\nSub Class_Terminate : a = 5 : End Sub\nEnd Class\nReDim a(2) : Set a(2) = New C\n"
          "ReDim Preserve a(1) : If a <> 5 Then Err.Raise 1",                                                                                          0                                                                                                                                                                                              },
