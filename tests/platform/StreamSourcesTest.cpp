@@ -90,6 +90,7 @@ TEST_F(Streams, FilesArePlayedAgainAndAgainAtTheirOwnSpeed) {
         frames.Start(*source);
         EXPECT_TRUE(frames.Wait(30)) << address;
         EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(29 * 20)) << address;
+        frames.End();
     }
 }
 

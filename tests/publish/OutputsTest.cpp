@@ -10,13 +10,13 @@ namespace {
 TEST(FTPPush, UploadsOnItsTimetableWithinItsSchedule) {
     FakeTime time;
     CountingOwner owner;
-    VideoStreaming streaming{owner, time};
-    FTPPush& push = streaming.FTPPush();
     MemoryFileSystem files;
     PlainJpegCodec jpeg;
     CurlFtpClients ftp;
-    push.SetServerName("no server");
     DIB picture;
+    VideoStreaming streaming{owner, time};
+    FTPPush& push = streaming.FTPPush();
+    push.SetServerName("no server");
     picture.SetWidthHeight(2, 2);
     push.Use({files, jpeg, ftp}, picture, 3);
     const int& uploads = jpeg.encoded;
