@@ -10,7 +10,7 @@ TEST(FtpAddress, IsReadAsPeopleWriteIt) {
         const char *server, *path, *url;  // "" for what is no server
     } rows[] = {
         {" ftp.example.com ", "a b/#1;x.jpg", "ftp://ftp.example.com/a%20b/%231%3Bx.jpg"},
-        {"FTP://host:21/",    "/root/x",      "ftp://host:21/%2Froot/x"                 },
+        {"FTP://host:21/",    "/pub/x",       "ftp://host:21/%2Fpub/x"                  },
         {"ftps://host",       "x",            "ftp://host/x"                            },
         {"ftps://host:990",   "x",            "ftps://host:990/x"                       },
         {"ftps://host:1990",  "x",            "ftp://host:1990/x"                       },

@@ -59,9 +59,8 @@ std::uint32_t HashOfText(std::u16string_view text) {
 
 /// Keys that are looked up are often the very texts that were added.
 bool SameText(std::u16string_view a, std::u16string_view b) {
-    return a.size() == b.size() &&
-           (a.data() == b.data() || a.empty() ||
-            std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
+    return a.size() == b.size() && (a.data() == b.data() || a.empty() ||
+                                    std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
 }
 
 std::uint32_t HashIgnoringCase(std::u16string_view text) {
