@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+
+namespace tessaloom {
+
+class Workspace;
+
+/// All layers of the active canvas by pass, the topmost first: switched on and off, dragged into another
+/// order, selected together with the canvas's window. Shows when each is due.
+class LayerPanel : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit LayerPanel(Workspace& workspace, QWidget* parent = nullptr);
+    ~LayerPanel() override;
+
+private:
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
+};
+
+}  // namespace tessaloom

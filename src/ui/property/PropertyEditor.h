@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QWidget>
+#include <memory>
+#include <string>
+
+#include "model/edit/PropertySet.h"
+
+namespace tessaloom {
+
+class Workspace;
+
+/// One property's editor. It speaks the texts of the document files (model/edit/Property.h).
+class PropertyEditor : public QWidget {
+    Q_OBJECT
+
+public:
+    using QWidget::QWidget;
+
+    /// Shows a value that came from elsewhere; emits nothing.
+    virtual void Show(const std::string& text) = 0;
+
+    /// The person is in the middle of entering something: not to be overwritten.
+    virtual bool Busy() const { return false; }
+
+Q_SIGNALS:
+    /// The person chose or typed a value.
+    void Entered(const std::string& text);
+
+    /// What is typed so far is no value; "" when it is one again.
+    void Wrong(const QString& reason);
+};
+
+/// The editor for a row of `set`, by its kind. Never null. `set` outlives the editor.
+PropertyEditor* MakePropertyEditor(Workspace& workspace, PropertySet& set, std::size_t row, QWidget* parent);
+
+}  // namespace tessaloom

@@ -1,0 +1,55 @@
+#include "ui/shared/SetupWindow.h"
+
+#include <QApplication>
+#include <QDialogButtonBox>
+#include <QVBoxLayout>
+
+#include "ui/shared/Workspace.h"
+
+namespace tessaloom {
+
+SetupWindow::SetupWindow(Workspace& workspace, const QString& name, const QString& title, QWidget* parent)
+    : QDialog(parent), workspace_(workspace) {
+    setObjectName(name);
+    setWindowTitle(title);
+    setAttribute(Qt::WA_DeleteOnClose);
+    auto* layout = new QVBoxLayout(this);
+    contents_ = new QVBoxLayout;
+    buttons_ = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+    layout->addLayout(contents_, 1);
+    layout->addWidget(buttons_);
+    connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    connect(&workspace_, &Workspace::SetupMustClose, this, &QDialog::accept);
+}
+
+SetupWindow::~SetupWindow() = default;
+
+void SetupWindow::done(int result) {
+    if (!ended_) {
+        ended_ = true;
+        if (result == QDialog::Rejected) Restore();
+        Closing();
+        workspace_.Remember(objectName().toStdString(), saveGeometry().toBase64().toStdString());
+    }
+    QDialog::done(result);
+}
+
+SetupWindow* SetupWindow::FindOpen(const QString& name) {
+    for (QWidget* window : QApplication::topLevelWidgets())
+        if (auto* setup = qobject_cast<SetupWindow*>(window);
+            setup && setup->objectName() == name && !setup->ended_)
+            return setup;
+    return nullptr;
+}
+
+void SetupWindow::ShowInFront() {
+    if (!isVisible())
+        restoreGeometry(QByteArray::fromBase64(
+            QByteArray::fromStdString(workspace_.Remembered(objectName().toStdString()))));
+    show();
+    raise();
+    activateWindow();
+}
+
+}  // namespace tessaloom
