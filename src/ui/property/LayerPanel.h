@@ -3,6 +3,8 @@
 #include <QWidget>
 #include <memory>
 
+class QMenu;
+
 namespace tessaloom {
 
 class Workspace;
@@ -15,6 +17,9 @@ class LayerPanel : public QWidget {
 public:
     explicit LayerPanel(Workspace& workspace, QWidget* parent = nullptr);
     ~LayerPanel() override;
+
+    /// What the button "Add" opens: the main window's own menu of new layers. Without one there is no button.
+    void SetAddMenu(QMenu* menu);
 
 private:
     struct Parts;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include <QWidget>
-#include <memory>
+#include <cstddef>
 #include <string>
 
 #include "model/edit/PropertySet.h"
@@ -23,11 +23,14 @@ public:
     /// The person is in the middle of entering something: not to be overwritten.
     virtual bool Busy() const { return false; }
 
+    /// Takes what was typed so far as entered, where it is a value.
+    virtual void Finish() {}
+
 Q_SIGNALS:
     /// The person chose or typed a value.
     void Entered(const std::string& text);
 
-    /// What is typed so far is no value; "" when it is one again.
+    /// What is typed so far is no value, or names what is not there; "" when it is one again.
     void Wrong(const QString& reason);
 };
 

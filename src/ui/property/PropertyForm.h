@@ -2,14 +2,12 @@
 
 #include <QScrollArea>
 #include <memory>
-#include <string>
-#include <vector>
+#include <string_view>
 
 #include "model/edit/PropertySet.h"
 
 namespace tessaloom {
 
-class PropertyEditor;
 class Workspace;
 
 /// The editors of a set of properties, made from its descriptions: label, editor, unit, and a button that
@@ -29,29 +27,24 @@ public:
     /// Shows `set`; null shows `emptyText`.
     void Show(std::unique_ptr<PropertySet> set, const QString& emptyText = {});
 
-    PropertySet* Set() const { return set_.get(); }
+    PropertySet* Set() const;
 
     /// The values as they were when the set was shown are put back, as one step.
     void Restore();
 
-    /// The editor widget of a property, to be found by its name as object name, too.
+    /// The editor widget of a property, to be found by its name as object name, too. Null when there is none.
     QWidget* EditorOf(std::string_view name) const;
+
+    /// Opens the group of a property, brings its editor into view and gives it the focus.
+    void FocusOn(std::string_view name);
 
 Q_SIGNALS:
     /// A property was set here.
     void Changed(const QString& name);
 
 private:
-    struct Row;
-
-    void Build();
-    void Refresh();
-    void Apply(std::size_t row, const std::string& text);
-
-    Workspace& workspace_;
-    std::unique_ptr<PropertySet> set_;
-    std::vector<Row> rows_;
-    std::vector<std::string> found_;  ///< The values when the set was shown.
+    struct Parts;
+    std::unique_ptr<Parts> parts_;
 };
 
 }  // namespace tessaloom
