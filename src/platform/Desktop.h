@@ -13,6 +13,9 @@ public:
     /// Makes the bitmap file `path` the wallpaper, for good. False when this desktop cannot.
     virtual bool SetWallpaper(std::string_view path) = 0;
 
+    /// What changes the wallpaper of this desktop: "GNOME", "the desktop portal". "" when nothing does.
+    virtual std::string WallpaperMeans() const { return {}; }
+
     /// Sounds the system beep.
     virtual void Beep() = 0;
 

@@ -211,7 +211,7 @@ void CanvasSaves::Finish(Activity& activity, double now, std::string path, bool 
     if (!written && !activity.failing && log_)
         log_(std::string(activity.name) + ": \"" + path + "\" was not written: " + std::string(why));
     activity.failing = !written;
-    activity.last = {now, std::move(path), written};
+    activity.last = {now, std::move(path), written, std::string(written ? "" : why)};
 }
 
 }  // namespace tessaloom

@@ -25,6 +25,7 @@ struct SaveResult {
     double moment = 0;     ///< The capture time of that run; 0: never ran.
     std::string path;      ///< The file that was written, or was to be.
     bool written = false;  ///< False: the picture could not be encoded or the file not be written.
+    std::string failure;   ///< Why not; "" when it was written.
 };
 
 /// The three timed ways in which a canvas publishes its picture to disk: the fixed file, the sequential files

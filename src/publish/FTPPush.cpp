@@ -28,7 +28,7 @@ FTPPush::FTPPush(SettingsOwner& owner, const PresentTime& present)
 }
 
 void FTPPush::Use(Tools tools, const DIB& picture, int canvasIndex) {
-    transfer_.reset(new Transfer{
+    transfer_.reset(new Sender{
         tools.jpeg, picture, canvasIndex, {tools.files, tools.clients}
     });
 }

@@ -104,8 +104,11 @@ public:
     std::string Stage() const { return transfer_ ? transfer_->ftp.Stage() : "Idle"; }
     std::string Status() const { return transfer_ ? transfer_->ftp.Status() : ""; }
 
+    /// The transfer itself; null before `Use`.
+    const InetFTP* Transfer() const { return transfer_ ? &transfer_->ftp : nullptr; }
+
 private:
-    struct Transfer {
+    struct Sender {
         JpegCodec& jpeg;
         const DIB& picture;
         int canvasIndex;
@@ -125,7 +128,7 @@ private:
     const PresentTime& present_;
     TimedActivity timing_;
     tessaloom::Schedule schedule_;
-    std::unique_ptr<Transfer> transfer_;
+    std::unique_ptr<Sender> transfer_;
     std::string path_ = "push.jpg";
     std::string serverName_;
     std::string userName_;

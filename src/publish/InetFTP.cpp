@@ -82,6 +82,7 @@ bool InetFTP::SendDataFile(std::vector<std::uint8_t> bytes, Order order) {
         SaveLocally();
         attempts_ = 0;
         failed_ = false;
+        steps_.clear();
         sendRequested_ = true;
         return true;
     });
@@ -106,7 +107,7 @@ void InetFTP::Shutdown() {
         resetRequested_ = false;
         myFTP_.reset();
         if (state_ == State::Idle) return;
-        stage_ = "Idle";
+        Show("Idle");
         Enter(State::Idle);
     });
 }
@@ -118,7 +119,7 @@ void InetFTP::myFTP_State(bool connected, bool expected) {
     status_ = "FTP disconnected unexpectedly";
     Complain(status_);
     if (!IdleConnection()) return;
-    stage_ = "Disconnected";
+    Show("Disconnected");
     Enter(State::Disconnected);
 }
 
@@ -187,7 +188,7 @@ void InetFTP::Step() {
 }
 
 void InetFTP::StepUnconnected(std::string_view stage) {
-    stage_ = stage;
+    Show(stage);
     Enter(State::Connect);
 }
 
@@ -202,7 +203,7 @@ void InetFTP::StepConnect() {
 
 void InetFTP::StepConnected() {
     const auto leave = [this](std::string_view stage, State next) {
-        stage_ = stage;
+        Show(stage);
         Enter(next);
     };
     if (resetRequested_) return leave("Connected -- ResetConnection", State::Disconnect);
@@ -214,7 +215,7 @@ void InetFTP::StepConnected() {
 }
 
 void InetFTP::StepStore() {
-    stage_ = "Store Start";
+    Show("Store Start");
     if (localFile_.empty() && !SaveLocally()) {
         Act("Local store error.", "Could not save local temp file");
         failed_ = true;
@@ -227,7 +228,7 @@ void InetFTP::StepStore() {
 }
 
 void InetFTP::StepSendComplete() {
-    stage_ = "File Send Complete";
+    Show("File Send Complete");
     failing_ = failed_;
     EndUpload();
     Enter(order_.keepConnectionOpen && Client().Connected() ? State::ConnectedWaiting : State::Disconnect);
@@ -236,10 +237,10 @@ void InetFTP::StepSendComplete() {
 void InetFTP::StepWait(const Wait& wait) {
     switch (result_) {
         case Result::Complete:
-            stage_ = wait.doneStage;
+            Show(wait.doneStage);
             return StepDone(wait);
         case Result::Error:
-            stage_ = wait.errorStage;
+            Show(wait.errorStage);
             return StepFailed(wait);
         case Result::None:
             break;
@@ -290,8 +291,14 @@ void InetFTP::GiveUp() {
 }
 
 void InetFTP::Act(std::string_view stage, std::string_view status) {
-    stage_ = stage;
     status_ = status;
+    Show(stage);
+}
+
+void InetFTP::Show(std::string_view stage) {
+    stage_ = stage;
+    if (steps_.size() == MostShown) steps_.pop_front();
+    steps_.push_back({now_, stage_, status_});
 }
 
 void InetFTP::Command(State wait) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -57,6 +58,15 @@ public:
         DisconnectWait = 101,
     };
 
+    /// One step of an upload, as it was shown.
+    struct Shown {
+        double moment;
+        std::string stage, status;
+    };
+
+    /// Steps that are remembered: more than one upload takes, with all its attempts.
+    static constexpr std::size_t MostShown = 50;
+
     /// files: for the local temporary file, in the current folder. Both outlive this object.
     InetFTP(FileSystem& files, FtpClients& clients);
     ~InetFTP();
@@ -93,6 +103,15 @@ public:
     const std::string& Stage() const { return stage_; }
     const std::string& Status() const { return status_; }
 
+    /// The steps of the last upload, and what followed it, the oldest first.
+    const std::deque<Shown>& Steps() const { return steps_; }
+
+    /// An upload was asked for and has not ended yet.
+    bool Uploading() const { return sendRequested_; }
+
+    /// Something went wrong in the last upload that ended.
+    bool LastFailed() const { return failing_; }
+
 private:
     enum class Result { None = 0, Complete = 1, Error = 2 };
     struct Wait;
@@ -118,6 +137,7 @@ private:
     void StepFailed(const Wait& wait);
     void Command(State wait);
     void Act(std::string_view stage, std::string_view status);
+    void Show(std::string_view stage);
     void GiveUp();
     void Enter(State state);
     void EndUpload();
@@ -140,6 +160,7 @@ private:
     Result result_ = Result::None;  ///< Of the last command to the server.
     std::string stage_ = "Idle";
     std::string status_;
+    std::deque<Shown> steps_;
     std::string localFile_;   ///< "" while there is none.
     double now_ = 0;          ///< As the last `TimerEvent` read the clock (a moment).
     double entered_ = 0;      ///< When the present state was entered.

@@ -114,6 +114,7 @@ void WebConnection::AnswerNext() {
 
 void WebConnection::Answer(const RequestHead& request) {
     keepAlive_ = request.keepAlive;
+    ++requests_;
     const unsigned uses = uses_;
     host_.WebRequest(socket_->RemoteHostIP(), ToUtf8(request.path));
     if (uses != uses_) return;

@@ -69,6 +69,9 @@ public:
     /// The moment of the last bytes received, or of the end of the last response.
     double LastActivityTime() const { return lastActivityTime_; }
 
+    /// Requests that were understood, over all connections of this place.
+    std::uint64_t Requests() const { return requests_; }
+
     /// 1 while there is a connection, else 0.
     int State() const { return socket_->Open() ? 1 : 0; }
 
@@ -98,6 +101,7 @@ private:
     double lastActivityTime_ = 0;
     double lastArrivalTime_ = 0;  ///< When bytes were last seen to arrive at the client.
     std::uint64_t bytesArrived_ = 0;
+    std::uint64_t requests_ = 0;
     unsigned uses_ = 0;  ///< Connections taken and closed by us: tells whether the same one is still there.
     bool allowNonCanvasServes_ = false;
     bool keepAlive_ = false;  ///< As the last request asked.

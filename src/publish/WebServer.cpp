@@ -34,12 +34,13 @@ bool WebServer::Start() {
     while (pool_.size() < PoolSize)
         pool_.push_back(std::make_unique<WebConnection>(static_cast<int>(pool_.size()) + 1, tools_.sockets,
                                                         host_, tools_.files));
-    const std::string failure = listener_->Listen(port_);
-    if (failure.empty()) {
+    failure_ = listener_->Listen(port_);
+    if (failure_.empty()) {
+        listeningPort_ = port_;
         Log(LogLevel::Info, "The web server listens on port " + std::to_string(port_));
         return true;
     }
-    Log(LogLevel::Warning, "The web server cannot listen on port " + std::to_string(port_) + ": " + failure);
+    Log(LogLevel::Warning, "The web server cannot listen on port " + std::to_string(port_) + ": " + failure_);
     tools_.dialogs.MessageBox(
         "There was an error starting the web server.  Make sure the port is not already in use and the "
         "network is available.",
@@ -48,6 +49,7 @@ bool WebServer::Start() {
 }
 
 void WebServer::Stop() {
+    listeningPort_ = 0;
     listener_->Close();
     for (const auto& connection : pool_) connection->ForceClose();
 }
@@ -92,6 +94,12 @@ void WebServer::RestartTimes(double now) {
 int WebServer::Connections() const {
     return static_cast<int>(
         std::ranges::count_if(pool_, [](const auto& connection) { return connection->State() == 1; }));
+}
+
+std::uint64_t WebServer::Requests() const {
+    std::uint64_t requests = 0;
+    for (const auto& connection : pool_) requests += connection->Requests();
+    return requests;
 }
 
 }  // namespace tessaloom

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -59,6 +60,13 @@ public:
     int Port() const { return port_; }
     void SetPort(int port) { Set(port_, Clamped(port, {1, 65535})); }
 
+    /// The port on which the server listens now; 0: on none.
+    int ListeningPort() const { return listeningPort_; }
+
+    /// Why the server could not be switched on the last time, as the operating system words it; "" when it
+    /// could.
+    const std::string& Failure() const { return failure_; }
+
     /// The folder of the files that are no canvases.
     const std::string& WebPath() const { return webPath_; }
     void SetWebPath(std::string_view folder) { Set(webPath_, std::string(folder)); }
@@ -72,6 +80,9 @@ public:
 
     /// Places of the pool that have a connection.
     int Connections() const;
+
+    /// Requests that came in since the server was made.
+    std::uint64_t Requests() const;
 
 private:
     template <typename T>
@@ -89,6 +100,8 @@ private:
     std::vector<std::unique_ptr<WebConnection>> pool_;  ///< Empty until the server is first switched on.
     double nextLook_ = 0;                               ///< For idle connections.
     std::string webPath_ = "web";
+    std::string failure_;
+    int listeningPort_ = 0;
     int port_ = 18080;
     bool enabled_ = false;
     bool allowNonCanvasServes_ = false;

@@ -77,6 +77,7 @@ bool VWS::GetCSVData() {
         const auto moment = MomentOf(*fields);
         if (!moment) return Failed("holds a date that does not exist");
         failures_ = 0;
+        failure_.clear();
         if (*moment == lastTime_) return false;  // the station has written nothing new
         Take(*fields, *moment);
         return true;
@@ -84,6 +85,7 @@ bool VWS::GetCSVData() {
 }
 
 bool VWS::Failed(const std::string& what) {
+    failure_ = what;
     if (++failures_ == 2) throw Error(ErrorNumber::DeviceIO, "The weather file " + file_ + " " + what);
     return false;
 }

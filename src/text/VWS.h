@@ -138,6 +138,9 @@ public:
     /// Text of field k as read, 0 .. 99; "-1000" when missing (as an empty field is) and for any other k.
     const std::string& CSVDataS(int k) const;
 
+    /// Why the last reading found no whole record, in words; "" when it did, and before the first.
+    const std::string& Failure() const { return failure_; }
+
     /// For scripts; any other k is ignored.
     void SetCSVData(int k, double value);
     void SetCSVDataS(int k, std::string_view text);
@@ -204,7 +207,8 @@ private:
     bool lastDataLoaded_ = false;
     bool unsaved_ = false;  ///< Daily values changed that `LastDataFile` does not hold yet.
     bool putOff_ = false;   ///< The last reading left a file that had just been written for the next one.
-    int failures_ = 0;      ///< Readings in a row without a whole record.
+    std::string failure_;
+    int failures_ = 0;  ///< Readings in a row without a whole record.
     Record data_;
     std::array<std::string, Texts> texts_;
 

@@ -13,6 +13,7 @@
 #include "core/main/Program.h"
 #include "core/modNumbers.h"
 #include "imaging/modPictureBox.h"
+#include "model/Canvas.h"
 #include "platform/Desktop.h"
 #include "platform/Dialogs.h"
 #include "platform/FileSystem.h"
@@ -37,9 +38,7 @@ std::string SettingsPath(const Platform& platform) {
 
 void LoadSettings(const Platform& platform, INI& settings) {
     LoadSetup(settings, platform.mainWindow.TwipsPerPixelX(), platform.mainWindow.TwipsPerPixelY());
-    modTime::SetStation(Setup().stationLatitude, Setup().stationLongitude);
-    platform.fonts.SetClearType(
-        {Setup().clearTypeContrast, static_cast<SubPixelOrder>(Setup().clearTypeOrientation)});
+    UseSetup(platform);
     LoadLimits(platform, settings);
 }
 
@@ -172,6 +171,17 @@ void ReleasePortfolio(Program& program) {
 }
 
 tessaloom::Portfolio* OpenPortfolio() { return Running() ? Running()->portfolio.get() : nullptr; }
+
+void UseSetup(const Platform& platform) {
+    modTime::SetStation(Setup().stationLatitude, Setup().stationLongitude);
+    const ClearTypeSettings clearType{Setup().clearTypeContrast,
+                                      static_cast<SubPixelOrder>(Setup().clearTypeOrientation)};
+    if (platform.fonts.ClearType() == clearType) return;
+    platform.fonts.SetClearType(clearType);
+    tessaloom::Portfolio* const portfolio = OpenPortfolio();
+    for (int slot = 1; portfolio && slot <= Portfolio::MaxCanvas; ++slot)
+        if (Canvas& canvas = portfolio->Canvas(slot); canvas.Enabled()) canvas.ForceReload();
+}
 
 void PeekSettings(const Platform& platform) {
     INI settings(platform.profile, SettingsPath(platform));

@@ -33,6 +33,10 @@ struct StartOptions {
 /// starting.
 bool Main(Platform& platform, const StartOptions& options = {});
 
+/// Makes the setup values that others work with take effect: the station's position and the smoothing of
+/// text, with which open canvases are then drawn anew.
+void UseSetup(const Platform& platform);
+
 /// Reads the settings without completing their file, for work that needs them and no running program.
 void PeekSettings(const Platform& platform);
 

@@ -10,6 +10,7 @@
 #include <QTimer>
 #include <QUrl>
 #include <QVariantMap>
+#include <algorithm>
 #include <utility>
 
 namespace tessaloom {
@@ -73,6 +74,14 @@ std::deque<QtWallpaper::Way> QtWallpaper::WaysOfSession() {
         ways.push_back(&QtWallpaper::Portal);
     if (x11 && !wayland) ways.push_back(&QtWallpaper::RootWindow);
     return ways;
+}
+
+std::string QtWallpaper::Means() {
+    const std::deque<Way> ways = WaysOfSession();
+    if (ways.empty()) return {};
+    if (ways.front() == &QtWallpaper::Portal) return "the desktop portal";
+    if (ways.front() == &QtWallpaper::RootWindow) return "the X11 root window";
+    return std::ranges::find(Desktops, ways.front(), &DesktopWay::way)->name;
 }
 
 void QtWallpaper::Begin(const QString& path) {

@@ -36,6 +36,9 @@ public:
     /// so next. False without a desktop session.
     bool Set(std::string_view path);
 
+    /// The way that `Set` tries first, by name: "GNOME", "the desktop portal"; "" without a desktop session.
+    static std::string Means();
+
     bool Busy() const { return !path_.isEmpty(); }
 
 private:
