@@ -28,8 +28,8 @@ enum class PropertyKind {
     TimeOfDay,           ///< "HH:MM:SS".
     Feed,                ///< The name of a video feed of the portfolio.
     Canvas,              ///< The slot of another canvas.
-    Schedule,            ///< The daily window; its text is for display, the window sets it.
-    TransparentColours,  ///< The table of transparent colours; its text is for display.
+    Schedule,            ///< The daily window, as `Schedule::Description` says it.
+    TransparentColours,  ///< Groups "colour colour tolerance opacity" (per cent), separated by "; ".
 };
 
 /// A value of a `PropertyKind::Choice`.
@@ -40,10 +40,10 @@ struct PropertyChoice {
 
 /// Describes one property to the windows that show it. Editors are made from this alone.
 struct Property {
-    std::string_view name;      ///< Of the file's key; unique within its set.
-    std::string_view label;     ///< Without colon; with an "&" before its mnemonic where it has one.
-    std::string_view group;     ///< Heading under which it stands; rows of a group follow each other.
-    std::string_view fallback;  ///< The default, as the file holds it.
+    std::string_view name;           ///< Of the file's key; unique within its set.
+    std::string_view label;          ///< Without colon; with an "&" before its mnemonic where it has one.
+    std::string_view group = {};     ///< Heading under which it stands; rows of a group follow each other.
+    std::string_view fallback = {};  ///< The default, as the file holds it.
     PropertyKind kind = PropertyKind::Line;
     double low = 0;
     double high = 0;

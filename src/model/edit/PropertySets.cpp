@@ -1,33 +1,164 @@
-#include "model/edit/PropertySet.h"
-
+#include "model/Canvas.h"
 #include "model/Portfolio.h"
+#include "model/edit/KeySet.h"
+#include "model/edit/LayerProperties.h"
+#include "model/edit/OutputProperties.h"
+#include "model/edit/PortfolioProperties.h"
+#include "model/edit/PropertySet.h"
 
 namespace tessaloom::PropertySets {
 
 namespace {
 
-class EmptySet : public PropertySet {
-public:
-    std::span<const Property> Properties() const override { return {}; }
-    bool Exists() const override { return false; }
-    std::string Get(std::size_t) const override { return {}; }
-    KeyFault Set(std::size_t, const std::string&) override { return KeyFault::None; }
-    Schedule* ScheduleOf(std::size_t) const override { return nullptr; }
-};
+using Set = std::unique_ptr<PropertySet>;
+
+constexpr auto GraphicSchedule =
+    std::to_array({ScheduleEntry<Graphic, [](auto& layer) -> auto& { return layer.Schedule();
+}  // namespace
+> ()
+}  // namespace tessaloom::PropertySets
+);
+
+/// The canvas of `slot` while it is in use.
+Canvas* CanvasOf(Portfolio& portfolio, int slot) {
+    if (slot < 1 || slot > Portfolio::MaxCanvas) return nullptr;
+    Canvas& canvas = portfolio.Canvas(slot);
+    return canvas.Enabled() ? &canvas : nullptr;
+}
+
+VideoFeed* FeedOf(Portfolio& portfolio, int feed) {
+    return feed >= 0 && feed < Portfolio::MaxFeed ? &portfolio.VideoFeed(feed) : nullptr;
+}
+
+template <typename Owner>
+Schedule* OnlySchedule(Owner& owner) {
+    return &owner.Schedule();
+}
+
+Set OfText(Portfolio& portfolio, int canvas, LayerId layer) {
+    const auto find = [&portfolio, canvas, layer]() -> Text* {
+        Canvas* const owner = CanvasOf(portfolio, canvas);
+        return owner ? owner->Text(layer.slot) : nullptr;
+    };
+    return std::make_unique<KeySet<Text>>(LayerProperties::OfText,
+                                          std::initializer_list<KeySet<Text>::Keys>{
+                                              LayerKeys::TextHead, CanvasKeys::TextBeforeSchedule,
+                                              CanvasKeys::TextAfterSchedule, LayerProperties::TextSchedule},
+                                          KeySet<Text>::Subject{find, &OnlySchedule<Text>, canvas, layer});
+}
+
+Set OfGraphic(Portfolio& portfolio, int canvas, LayerId layer) {
+    const auto find = [&portfolio, canvas, layer]() -> Graphic* {
+        Canvas* const owner = CanvasOf(portfolio, canvas);
+        return owner ? owner->Graphic(layer.slot) : nullptr;
+    };
+    const auto set = [&portfolio, canvas, find](std::string_view name) {
+        if (name != "SourceVideoFeedName") return;
+        if (Graphic* const graphic = find()) LayerKeys::FollowFeedName(portfolio.Canvas(canvas), *graphic);
+    };
+    return std::make_unique<KeySet<Graphic>>(
+        LayerProperties::OfGraphic,
+        std::initializer_list<KeySet<Graphic>::Keys>{
+            LayerKeys::GraphicHead, CanvasKeys::GraphicBeforeSchedule, CanvasKeys::GraphicAfterSchedule,
+            LayerKeys::GraphicColours, CanvasKeys::GraphicAfterTable, LayerProperties::GraphicSchedule},
+        KeySet<Graphic>::Subject{find, &OnlySchedule<Graphic>, canvas, layer, set});
+}
+
+/// A set of a part of a canvas; `part` gives it for the canvas.
+template <typename Owner>
+Set OfCanvas(Portfolio& portfolio, int canvas, std::span<const Property> rows,
+             std::initializer_list<std::span<const Key<Owner>>> keys, Owner& (*part)(Canvas&),
+             Schedule* (*schedule)(Owner&) = nullptr) {
+    const auto find = [&portfolio, canvas, part]() -> Owner* {
+        Canvas* const owner = CanvasOf(portfolio, canvas);
+        return owner ? &part(*owner) : nullptr;
+    };
+    return std::make_unique<KeySet<Owner>>(rows, keys,
+                                           typename KeySet<Owner>::Subject{find, schedule, canvas});
+}
+
+/// A set of something that no canvas owns.
+template <typename Owner>
+Set OfPortfolio(std::span<const Property> rows, std::span<const Key<Owner>> keys,
+                std::function<Owner*()> find) {
+    return std::make_unique<KeySet<Owner>>(rows, std::initializer_list<std::span<const Key<Owner>>>{keys},
+                                           typename KeySet<Owner>::Subject{std::move(find)});
+}
+
+CanvasSaves& SavesOf(Canvas& canvas) { return canvas.Saves(); }
 
 }  // namespace
 
-std::unique_ptr<PropertySet> Layer(Portfolio&, int, LayerId) { return std::make_unique<EmptySet>(); }
-std::unique_ptr<PropertySet> CanvasGeneral(Portfolio&, int) { return std::make_unique<EmptySet>(); }
-std::unique_ptr<PropertySet> FixedSave(Portfolio&, int) { return std::make_unique<EmptySet>(); }
-std::unique_ptr<PropertySet> SequentialSave(Portfolio&, int) { return std::make_unique<EmptySet>(); }
-std::unique_ptr<PropertySet> Wallpaper(Portfolio&, int) { return std::make_unique<EmptySet>(); }
-std::unique_ptr<PropertySet> FTPUpload(Portfolio&, int) { return std::make_unique<EmptySet>(); }
-std::unique_ptr<PropertySet> WebPicture(Portfolio&, int) { return std::make_unique<EmptySet>(); }
-std::unique_ptr<PropertySet> Feed(Portfolio&, int) { return std::make_unique<EmptySet>(); }
-std::unique_ptr<PropertySet> Motion(Portfolio&, int) { return std::make_unique<EmptySet>(); }
-std::unique_ptr<PropertySet> Web(Portfolio&) { return std::make_unique<EmptySet>(); }
-std::unique_ptr<PropertySet> Weather(Portfolio&) { return std::make_unique<EmptySet>(); }
-std::unique_ptr<PropertySet> Scripting(Portfolio&) { return std::make_unique<EmptySet>(); }
+Set Layer(Portfolio& portfolio, int canvas, LayerId layer) {
+    return layer.kind == LayerId::Kind::Text ? OfText(portfolio, canvas, layer)
+                                             : OfGraphic(portfolio, canvas, layer);
+}
+
+Set CanvasGeneral(Portfolio& portfolio, int canvas) {
+    return OfCanvas<Canvas>(portfolio, canvas, OutputProperties::General,
+                            {CanvasKeys::General, CanvasKeys::BackgroundColor},
+                            [](Canvas& owner) -> Canvas& { return owner; });
+}
+
+Set FixedSave(Portfolio& portfolio, int canvas) {
+    return OfCanvas<CanvasSaves>(portfolio, canvas, OutputProperties::FixedSave,
+                                 {CanvasKeys::Capture, OutputProperties::FixedSchedule}, &SavesOf,
+                                 [](CanvasSaves& saves) { return &saves.FixedSchedule(); });
+}
+
+Set SequentialSave(Portfolio& portfolio, int canvas) {
+    return OfCanvas<CanvasSaves>(portfolio, canvas, OutputProperties::SequentialSave,
+                                 {CanvasKeys::Capture, OutputProperties::SequentialSchedule}, &SavesOf,
+                                 [](CanvasSaves& saves) { return &saves.SequentialSchedule(); });
+}
+
+Set Wallpaper(Portfolio& portfolio, int canvas) {
+    return OfCanvas<CanvasSaves>(portfolio, canvas, OutputProperties::Wallpaper,
+                                 {CanvasKeys::Background, OutputProperties::BackgroundSchedule}, &SavesOf,
+                                 [](CanvasSaves& saves) { return &saves.BackgroundSchedule(); });
+}
+
+Set FTPUpload(Portfolio& portfolio, int canvas) {
+    return OfCanvas<FTPPush>(
+        portfolio, canvas, OutputProperties::FTPUpload,
+        {CanvasKeys::FTPPushKeys, OutputProperties::UploadSchedule},
+        [](Canvas& owner) -> FTPPush& { return owner.VideoStreaming().FTPPush(); }, &OnlySchedule<FTPPush>);
+}
+
+Set WebPicture(Portfolio& portfolio, int canvas) {
+    return OfCanvas<CanvasWebServer>(
+        portfolio, canvas, OutputProperties::WebPicture,
+        {CanvasKeys::WebServerKeys, OutputProperties::WebSchedule},
+        [](Canvas& owner) -> CanvasWebServer& { return owner.VideoStreaming().CanvasWebServer(); },
+        &OnlySchedule<CanvasWebServer>);
+}
+
+Set Feed(Portfolio& portfolio, int feed) {
+    return OfPortfolio<VideoFeed>(PortfolioProperties::Feed, PortfolioKeys::Feed,
+                                  [&portfolio, feed] { return FeedOf(portfolio, feed); });
+}
+
+Set Motion(Portfolio& portfolio, int feed) {
+    return OfPortfolio<MotionDetect>(PortfolioProperties::Motion, PortfolioKeys::Motion,
+                                     [&portfolio, feed]() -> MotionDetect* {
+                                         VideoFeed* const owner = FeedOf(portfolio, feed);
+                                         return owner ? &owner->MotionDetect() : nullptr;
+                                     });
+}
+
+Set Web(Portfolio& portfolio) {
+    return OfPortfolio<WebServer>(PortfolioProperties::Web, PortfolioKeys::Web,
+                                  [&portfolio] { return &portfolio.WebServer(); });
+}
+
+Set Weather(Portfolio& portfolio) {
+    return OfPortfolio<VWS>(PortfolioProperties::Weather, PortfolioKeys::Weather,
+                            [&portfolio] { return &portfolio.VWS(); });
+}
+
+Set Scripting(Portfolio& portfolio) {
+    return OfPortfolio<Script>(PortfolioProperties::Scripting, PortfolioKeys::Scripting,
+                               [&portfolio] { return &portfolio.Script(); });
+}
 
 }  // namespace tessaloom::PropertySets
