@@ -35,12 +35,27 @@ void ReplaceGroup(std::string& text, const TagGroup& group, const TagContext& co
     ReplaceTags(text, group.tags, [&](const Tag& tag) { return tag.value(context); });
 }
 
-void ReplaceMotionTag(std::string& text, std::string_view name, int feed, double moment, const char* format) {
-    const std::string tag = std::string(name) + std::to_string(feed) + ">";
+/// The tags of each motion detector.
+struct MotionTag {
+    std::string_view name;  ///< Behind it stands the feed's number.
+    std::string_view format;
+};
+constexpr MotionTag MotionTags[] = {
+    {"<MotionDetectTime", "HH:MM:SS"},
+    {"<MotionDetectDate", "MM/DD/YY"},
+};
+
+std::string NameOf(const MotionTag& tag, int feed) {
+    return std::string(tag.name) + std::to_string(feed) + ">";
+}
+
+void ReplaceMotionTag(std::string& text, const MotionTag& motionTag, int feed, double moment) {
+    const std::string tag = NameOf(motionTag, feed);
     if (FindTag(text, tag) == std::string_view::npos) return;
     Replace(text, tag,
-            moment == 0 ? std::string(NotAvailable)
-                        : modNumbers::FormatNI(FormatDate{moment - modTime::HalfSecondBias}, format));
+            moment == 0
+                ? std::string(NotAvailable)
+                : modNumbers::FormatNI(FormatDate{moment - modTime::HalfSecondBias}, motionTag.format));
 }
 
 }  // namespace
@@ -56,8 +71,7 @@ void ReplaceMotionTags(std::string& text, const TagSource& source) {
     if (FindTag(text, "<MOTIONDETECT") == std::string_view::npos) return;
     for (int feed = 0; feed < Feeds; ++feed) {
         const double moment = source.LastMotionTime(feed);
-        ReplaceMotionTag(text, "<MotionDetectTime", feed, moment, "HH:MM:SS");
-        ReplaceMotionTag(text, "<MotionDetectDate", feed, moment, "MM/DD/YY");
+        for (const MotionTag& tag : MotionTags) ReplaceMotionTag(text, tag, feed, moment);
     }
 }
 
@@ -80,6 +94,16 @@ void ExpandTags(std::string& text, double now, const TagSource& source) {
         ReplaceWeatherTags(text, *weather);
     else
         ReplaceMissingWeatherTags(text);
+}
+
+std::vector<std::string> AllTags() {
+    std::vector<std::string> all;
+    for (const TagGroup& group : TimeTagGroups())
+        for (const Tag& tag : group.tags) all.emplace_back(tag.name);
+    for (const MotionTag& tag : MotionTags)
+        for (int feed = 0; feed < Feeds; ++feed) all.push_back(NameOf(tag, feed));
+    for (const std::string_view name : WeatherTagNames()) all.emplace_back(name);
+    return all;
 }
 
 }  // namespace tessaloom

@@ -3,6 +3,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tessaloom {
 
@@ -42,6 +43,13 @@ std::string_view CompassPoint(double degrees);
 
 /// The words for the station's condition code, "Clear" for 0; "" for an unknown one.
 std::string_view WeatherWord(int code);
+
+/// Every tag that `ExpandTags` replaces, in the order in which it does. Tags that differ only in the case of
+/// their letters stand there once, but for "<csvampm>" and "<csvAMPM>", whose values differ.
+std::vector<std::string> AllTags();
+
+/// The names of the tags of `ReplaceWeatherTags`.
+std::vector<std::string_view> WeatherTagNames();
 
 /// Replaces everything from "<CSV" to the next ">" by "N/A".
 void ReplaceMissingWeatherTags(std::string& text);

@@ -8,11 +8,7 @@
 namespace tessaloom {
 namespace {
 
-struct Marker {
-    std::string_view word;
-    std::string_view arrow;
-};
-constexpr Marker Markers[] = {
+constexpr ArrowWord Markers[] = {
     {"<TRENDUP>",     "\u2191"},
     {"<TRENDDOWN>",   "\u2193"},
     {"<TRENDSTEADY>", "\u2192"},
@@ -21,10 +17,10 @@ constexpr Marker Markers[] = {
 constexpr std::size_t MostPieces = 3000;  ///< Of a line: more than fit into the widest box.
 
 /// The first marker in `text` and its place.
-const Marker* FirstMarker(std::string_view text, std::size_t& at) {
-    const Marker* first = nullptr;
+const ArrowWord* FirstMarker(std::string_view text, std::size_t& at) {
+    const ArrowWord* first = nullptr;
     at = text.size();
-    for (const Marker& marker : Markers)
+    for (const ArrowWord& marker : Markers)
         if (const std::size_t found = FindTag(text.substr(0, at), marker.word); found < at) {
             first = &marker;
             at = found;
@@ -43,6 +39,8 @@ std::string_view TakeLine(std::string_view& text) {
 
 }  // namespace
 
+std::span<const ArrowWord> ArrowWords() { return Markers; }
+
 TextBox::TextBox(std::string_view text, const LogicalFont& font, int column, Fonts& fonts)
     : fonts_(fonts),
       font_(fonts.Create(font)),
@@ -58,7 +56,7 @@ void TextBox::AddLine(std::string_view text) {
     Line& line = lines_.emplace_back();
     while (!text.empty() && line.pieces.size() < MostPieces && line.width < LargestWidth) {
         std::size_t at = 0;
-        const Marker* marker = FirstMarker(text, at);
+        const ArrowWord* marker = FirstMarker(text, at);
         if (at > 0) AddPiece(line, text.substr(0, at), false);
         if (marker) AddPiece(line, marker->arrow, true);
         text.remove_prefix(marker ? at + marker->word.size() : at);

@@ -3,6 +3,7 @@
 #include "platform/Fonts.h"
 
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -10,6 +11,13 @@
 namespace tessaloom {
 
 class DIB;
+
+/// A word that is drawn as an arrow.
+struct ArrowWord {
+    std::string_view word;
+    std::string_view arrow;  ///< UTF-8.
+};
+std::span<const ArrowWord> ArrowWords();
 
 /// A text laid out in lines, ready to be drawn as coverage.
 ///

@@ -215,6 +215,14 @@ void ReplaceHalves(std::string& text, const VWS& weather) {
 
 }  // namespace
 
+std::vector<std::string_view> WeatherTagNames() {
+    std::vector<std::string_view> names;
+    for (const SunTag& tag : SunTags) names.push_back(tag.name);
+    names.insert(names.end(), {HalfTags[0].name, HalfTags[1].name});  // the others are these to a reader
+    for (const WeatherTag& tag : FieldTags) names.push_back(tag.name);
+    return names;
+}
+
 std::string_view CompassPoint(double degrees) {
     if (degrees >= 348.75 || !(degrees >= 11.25)) return CompassPoints[0];
     return CompassPoints[static_cast<std::size_t>((degrees - 11.25) / 22.5) + 1];

@@ -40,6 +40,9 @@ Q_SIGNALS:
     /// The focus left the editor.
     void Left();
 
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override;
+
 private:
     struct Parts;
     std::unique_ptr<Parts> parts_;
