@@ -8,7 +8,9 @@
 
 namespace tessaloom {
 
+class Canvas;
 class Portfolio;
+struct CanvasChange;
 
 /// What was done to one canvas, to be undone and done again without limit.
 ///
@@ -23,14 +25,14 @@ public:
     History& operator=(const History&) = delete;
 
     /// Begins a step called `name` ("Move", "Change opacity"). Steps that follow each other with the same
-    /// `mergeKey`, unless it is empty, become one. Within a step that is under way, only the outermost
-    /// counts.
+    /// `mergeKey`, unless it is empty, become one, where they only change values. Within a step that is under
+    /// way, only the outermost counts.
     void Begin(std::string_view name, std::string_view mergeKey = {});
 
     /// Ends it. Nothing is recorded when nothing changed.
     void End();
 
-    /// Ends it and puts back what it changed.
+    /// Ends it and puts back what it changed; of a step within another one, nothing.
     void Cancel();
 
     /// The next step is not merged with the last one.
@@ -43,7 +45,8 @@ public:
     void Undo();
     void Redo();
 
-    /// Counts steps done, undone and redone: a canvas is as it was when the number is.
+    /// The number of the state that the steps have led to, 0 at first: while it is the same again, they have
+    /// left the canvas as it was then.
     int Position() const;
 
     /// Called after every step that was recorded, undone or redone.
@@ -52,6 +55,10 @@ public:
 private:
     struct Record;
     struct Step;
+
+    Canvas* TheCanvas() const;  ///< Null while the slot is not in use.
+    void Keep(CanvasChange change);
+    void Moved();
 
     Portfolio& portfolio_;
     const int canvas_;
@@ -62,6 +69,7 @@ private:
     std::vector<std::unique_ptr<Step>> steps_;
     std::size_t done_ = 0;  ///< Steps that are not undone.
     bool sealed_ = false;
+    int lastNumber_ = 0;
 };
 
 /// A step for as long as it lives.
