@@ -6,6 +6,8 @@
 #include <memory>
 
 #include "imaging/DeviceContext.h"
+#include "imaging/PixelArea.h"
+#include "imaging/pixelops/Target.h"
 
 namespace tessaloom {
 
@@ -60,6 +62,13 @@ public:
     /// The first byte of row `row`, counted from the top. There must be pixels.
     std::uint8_t* Row(int row) { return pixels_.get() + Offset(row); }
     const std::uint8_t* Row(int row) const { return pixels_.get() + Offset(row); }
+
+    /// A part of it to draw onto; it must lie on the bitmap.
+    pixelops::Target Part(const PixelArea& area) {
+        return {pixels_.get() + std::ptrdiff_t{area.first} * Stride() + std::ptrdiff_t{area.left} * 3,
+                area.Width(), area.Height(), Stride()};
+    }
+    PixelArea Whole() const { return PixelArea::Of(width_, height_); }
 
     /// The colour (0x00BBGGRR) of a pixel counted from the top left corner. It must exist.
     int Pixel(int x, int y) const;

@@ -75,20 +75,25 @@ void Graphic::UpdateImage() {
     });
 }
 
-void Graphic::MergeImageTo(DIB& canvas) {
+LayerLook Graphic::Look(int canvasHeight) {
+    return Trap({Module, "Look"}, [&] {
+        LayerLook look = image_.Look(x_, y_, canvasHeight);
+        if (shadow_) look.shadow = image_.ShadowArea(x_ + shadowOffsetX_, y_ + shadowOffsetY_, canvasHeight);
+        shownRevision_ = image_.Revision();
+        return look;
+    });
+}
+
+void Graphic::MergeImageTo(DIB& canvas, const PixelArea& within) {
     Trap({Module, "MergeImageTo"}, [&] {
-        image_.MergeImageTo(canvas, x_, y_);
+        image_.MergeImageTo(canvas, x_, y_, within);
         shownRevision_ = image_.Revision();
     });
 }
 
-bool Graphic::Hides(const DIB& canvas) {
-    return Trap({Module, "Hides"}, [&] { return image_.Hides(canvas, x_, y_); });
-}
-
-PixelArea Graphic::MergeShadowTo(DIB& shadow) {
-    return Trap({Module, "MergeShadowTo"},
-                [&] { return image_.MergeShadowTo(shadow, x_ + shadowOffsetX_, y_ + shadowOffsetY_); });
+void Graphic::MergeShadowTo(DIB& shadow, const PixelArea& within) {
+    Trap({Module, "MergeShadowTo"},
+         [&] { image_.MergeShadowTo(shadow, x_ + shadowOffsetX_, y_ + shadowOffsetY_, within); });
 }
 
 void Graphic::UnloadClass() {

@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "imaging/DrawnLayer.h"
 #include "imaging/Image.h"
 #include "imaging/LayerHost.h"
 #include "imaging/PictureAccess.h"
@@ -22,7 +23,7 @@ enum class TransferState;
 /// Owned by its `Canvas`, which outlives it, like `access` and the layer's entry in the timing table. Moments
 /// are local day numbers (time/modTime.h), rates and base times seconds, positions pixels from the canvas's
 /// top left corner, colours 0x00BBGGRR. Numbers outside a stated range are moved to its nearer end.
-class Graphic {
+class Graphic final : public DrawnLayer {
 public:
     /// The numbers of `SourceType`.
     enum Source { VideoFeed = 0, PictureFile = 1, Address = 2, PlainBlock = 3, OtherCanvas = 4 };
@@ -49,15 +50,16 @@ public:
     /// The layer has no picture, as its feed or canvas had none when it was asked; now there is one.
     bool SourceArrived() const;
 
-    /// Lays the layer's picture onto `canvas`.
-    void MergeImageTo(DIB& canvas);
+    /// Lays the layer's picture onto all of `canvas`; adds its shadow to `shadow`, a bitmap of the canvas's
+    /// size.
+    void MergeImageTo(DIB& canvas) { MergeImageTo(canvas, canvas.Whole()); }
+    void MergeShadowTo(DIB& shadow) { MergeShadowTo(shadow, shadow.Whole()); }
 
-    /// True when `MergeImageTo` would leave nothing of what `canvas` holds.
-    bool Hides(const DIB& canvas);
+    // DrawnLayer
 
-    /// Adds the layer's shadow to `shadow`, a bitmap of the canvas's size, and returns the area outside of
-    /// which nothing was changed. Nothing without shadow.
-    PixelArea MergeShadowTo(DIB& shadow);
+    LayerLook Look(int canvasHeight) override;
+    void MergeImageTo(DIB& canvas, const PixelArea& within) override;
+    void MergeShadowTo(DIB& shadow, const PixelArea& within) override;
 
     /// The layer's pictures and what they were made of are released.
     void UnloadClass();

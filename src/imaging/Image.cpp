@@ -158,63 +158,75 @@ int Image::KeyColour() const {
     return transparentEnabled_ && !transparentColorTable_.empty() ? transparentColorTable_[0] : NoKeyColour;
 }
 
-void Image::MergeImageTo(DIB& destination, int x, int y) {
+bool Image::Opaque() const {
+    return !IsText() && opacityMode_ == 2 && opacityValue_ == 100 && !transparentEnabled_ && !FinalMap();
+}
+
+bool Image::Drawn() const {
+    if (opacityMode_ == 2 && opacityValue_ == 0) return false;
+    return Rotated().DIBPtr() && !LacksMap();
+}
+
+PixelArea Image::PictureArea(int x, int y, int canvasHeight) const {
+    const int width = Rotated().Width(), height = Rotated().Height();
+    const auto offset = AlignmentOffset(alignment_, width, height);
+    const int left = Clamped(x, Positions) + offset.x;
+    const int first = canvasHeight - height - (Clamped(y, Positions) + offset.y);
+    return {left, left + width, first, first + height};
+}
+
+void Image::MergeImageTo(DIB& destination, int x, int y, const PixelArea& within) {
     const DIB& source = GetFinalizedDIB();
+    if (!destination.DIBPtr() || !Drawn()) return;
+    const PixelArea area = PictureArea(x, y, destination.Height());
+    if (area.Common(within).Empty()) return;
     const DIB* map = FinalMap();
-    const auto offset = AlignmentOffset(alignment_, source.Width(), source.Height());
-    x = Clamped(x, Positions) + offset.x;
-    y = Clamped(y, Positions) + offset.y;
-    const int mode = IsText() ? 3 : opacityMode_;
-    if (opacityMode_ == 2 && opacityValue_ == 0) return;
-    if (Opaque(mode, map) && destination.hDC() && source.hDC()) {
-        destination.hDC()->BitBlt(x, y, source.Width(), source.Height(), *source.hDC(), 0, 0);
-        return;
-    }
-    if (!destination.DIBPtr() || !source.DIBPtr() || LacksMap()) return;
-
-    const int fromBottom = destination.Height() - source.Height() - y;
-    const std::uint8_t* mapPtr = map ? map->DIBPtr() : nullptr;
-    const auto merge = [&](auto&& routine, auto... textColour) {
-        routine(destination.DIBPtr(), destination.Width(), destination.Height(), source.DIBPtr(),
-                source.Width(), source.Height(), x, fromBottom, mode, KeyColour(), To255(opacityValue_),
-                mapPtr, 0, 0, transparentColorTable_.data(), transparentColorCount_,
-                transparentEnabled_ ? -1 : 0, textColour...);
-    };
+    const pixelops::Laid laid = {source.DIBPtr(),
+                                 source.Width(),
+                                 source.Height(),
+                                 IsText() ? 3 : opacityMode_,
+                                 KeyColour(),
+                                 To255(opacityValue_),
+                                 map ? map->DIBPtr() : nullptr,
+                                 transparentColorTable_.data(),
+                                 transparentColorCount_,
+                                 transparentEnabled_ ? -1 : 0};
+    const int left = area.left - within.left, first = area.first - within.first;
     if (IsText()) {
-        merge(MergeText, textColor_);
+        MergeTextOnto(destination.Part(within), laid, left, first, textColor_);
     } else {
-        merge(Merge);
+        MergeOnto(destination.Part(within), laid, left, first);
     }
 }
 
-bool Image::Opaque(int mode, const DIB* map) const {
-    return mode == 2 && opacityValue_ == 100 && !transparentEnabled_ && !map;
+LayerLook Image::Look(int x, int y, int canvasHeight) {
+    GetFinalizedDIB();
+    LayerLook look;
+    if (Drawn()) look.picture = PictureArea(x, y, canvasHeight);
+    look.revision = revision_;
+    look.opaque = Opaque();
+    return look;
 }
 
-bool Image::Hides(const DIB& destination, int x, int y) {
-    const DIB& source = GetFinalizedDIB();
-    if (IsText() || !source.DIBPtr() || !source.hDC() || !destination.hDC()) return false;
-    if (!Opaque(opacityMode_, FinalMap())) return false;
-    const auto offset = AlignmentOffset(alignment_, source.Width(), source.Height());
-    const int left = Clamped(x, Positions) + offset.x, top = Clamped(y, Positions) + offset.y;
-    return left <= 0 && top <= 0 && left + source.Width() >= destination.Width() &&
-           top + source.Height() >= destination.Height();
-}
-
-PixelArea Image::MergeShadowTo(DIB& shadow, int x, int y) {
-    const DIB& source = GetShadowDIB();
-    if (!shadowEnabled_ || !source.DIBPtr() || !shadow.DIBPtr()) return {};
-    const auto offset =
-        AlignmentOffset(alignment_, source.Width() - 2 * ShadowMargin, source.Height() - 2 * ShadowMargin);
+PixelArea Image::ShadowArea(int x, int y, int canvasHeight) {
+    const DIB& shadow = GetShadowDIB();
+    if (!shadowEnabled_ || !shadow.DIBPtr()) return {};
+    const int width = shadow.Width(), height = shadow.Height();
+    const auto offset = AlignmentOffset(alignment_, width - 2 * ShadowMargin, height - 2 * ShadowMargin);
     const int left = Clamped(x, Positions) + offset.x - ShadowMargin;
-    const int top = Clamped(y, Positions) + offset.y - ShadowMargin;
-    const int fromBottom = shadow.Height() - source.Height() - top;
+    const int first = canvasHeight - height - (Clamped(y, Positions) + offset.y - ShadowMargin);
+    return {left, left + width, first, first + height};
+}
+
+void Image::MergeShadowTo(DIB& shadow, int x, int y, const PixelArea& within) {
+    const PixelArea area = ShadowArea(x, y, shadow.Height());
+    if (!shadow.DIBPtr() || area.Common(within).Empty()) return;
     // Black, the shadow's ground, need not be left out: of two densities the larger one stays.
-    Merge(shadow.DIBPtr(), shadow.Width(), shadow.Height(), source.DIBPtr(), source.Width(), source.Height(),
-          left, fromBottom, 0, NoKeyColour, 255, nullptr, 0, 0, nullptr, 0, 0);
-    const Range<int> columns{0, shadow.Width()}, rows{0, shadow.Height()};
-    return {Clamped(left, columns), Clamped(left + source.Width(), columns), Clamped(fromBottom, rows),
-            Clamped(fromBottom + source.Height(), rows)};
+    constexpr int KeepDenser = 0;
+    MergeOnto(shadow.Part(within),
+              {shadow_.DIBPtr(), shadow_.Width(), shadow_.Height(), KeepDenser, NoKeyColour, 255, nullptr,
+               nullptr, 0, 0},
+              area.left - within.left, area.first - within.first);
 }
 
 // --- Properties ---

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "imaging/DIB.h"
+#include "imaging/DrawnLayer.h"
 #include "imaging/PixelArea.h"
 #include "imaging/pixelops/Rotation.h"
 
@@ -135,15 +136,22 @@ public:
 
     // --- Merging; `x`, `y`: where the alignment's anchor lies ---
 
-    /// Lays the final picture onto `destination`.
-    void MergeImageTo(DIB& destination, int x, int y);
+    /// Lays the final picture onto `destination`, or onto that part of it alone.
+    void MergeImageTo(DIB& destination, int x, int y) {
+        MergeImageTo(destination, x, y, destination.Whole());
+    }
+    void MergeImageTo(DIB& destination, int x, int y, const PixelArea& within);
 
-    /// True when `MergeImageTo` would leave nothing of what `destination` holds.
-    bool Hides(const DIB& destination, int x, int y);
+    /// Adds the shadow's density to `shadow`, a bitmap of the canvas's size. Nothing without shadow.
+    void MergeShadowTo(DIB& shadow, int x, int y) { MergeShadowTo(shadow, x, y, shadow.Whole()); }
+    void MergeShadowTo(DIB& shadow, int x, int y, const PixelArea& within);
 
-    /// Adds the shadow's density to `shadow`, a bitmap of the canvas's size. Nothing without shadow. Returns
-    /// the area outside of which nothing was changed.
-    PixelArea MergeShadowTo(DIB& shadow, int x, int y);
+    /// What `MergeImageTo` would show on a canvas of that height, with everything brought up to date; it
+    /// knows no shadow.
+    LayerLook Look(int x, int y, int canvasHeight);
+
+    /// Where `MergeShadowTo` would add to a shadow of that height; empty without shadow.
+    PixelArea ShadowArea(int x, int y, int canvasHeight);
 
     // --- Properties ---
 
@@ -289,7 +297,9 @@ private:
     const DIB& Rotated() const { return rotationActive_ ? rotated_ : Stretched(); }
     const DIB* FinalMap() const;
     bool LacksMap() const;  ///< The mode asks for a map, and neither a file nor a soft edge makes one.
-    bool Opaque(int mode, const DIB* map) const;
+    bool Opaque() const;
+    bool Drawn() const;  ///< There is something to lay down.
+    PixelArea PictureArea(int x, int y, int canvasHeight) const;
 
     bool IsFile() const { return pictureType_ == File || pictureType_ == FetchedFile; }
     bool IsText() const { return pictureType_ == Text; }

@@ -1,7 +1,6 @@
 #include "model/Canvas.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "core/ErrorReport.h"
 #include "core/INI.h"
@@ -10,7 +9,6 @@
 #include "core/Store.h"
 #include "imaging/Graphic.h"
 #include "imaging/Percent.h"
-#include "imaging/pixelops/Tessaloom.h"
 #include "model/CanvasFile.h"
 #include "model/DocumentReader.h"
 #include "model/Portfolio.h"
@@ -31,6 +29,8 @@ constexpr std::string_view Module = "Canvas.cls";
 
 bool IsSlot(int slot) { return slot >= 1 && slot <= LayerTimingTable::Slots; }
 std::size_t Index(int slot) { return static_cast<std::size_t>(slot); }
+std::size_t GraphicPlace(int slot) { return Index(slot - 1); }
+std::size_t TextPlace(int slot) { return Index(Canvas::MaxGraphic + slot - 1); }
 
 std::string_view ReasonOf(ProfileState state) {
     switch (state) {
@@ -257,77 +257,34 @@ void Canvas::Compose() {
     textHighWater_ = MaxText + 1;
     graphicHighWater_ = MaxGraphic;
     picture_.SetWidthHeight(width_, height_);
-    if (!FirstLayerHidesAll()) picture_.Clear(backgroundColor_);
-    for (int pass = 0; pass < Passes; ++pass) {
-        AddTextAndGraphicLayer(pass);
-        passChanged_[Index(pass)] = false;
-    }
+    if (forceRedraw_ || forceReload_) composition_.Invalidate();
+    CollectLayers();
+    composition_.Compose(picture_, Ground(), layers_);
+    passChanged_.fill(false);
     forceRedraw_ = false;
     forceReload_ = false;
     CopyTofrmMain();
 }
 
-/// Whether the background would be seen nowhere, not even through the shadows of the first pass.
-bool Canvas::FirstLayerHidesAll() {
-    for (int pass = 0; pass < Passes; ++pass) {
-        CollectLayers(pass);
-        if (!passGraphics_.empty()) return passGraphics_.front()->Hides(picture_);
-        if (!passTexts_.empty()) return false;
-    }
-    return false;
-}
-
 void Canvas::AddTextAndGraphicLayer(int pass) {
     Trap({Module, "AddTextAndGraphicLayer"}, [&] {
-        if (pass < 0 || pass >= Passes) return;
-        CollectLayers(pass);
-        ComposeShadow(pass);
-        for (tessaloom::Graphic* graphic : passGraphics_) graphic->MergeImageTo(picture_);
-        for (tessaloom::Text* text : passTexts_) text->MergeImageTo(picture_);
+        CollectLayers();
+        composition_.AddPass(picture_, Ground(), layers_, pass);
     });
 }
 
-void Canvas::CollectLayers(int pass) {
-    passTexts_.clear();
-    passGraphics_.clear();
-    const auto collect = [pass](auto& layers, LayerTiming& timing, auto& into) {
-        if (timing.present && timing.scheduleEnabled && layers->Enabled() && layers->Layer() == pass)
-            into.push_back(layers.get());
+void Canvas::CollectLayers() {
+    const auto shown = [](const auto& layer, const LayerTiming& timing) {
+        const bool isShown = timing.present && timing.scheduleEnabled && layer->Enabled();
+        return isShown ? Composition::Shown{layer.get(), layer->Layer()} : Composition::Shown{};
     };
     for (int slot = 1; slot <= MaxGraphic; ++slot)
-        collect(graphics_[Index(slot)], timing_.Graphic(slot), passGraphics_);
-    for (int slot = 1; slot <= MaxText; ++slot) collect(texts_[Index(slot)], timing_.Text(slot), passTexts_);
+        layers_[GraphicPlace(slot)] = shown(graphics_[Index(slot)], timing_.Graphic(slot));
+    for (int slot = 1; slot <= MaxText; ++slot)
+        layers_[TextPlace(slot)] = shown(texts_[Index(slot)], timing_.Text(slot));
 }
 
-/// Clears, and lays onto the picture, only the area in which shadows lie; what is not in shadow would not
-/// change.
-void Canvas::ComposeShadow(int pass) {
-    const auto casts = [](const auto* layer) { return layer->Shadow(); };
-    if (std::ranges::none_of(passGraphics_, casts) && std::ranges::none_of(passTexts_, casts)) return;
-
-    ShadowBitmap& shadow = shadows_[Index(pass)];
-    if (shadow.dib.Width() != width_ || shadow.dib.Height() != height_) shadow.area = {};
-    shadow.dib.SetWidthHeight(width_, height_);
-    if (!shadow.dib.DIBPtr() || !picture_.DIBPtr()) return;
-    const auto at = [](DIB& bitmap, const PixelArea& area, int row) {
-        return bitmap.DIBPtr() + Index(row) * static_cast<std::size_t>(bitmap.Stride()) +
-               Index(area.left) * 3;
-    };
-    for (int row = shadow.area.first; row < shadow.area.end; ++row)
-        std::memset(at(shadow.dib, shadow.area, row), 0, Index(shadow.area.Width()) * 3);
-
-    PixelArea area;
-    for (tessaloom::Graphic* graphic : passGraphics_)
-        if (graphic->Shadow()) area.Include(graphic->MergeShadowTo(shadow.dib));
-    for (tessaloom::Text* text : passTexts_)
-        if (text->Shadow()) area.Include(text->MergeShadowTo(shadow.dib));
-    shadow.area = area;
-
-    constexpr int Darkening = 1, NoKeyColour = 0x1000000;
-    for (int row = area.first; row < area.end; ++row)
-        Merge(at(picture_, area, row), area.Width(), 1, at(shadow.dib, area, row), area.Width(), 1, 0, 0,
-              Darkening, NoKeyColour, To255(shadowIntensity_), nullptr, 0, 0, nullptr, 0, 0);
-}
+Composition::Ground Canvas::Ground() const { return {backgroundColor_, To255(shadowIntensity_)}; }
 
 void Canvas::CopyTofrmMain() {
     Trap({Module, "CopyTofrmMain"}, [&] {
@@ -362,10 +319,7 @@ void Canvas::CanvasUnload() {
         view_.reset();
         videoStreaming_->UnloadClass();
         picture_.UnloadClass();
-        for (ShadowBitmap& shadow : shadows_) {
-            shadow.dib.UnloadClass();
-            shadow.area = {};
-        }
+        composition_.UnloadClass();
         visible_ = false;
         enabled_ = false;
         needSaving_ = false;
@@ -417,6 +371,7 @@ void Canvas::RemoveText(int slot) {
     text->UnloadClass();
     texts_[Index(slot)].reset();
     timing_.Text(slot) = {};
+    composition_.Forget(TextPlace(slot));
     SettingChanged();
 }
 
@@ -427,6 +382,7 @@ void Canvas::RemoveGraphic(int slot) {
     graphic->UnloadClass();
     graphics_[Index(slot)].reset();
     timing_.Graphic(slot) = {};
+    composition_.Forget(GraphicPlace(slot));
     SettingChanged();
 }
 

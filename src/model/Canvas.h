@@ -8,8 +8,8 @@
 
 #include "imaging/DIB.h"
 #include "imaging/LayerHost.h"
-#include "imaging/PixelArea.h"
 #include "model/CanvasView.h"
+#include "model/Composition.h"
 #include "model/DocumentFault.h"
 #include "time/LayerTimingTable.h"
 
@@ -32,7 +32,7 @@ class Canvas final : public LayerHost {
 public:
     static constexpr int MaxText = LayerTimingTable::Slots;
     static constexpr int MaxGraphic = LayerTimingTable::Slots;
-    static constexpr int Passes = 4;
+    static constexpr int Passes = Composition::Passes;
     static constexpr int MaxWidth = 3000;
     static constexpr int MaxHeight = 2000;
 
@@ -60,7 +60,8 @@ public:
     /// The picture of an enabled layer's address is on its way.
     bool SourcesPending() const;
 
-    /// Composes pass `pass` (0 .. 3) onto the canvas bitmap: shadows, then graphics, then texts.
+    /// Composes pass `pass` (0 .. 3) onto what the canvas bitmap holds: shadows, then graphics, then texts.
+    /// (`UpdateImage` composes the passes only where something changed.)
     void AddTextAndGraphicLayer(int pass);
 
     /// Shows the picture in the canvas's window, if it has one.
@@ -107,6 +108,10 @@ public:
 
     /// The composed picture, `Width` x `Height`; without pixels before the first composition.
     const DIB& Picture() const { return picture_; }
+
+    /// The part of it outside of which the last composition changed nothing; empty when it changed nothing
+    /// at all.
+    const PixelArea& ChangedArea() const { return composition_.ChangedArea(); }
     CanvasSaves& Saves() { return *saves_; }
     const CanvasSaves& Saves() const { return *saves_; }
     tessaloom::VideoStreaming& VideoStreaming() { return *videoStreaming_; }
@@ -181,12 +186,6 @@ public:
     void ScheduleStateChanged() override { ForceRedraw(); }
 
 private:
-    /// The collected shadows of one pass: density on black. Only `area` holds any.
-    struct ShadowBitmap {
-        DIB dib;
-        PixelArea area;
-    };
-
     /// A layer with a daily window, to be asked on every tick.
     struct ScheduledLayer {
         LayerTiming& timing;
@@ -203,9 +202,8 @@ private:
     bool UpdateGraphics(double now);
     bool NeedsComposing() const;
     void Compose();
-    void CollectLayers(int pass);
-    void ComposeShadow(int pass);
-    bool FirstLayerHidesAll();
+    void CollectLayers();
+    Composition::Ground Ground() const;
     void NameFeeds();
 
     Portfolio& portfolio_;
@@ -227,7 +225,8 @@ private:
     bool visible_ = false;
 
     DIB picture_;
-    std::array<ShadowBitmap, Passes> shadows_;
+    Composition composition_;
+    Composition::Layers layers_;  ///< Those that are shown, while they are composed.
     std::array<bool, Passes> passChanged_{};
     bool forceRedraw_ = true;
     bool forceReload_ = false;
@@ -239,9 +238,7 @@ private:
     int textHighWater_ = MaxText + 1;
     int graphicHighWater_ = MaxGraphic;
     std::vector<ScheduledLayer> scheduled_;
-    bool scheduledStale_ = true;               ///< A layer or a setting changed since `scheduled_` was made.
-    std::vector<tessaloom::Text*> passTexts_;  ///< Of the pass being composed; kept for their memory.
-    std::vector<tessaloom::Graphic*> passGraphics_;
+    bool scheduledStale_ = true;  ///< A layer or a setting changed since `scheduled_` was made.
 
     std::unique_ptr<CanvasSaves> saves_;
     std::unique_ptr<tessaloom::VideoStreaming> videoStreaming_;

@@ -116,16 +116,24 @@ void Text::SetUpImage() {
     image_.SetAlignment(alignment_);
 }
 
-void Text::MergeImageTo(DIB& canvas) {
-    Trap({Module, "MergeImageTo"}, [&] {
-        if (!blank_) image_.MergeImageTo(canvas, x_, y_);
+LayerLook Text::Look(int canvasHeight) {
+    return Trap({Module, "Look"}, [&] {
+        if (blank_) return LayerLook();
+        LayerLook look = image_.Look(x_, y_, canvasHeight);
+        if (shadow_) look.shadow = image_.ShadowArea(x_ + shadowOffsetX_, y_ + shadowOffsetY_, canvasHeight);
+        return look;
     });
 }
 
-PixelArea Text::MergeShadowTo(DIB& shadow) {
-    return Trap({Module, "MergeShadowTo"}, [&] {
-        if (blank_) return PixelArea();
-        return image_.MergeShadowTo(shadow, x_ + shadowOffsetX_, y_ + shadowOffsetY_);
+void Text::MergeImageTo(DIB& canvas, const PixelArea& within) {
+    Trap({Module, "MergeImageTo"}, [&] {
+        if (!blank_) image_.MergeImageTo(canvas, x_, y_, within);
+    });
+}
+
+void Text::MergeShadowTo(DIB& shadow, const PixelArea& within) {
+    Trap({Module, "MergeShadowTo"}, [&] {
+        if (!blank_) image_.MergeShadowTo(shadow, x_ + shadowOffsetX_, y_ + shadowOffsetY_, within);
     });
 }
 

@@ -2,6 +2,7 @@
 
 #include "core/Store.h"
 #include "imaging/DIB.h"
+#include "imaging/DrawnLayer.h"
 #include "imaging/Image.h"
 #include "imaging/LayerHost.h"
 #include "imaging/PixelArea.h"
@@ -21,7 +22,7 @@ class TagSource;
 /// Owned by its `Canvas`, which drives it through `ProcessText`, `SetNextTime`, `UpdateImage` and the merges.
 /// Moments are local day numbers (time/modTime.h), rates are seconds, positions are pixels from the canvas's
 /// top left corner. Setters clamp silently; one that changes a value makes the layer due and changed.
-class Text {
+class Text final : public DrawnLayer {
 public:
     /// The text is drawn for a device of this many dots per inch.
     static constexpr int DotsPerInch = 96;
@@ -51,10 +52,15 @@ public:
     /// Clears the changed and the force flag.
     void UpdateImage();
 
-    /// Lays the text, or its shadow, onto a bitmap of the canvas's size at the aligned position. A shadow
-    /// changes nothing outside of the rows returned.
-    void MergeImageTo(DIB& canvas);
-    PixelArea MergeShadowTo(DIB& shadow);
+    /// Lays the text, or its shadow, onto all of a bitmap of the canvas's size at the aligned position.
+    void MergeImageTo(DIB& canvas) { MergeImageTo(canvas, canvas.Whole()); }
+    void MergeShadowTo(DIB& shadow) { MergeShadowTo(shadow, shadow.Whole()); }
+
+    // DrawnLayer
+
+    LayerLook Look(int canvasHeight) override;
+    void MergeImageTo(DIB& canvas, const PixelArea& within) override;
+    void MergeShadowTo(DIB& shadow, const PixelArea& within) override;
 
     /// The final picture's size; 0 while there is nothing to draw.
     int Width() { return blank_ ? 0 : image_.FinalWidth(); }

@@ -3,11 +3,12 @@
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/Coverage.h"
 #include "imaging/pixelops/MergeRows.h"
+#include "imaging/pixelops/Target.h"
 #include "imaging/pixelops/Tessaloom.h"
 
-namespace {
-
 using namespace tessaloom::pixelops;
+
+namespace {
 
 constexpr int Mapped = 3;
 
@@ -65,10 +66,9 @@ void MergeRow(const Layer& layer, const Row& row, const Coverage& coverage) {
     }
 }
 
-void MergeLayer(std::uint8_t* dest, int destWidth, int destHeight, const Layer& layer, int x, int y,
-                const Coverage& coverage) {
-    if (!dest || destWidth < 1 || destHeight < 1 || coverage.opacity == 0) return;
-    const Overlap area = Clip(destWidth, destHeight, layer.width, layer.height, x, y);
+void MergeLayer(const Target& target, const Layer& layer, int x, int y, const Coverage& coverage) {
+    if (!target.bits || target.width < 1 || target.height < 1 || coverage.opacity == 0) return;
+    const Overlap area = Clip(target.width, target.height, layer.width, layer.height, x, y);
     if (area.width < 1) return;
     const bool whole = layer.laying == Laying::Blend && coverage.opacity == 255 && !layer.map;
     const ColourRange* const hidden = whole ? coverage.OnlyHidden() : nullptr;
@@ -78,7 +78,8 @@ void MergeLayer(std::uint8_t* dest, int destWidth, int destHeight, const Layer& 
             return bits ? RowAt(bits, layer.width, area.sourceY + row) + area.sourceX * std::ptrdiff_t{3}
                         : nullptr;
         };
-        std::uint8_t* const to = RowAt(dest, destWidth, area.destY + row) + area.destX * std::ptrdiff_t{3};
+        std::uint8_t* const to =
+            target.bits + (area.destY + row) * target.rowBytes + area.destX * std::ptrdiff_t{3};
         const std::uint8_t* const source = at(layer.source);
         if (whole && !coverage.Selective())
             std::memmove(to, source, static_cast<std::size_t>(bytes));
@@ -92,15 +93,38 @@ void MergeLayer(std::uint8_t* dest, int destWidth, int destHeight, const Layer& 
 
 }  // namespace
 
+void tessaloom::pixelops::MergeOnto(const Target& target, const Laid& laid, int x, int y) {
+    if (!laid.source || (laid.opacityMode == Mapped && !laid.map)) return;
+    const Coverage coverage(laid.keyColour, laid.opacity, laid.colourTable, laid.colourCount,
+                            laid.transparentEnabled);
+    MergeLayer(target, {laid.source, laid.width, laid.height, laid.map, nullptr, LayingOf(laid.opacityMode)},
+               x, y, coverage);
+}
+
+void tessaloom::pixelops::MergeTextOnto(const Target& target, const Laid& laid, int x, int y,
+                                        int textColour) {
+    const std::uint8_t* map = laid.map ? laid.map : laid.source;
+    if (!map || (laid.opacityMode == Mapped && !laid.map)) return;
+    const Coverage coverage(laid.keyColour, laid.opacity, laid.colourTable, laid.colourCount,
+                            laid.transparentEnabled);
+    std::uint8_t colour[PieceBytes];
+    for (int i = 0; i < PieceBytes; i += 3) {
+        colour[i] = static_cast<std::uint8_t>(Blue(textColour));
+        colour[i + 1] = static_cast<std::uint8_t>(Green(textColour));
+        colour[i + 2] = static_cast<std::uint8_t>(Red(textColour));
+    }
+    MergeLayer(target, {laid.source, laid.width, laid.height, map, colour, LayingOf(laid.opacityMode)}, x, y,
+               coverage);
+}
+
 int Merge(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* SourcePtr, int SourceWidth,
           int SourceHeight, int X, int Y, int OpacityMode, int KeyColour, int Opacity255,
           const uint8_t* OpacityMapPtr, int, int, const int* ColourTablePtr, int ColourCount,
           int TransparentEnabled) {
-    if (!SourcePtr || (OpacityMode == Mapped && !OpacityMapPtr)) return 0;
-    const Coverage coverage(KeyColour, Opacity255, ColourTablePtr, ColourCount, TransparentEnabled);
-    MergeLayer(DestPtr, DestWidth, DestHeight,
-               {SourcePtr, SourceWidth, SourceHeight, OpacityMapPtr, nullptr, LayingOf(OpacityMode)}, X, Y,
-               coverage);
+    MergeOnto({DestPtr, DestWidth, DestHeight, RowBytes(DestWidth)},
+              {SourcePtr, SourceWidth, SourceHeight, OpacityMode, KeyColour, Opacity255, OpacityMapPtr,
+               ColourTablePtr, ColourCount, TransparentEnabled},
+              X, Y);
     return 0;
 }
 
@@ -108,16 +132,9 @@ int MergeText(uint8_t* DestPtr, int DestWidth, int DestHeight, const uint8_t* So
               int SourceHeight, int X, int Y, int OpacityMode, int KeyColour, int Opacity255,
               const uint8_t* OpacityMapPtr, int, int, const int* ColourTablePtr, int ColourCount,
               int TransparentEnabled, int TextColour) {
-    const std::uint8_t* map = OpacityMapPtr ? OpacityMapPtr : SourcePtr;
-    if (!map || (OpacityMode == Mapped && !OpacityMapPtr)) return 0;
-    const Coverage coverage(KeyColour, Opacity255, ColourTablePtr, ColourCount, TransparentEnabled);
-    std::uint8_t colour[PieceBytes];
-    for (int i = 0; i < PieceBytes; i += 3) {
-        colour[i] = static_cast<std::uint8_t>(Blue(TextColour));
-        colour[i + 1] = static_cast<std::uint8_t>(Green(TextColour));
-        colour[i + 2] = static_cast<std::uint8_t>(Red(TextColour));
-    }
-    MergeLayer(DestPtr, DestWidth, DestHeight,
-               {SourcePtr, SourceWidth, SourceHeight, map, colour, LayingOf(OpacityMode)}, X, Y, coverage);
+    MergeTextOnto({DestPtr, DestWidth, DestHeight, RowBytes(DestWidth)},
+                  {SourcePtr, SourceWidth, SourceHeight, OpacityMode, KeyColour, Opacity255, OpacityMapPtr,
+                   ColourTablePtr, ColourCount, TransparentEnabled},
+                  X, Y, TextColour);
     return 0;
 }
