@@ -1,0 +1,167 @@
+#include "ui/canvas/LayerCommands.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <algorithm>
+#include <utility>
+
+#include "model/Canvas.h"
+#include "model/edit/History.h"
+#include "model/edit/Layers.h"
+#include "ui/shared/Workspace.h"
+
+namespace tessaloom {
+
+namespace {
+
+constexpr const char* LayersFormat = "application/x-tessaloom-layers";
+constexpr int PasteOffset = 10;  ///< Pixels.
+
+bool Contains(const std::vector<LayerId>& layers, LayerId layer) { return std::ranges::count(layers, layer); }
+
+/// Layers exchange their names when their order changes: gives `selection` those that its layers have in
+/// `after`, when `moved` was taken out of the order `before` and is now called `renamed`.
+void Rename(std::vector<LayerId>& selection, std::vector<LayerId> before, LayerId moved, LayerId renamed,
+            const std::vector<LayerId>& after) {
+    const auto place = std::ranges::find(after, renamed) - after.begin();
+    std::erase(before, moved);
+    if (before.size() + 1 != after.size()) return;
+    before.insert(before.begin() + place, moved);
+    for (LayerId& layer : selection) {
+        const auto found = std::ranges::find(before, layer);
+        if (found != before.end()) layer = after[static_cast<std::size_t>(found - before.begin())];
+    }
+}
+
+}  // namespace
+
+Canvas* LayerCommands::TheCanvas() const { return workspace_.CanvasAt(slot_); }
+
+std::vector<LayerId> LayerCommands::Selection() const {
+    if (!TheCanvas() || workspace_.ActiveSlot() != slot_) return {};
+    return workspace_.Selection();
+}
+
+void LayerCommands::Copy() {
+    const std::vector<LayerId> selection = Selection();
+    if (selection.empty()) return;
+    pasted_ = Layers::Copy(*TheCanvas(), selection);
+    pastings_ = 1;
+    auto* data = new QMimeData;
+    data->setData(LayersFormat, QByteArray::fromStdString(pasted_));
+    data->setText(QString::fromStdString(pasted_));
+    QGuiApplication::clipboard()->setMimeData(data);
+}
+
+void LayerCommands::Cut() {
+    Copy();
+    pastings_ = 0;
+    Remove("Cut");
+}
+
+void LayerCommands::Remove(std::string_view step) {
+    const std::vector<LayerId> selection = Selection();
+    if (selection.empty()) return;
+    {
+        const HistoryStep recorded(workspace_.HistoryOf(slot_), step);
+        Layers::Remove(*TheCanvas(), selection);
+    }
+    workspace_.Select({});
+}
+
+void LayerCommands::Duplicate() {
+    const std::vector<LayerId> selection = Selection();
+    if (selection.empty()) return;
+    std::vector<LayerId> copies;
+    {
+        const HistoryStep recorded(workspace_.HistoryOf(slot_), "Duplicate");
+        copies = Layers::Duplicate(*TheCanvas(), selection, PasteOffset);
+    }
+    if (!copies.empty()) workspace_.Select(std::move(copies));
+}
+
+bool LayerCommands::Paste(const QMimeData& data) {
+    if (!TheCanvas()) return false;
+    const std::string text =
+        data.hasFormat(LayersFormat) ? data.data(LayersFormat).toStdString() : data.text().toStdString();
+    if (text.empty()) return false;
+    if (text != pasted_) pastings_ = 0;
+    std::vector<LayerId> layers;
+    {
+        const HistoryStep recorded(workspace_.HistoryOf(slot_), "Paste");
+        layers = Layers::Paste(*TheCanvas(), text, PasteOffset * pastings_);
+    }
+    if (layers.empty()) return false;
+    pasted_ = text;
+    ++pastings_;
+    workspace_.Activate(slot_);
+    workspace_.Select(std::move(layers));
+    return true;
+}
+
+void LayerCommands::SelectAll() {
+    const Canvas* canvas = TheCanvas();
+    if (!canvas) return;
+    std::vector<LayerId> layers = Layers::InDrawingOrder(*canvas);
+    std::erase_if(layers, [&](LayerId layer) { return !Layers::Enabled(*canvas, layer); });
+    workspace_.Activate(slot_);
+    workspace_.Select(std::move(layers));
+}
+
+bool LayerCommands::SelectNext(bool forward) {
+    const Canvas* canvas = TheCanvas();
+    if (!canvas) return false;
+    std::vector<LayerId> layers = Layers::InDrawingOrder(*canvas);
+    std::erase_if(layers, [&](LayerId layer) { return !Layers::Enabled(*canvas, layer); });
+    if (forward) std::ranges::reverse(layers);
+    const std::vector<LayerId> selection = Selection();
+    auto next = layers.begin();
+    if (!selection.empty()) {
+        next = std::ranges::find(layers, selection.back());
+        if (next != layers.end()) ++next;
+    }
+    if (next == layers.end()) return false;
+    workspace_.Activate(slot_);
+    workspace_.Select({*next});
+    return true;
+}
+
+void LayerCommands::Reorder(std::string_view step, Reordering reorder, bool topmostFirst) {
+    std::vector<LayerId> selection = Selection();
+    if (selection.empty()) return;
+    Canvas& canvas = *TheCanvas();
+    {
+        const HistoryStep recorded(workspace_.HistoryOf(slot_), step);
+        // By places in the order of drawing, as the names change under way.
+        std::vector<LayerId> todo = Layers::InDrawingOrder(canvas);
+        std::erase_if(todo, [&](LayerId layer) { return !Contains(selection, layer); });
+        if (topmostFirst) std::ranges::reverse(todo);
+        for (std::size_t i = 0; i < todo.size(); ++i) {
+            const std::vector<LayerId> before = Layers::InDrawingOrder(canvas);
+            const LayerId moved = todo[i];
+            const LayerId renamed = reorder(canvas, moved);
+            const std::vector<LayerId> after = Layers::InDrawingOrder(canvas);
+            Rename(selection, before, moved, renamed, after);
+            Rename(todo, before, moved, renamed, after);
+        }
+    }
+    workspace_.Select(std::move(selection));
+}
+
+void LayerCommands::Raise() { Reorder("Raise", &Layers::Raise, true); }
+void LayerCommands::Lower() { Reorder("Lower", &Layers::Lower, false); }
+void LayerCommands::ToFront() { Reorder("Bring to front", &Layers::ToFront, false); }
+void LayerCommands::ToBack() { Reorder("Send to back", &Layers::ToBack, true); }
+
+void LayerCommands::Nudge(int dx, int dy) {
+    const std::vector<LayerId> selection = Selection();
+    if (selection.empty()) return;
+    std::string key = "Nudge";
+    for (const LayerId layer : selection)
+        key.append(layer.kind == LayerId::Kind::Text ? " T" : " G").append(std::to_string(layer.slot));
+    const HistoryStep recorded(workspace_.HistoryOf(slot_), "Move", key);
+    Layers::Move(*TheCanvas(), selection, dx, dy);
+}
+
+}  // namespace tessaloom
