@@ -8,6 +8,7 @@
 
 namespace tessaloom {
 
+class PropertyGroup;
 class Workspace;
 
 /// The editors of a set of properties, made from its descriptions: label, editor, unit, and a button that
@@ -42,8 +43,19 @@ Q_SIGNALS:
     /// A property was set here.
     void Changed(const QString& name);
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 private:
     struct Parts;
+
+    void Clear();
+    void ShowEmpty(const QString& text);
+    void Build();
+    PropertyGroup* AddGroup(const QString& heading, std::size_t firstRow);
+    void ConnectRow(std::size_t row);
+    void FocusMoved(QWidget* from, QWidget* to);
+
     std::unique_ptr<Parts> parts_;
 };
 

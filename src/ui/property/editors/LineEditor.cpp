@@ -1,34 +1,24 @@
 #include <QHBoxLayout>
-#include <QLineEdit>
 
-#include "ui/property/editors/Editors.h"
+#include "ui/property/editors/Parts.h"
+#include "ui/property/editors/TypedEditor.h"
 
 namespace tessaloom::Editors {
 
 namespace {
 
-/// One line of text, taken when Enter is pressed or the focus leaves.
-class LineEditor final : public PropertyEditor {
+/// One line of text, or a web address.
+class LineEditor final : public TypedEditor {
 public:
-    explicit LineEditor(const Subject& subject) : PropertyEditor(subject.parent), line_(new QLineEdit) {
-        auto* layout = new QHBoxLayout(this);
-        layout->setContentsMargins({});
-        layout->addWidget(line_);
-        setFocusProxy(line_);
-        connect(line_, &QLineEdit::editingFinished, this, [this] { LineEditor::Finish(); });
+    explicit LineEditor(const Subject& subject) : TypedEditor(subject) {
+        auto* line = new QLineEdit;
+        if (subject.Description().kind == PropertyKind::Address) {
+            line->setPlaceholderText("http://");
+            line->setInputMethodHints(Qt::ImhUrlCharactersOnly);
+        }
+        SetLine(line);
+        LayParts(this, line);
     }
-
-    void Show(const std::string& text) override { line_->setText(QString::fromStdString(text)); }
-    bool Busy() const override { return line_->isModified(); }
-
-    void Finish() override {
-        if (!line_->isModified()) return;
-        line_->setModified(false);
-        Q_EMIT Entered(line_->text().toStdString());
-    }
-
-private:
-    QLineEdit* line_;
 };
 
 }  // namespace

@@ -1,0 +1,84 @@
+#include <QColorDialog>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QToolButton>
+
+#include "model/KeyKinds.h"
+#include "ui/property/editors/Parts.h"
+#include "ui/property/editors/TypedEditor.h"
+
+namespace tessaloom::Editors {
+
+namespace {
+
+QColor ColourOf(const std::string& text) {
+    int value = 0;
+    Colour::Parse(text, value);
+    return QColor(value & 0xFF, value >> 8 & 0xFF, value >> 16 & 0xFF);
+}
+
+std::string TextOf(const QColor& colour) {
+    return Colour::Write(colour.blue() << 16 | colour.green() << 8 | colour.red());
+}
+
+/// A colour: a swatch that opens the chooser, and its components as the web writes them.
+class ColourEditor final : public TypedEditor {
+public:
+    explicit ColourEditor(const Subject& subject)
+        : TypedEditor(subject), swatch_(OpenButton({}, "swatch", "Choose a colour")) {
+        auto* line = new QLineEdit;
+        line->setMaximumWidth(line->fontMetrics().horizontalAdvance("#MMMMMM") + fontMetrics().height());
+        SetLine(line);
+        auto* layout = LayParts(this, line);
+        layout->insertWidget(0, swatch_);
+        layout->addStretch();
+        swatch_->setToolButtonStyle(Qt::ToolButtonIconOnly);
+        connect(swatch_, &QToolButton::clicked, this, [this] { Choose(); });
+    }
+
+protected:
+    QString Display(const std::string& text) const override { return ColourOf(text).name().toUpper(); }
+
+    Reading Read(const QString& typed) const override {
+        QString text = typed.trimmed();
+        if (text.size() == 6 && QColor::isValidColor('#' + text)) text.prepend('#');
+        const bool complete = !text.startsWith('#') || text.size() == 7 || text.size() == 4;
+        if (!complete || !QColor::isValidColor(text))
+            return {std::nullopt, "Must be a colour such as #FF8800."};
+        return {TextOf(QColor(text)), {}};
+    }
+
+    void ValueShown(const std::string& text) override {
+        const QSize size(fontMetrics().height() * 2, fontMetrics().height());
+        QPixmap picture(size * devicePixelRatioF());
+        picture.setDevicePixelRatio(devicePixelRatioF());
+        picture.fill(ColourOf(text));
+        QPainter painter(&picture);
+        painter.setPen(palette().color(QPalette::Mid));
+        painter.drawRect(QRectF({}, size).adjusted(0, 0, -1, -1));
+        painter.end();
+        swatch_->setIconSize(size);
+        swatch_->setIcon(picture);
+    }
+
+private:
+    /// The colour follows the chooser and goes back when it is cancelled.
+    void Choose() {
+        const std::string before = Stored();
+        auto* chooser = new QColorDialog(ColourOf(before), this);
+        chooser->setAttribute(Qt::WA_DeleteOnClose);
+        chooser->setWindowTitle(Words(subject_.Description().label).remove('&'));
+        connect(chooser, &QColorDialog::currentColorChanged, this,
+                [this](const QColor& colour) { Take(TextOf(colour)); });
+        connect(chooser, &QDialog::rejected, this, [this, before] { Take(before); });
+        chooser->open();
+    }
+
+    QToolButton* swatch_;
+};
+
+}  // namespace
+
+PropertyEditor* MakeColour(const Subject& subject) { return new ColourEditor(subject); }
+
+}  // namespace tessaloom::Editors

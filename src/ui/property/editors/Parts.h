@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <string_view>
+
+class QHBoxLayout;
+class QToolButton;
+class QWidget;
+
+namespace tessaloom::Editors {
+
+/// UTF-8 of the engine as the toolkit has it.
+QString Words(std::string_view text);
+
+/// The wheel turns the form unless `widget` has the focus, so that no value changes by the way.
+void GuardWheel(QWidget* widget);
+
+/// The row of an editor's parts: no margins of its own. `focus` gets the focus for the editor.
+QHBoxLayout* LayParts(QWidget* editor, QWidget* focus);
+
+/// A small button with a text, for what opens a window.
+QToolButton* OpenButton(const QString& text, const QString& name, const QString& tip);
+
+}  // namespace tessaloom::Editors

@@ -1,0 +1,69 @@
+#include "ui/property/editors/TypedEditor.h"
+
+#include <QKeyEvent>
+
+namespace tessaloom::Editors {
+
+TypedEditor::TypedEditor(const Subject& subject) : PropertyEditor(subject.parent), subject_(subject) {}
+
+void TypedEditor::SetLine(QLineEdit* line) {
+    line_ = line;
+    line_->installEventFilter(this);
+    connect(line_, &QLineEdit::textEdited, this, &TypedEditor::Typed);
+    connect(line_, &QLineEdit::editingFinished, this, [this] { Finish(); });
+}
+
+void TypedEditor::Show(const std::string& text) {
+    typing_ = false;
+    stored_ = text;
+    const QString display = Display(text);
+    if (line_->text() != display) line_->setText(display);
+    if (!line_->hasFocus()) line_->setCursorPosition(0);
+    ValueShown(text);
+}
+
+void TypedEditor::Typed(const QString& text) {
+    if (!typing_) before_ = stored_;
+    typing_ = true;
+    const Reading reading = Read(text);
+    if (TakesAtOnce() && reading.value && reading.objection.isEmpty() && *reading.value != stored_) {
+        stored_ = *reading.value;
+        ValueShown(stored_);
+        Q_EMIT Entered(stored_);
+    }
+    Q_EMIT Wrong(reading.objection);
+}
+
+void TypedEditor::Finish() {
+    if (!typing_) return;
+    const Reading reading = Read(line_->text());
+    if (reading.value)
+        Take(*reading.value);
+    else
+        Q_EMIT Wrong(reading.objection);
+}
+
+void TypedEditor::Take(const std::string& text) {
+    Show(text);
+    Q_EMIT Wrong({});
+    Q_EMIT Entered(text);
+}
+
+void TypedEditor::Revert() {
+    const bool entered = stored_ != before_;
+    Show(before_);
+    Q_EMIT Wrong({});
+    if (entered) Q_EMIT Entered(before_);
+}
+
+bool TypedEditor::eventFilter(QObject* object, QEvent* event) {
+    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (typing_ && key && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+        event->accept();
+        if (event->type() == QEvent::KeyPress) Revert();
+        return true;
+    }
+    return PropertyEditor::eventFilter(object, event);
+}
+
+}  // namespace tessaloom::Editors
