@@ -1,21 +1,18 @@
 #include "app/Services.h"
 
-#include <utility>
-
 #include "core/Log.h"
 #include "platform/qt/QtUserLocale.h"
 #include "time/modTime.h"
 
 namespace tessaloom {
 
-Services::Services(std::function<void()> quit)
+Services::Services(Dialogs& dialogs, MainWindow& mainWindow)
     : profile_(fileSystem_, [](const std::string& message) { Log(LogLevel::Error, message); }),
       locale_(QtUserLocale()),
-      mainWindow_(std::move(quit)),
       cameras_([] { return std::make_unique<TurboJpegCodec>(); }),
       captureDrivers_(cameras_, streams_, [](const std::string& message) { Log(LogLevel::Notice, message); }),
-      platform_{fileSystem_, profile_, locale_,     systemTime_, fonts_,        pictureLoader_, jpegCodec_,
-                dialogs_,    desktop_, mainWindow_, timer_,      urlTransfers_, sockets_},
+      platform_{fileSystem_, profile_, locale_,    systemTime_, fonts_,        pictureLoader_, jpegCodec_,
+                dialogs,     desktop_, mainWindow, timer_,      urlTransfers_, sockets_},
       socketNotifier_(sockets_.Number(), QSocketNotifier::Read) {
     QObject::connect(&socketNotifier_, &QSocketNotifier::activated, [this] { sockets_.Dispatch(); });
     platform_.ftpClients = &ftpClients_;

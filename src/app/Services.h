@@ -2,8 +2,6 @@
 
 #include <QSocketNotifier>
 
-#include "app/HeadlessDialogs.h"
-#include "app/HeadlessMainWindow.h"
 #include "app/SessionDesktop.h"
 #include "platform/Platform.h"
 #include "platform/UserLocale.h"
@@ -23,11 +21,11 @@
 
 namespace tessaloom {
 
-/// The platform as a server without windows has it. Needs the application object.
+/// The platform, with the given front end before it. Needs the application object.
 class Services {
 public:
-    /// quit: called when the main window is unloaded.
-    explicit Services(std::function<void()> quit);
+    /// Both outlive this object.
+    Services(Dialogs& dialogs, MainWindow& mainWindow);
     ~Services();
     Services(const Services&) = delete;
     Services& operator=(const Services&) = delete;
@@ -42,9 +40,7 @@ private:
     FreeTypeFonts fonts_;
     QtPictureLoader pictureLoader_;
     TurboJpegCodec jpegCodec_;
-    HeadlessDialogs dialogs_;
     SessionDesktop desktop_;
-    HeadlessMainWindow mainWindow_;
     QtTimer timer_;
     CurlTransfers urlTransfers_;
     CurlFtpClients ftpClients_;

@@ -1,15 +1,18 @@
 #include <unistd.h>
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
+#include <memory>
 #include <span>
 #include <variant>
 
 #include "app/CommandLine.h"
 #include "app/Commands.h"
+#include "app/HeadlessDialogs.h"
+#include "app/HeadlessMainWindow.h"
 #include "app/LineLog.h"
 #include "app/ScriptServices.h"
 #include "app/Services.h"
@@ -19,6 +22,8 @@
 #include "core/RunFlags.h"
 #include "core/Version.h"
 #include "core/main/modMain.h"
+#include "ui/DesktopApplication.h"
+#include "ui/DesktopFrontEnd.h"
 
 namespace tessaloom {
 namespace {
@@ -63,10 +68,11 @@ std::string FullPath(const FileSystem& files, const std::string& path) {
     return full ? path : JoinPath(files.CurrentFolder(), path);
 }
 
-int Run(QCoreApplication& application, Platform& platform, const CommandLine& line) {
+int Run(Platform& platform, CanvasViewFactory views, const CommandLine& line) {
     ScriptServices scripts(platform);
     modMain::StartOptions options;
     options.scripts = &scripts.Engine();
+    options.views = std::move(views);
     if (!line.portfolio.empty()) {
         if (!Usable(platform, line.portfolio)) return ExitStatus::UnusableDocument;
         options.portfolio = FullPath(platform.fileSystem, line.portfolio);
@@ -81,10 +87,10 @@ int Run(QCoreApplication& application, Platform& platform, const CommandLine& li
         .force = [] { modMain::ForceEverything(); },
     });
     if (!modMain::Main(platform, options)) return Flags().quitDuringStartup ? 0 : ExitStatus::Failure;
-    return application.exec();
+    return QCoreApplication::exec();
 }
 
-int Act(QCoreApplication& application, Platform& platform, const CommandLine& line) {
+int Act(Platform& platform, const CommandLine& line) {
     switch (line.action) {
         case CommandLine::Action::Render:
             return RenderCanvas(platform, line.canvas, line.out);
@@ -93,8 +99,41 @@ int Act(QCoreApplication& application, Platform& platform, const CommandLine& li
         case CommandLine::Action::ListDevices:
             return ListDevices(platform);
         default:
-            return Run(application, platform, line);
+            return Run(platform, {}, line);
     }
+}
+
+/// The program as a server: without windows.
+int ActHeadless(const CommandLine& line) {
+    HeadlessDialogs dialogs;
+    HeadlessMainWindow mainWindow([] { QCoreApplication::exit(); });
+    Services services(dialogs, mainWindow);
+    return Act(services.All(), line);
+}
+
+int RunOnDesktop(const CommandLine& line) {
+    DesktopFrontEnd desktop([] { QCoreApplication::exit(); });
+    Services services(desktop.Dialogs(), desktop.MainWindow());
+    desktop.Connect(services.All());
+    return Run(services.All(), desktop.Views(), line);
+}
+
+/// The application object, for a display where the program is to run on one.
+std::unique_ptr<QGuiApplication> MakeApplication(const CommandLine& line, int& argc, char** argv) {
+    if (line.action == CommandLine::Action::Run && !line.headless) {
+        if (DesktopApplication::PrepareDisplay()) return std::make_unique<DesktopApplication>(argc, argv);
+        Log(LogLevel::Notice, "There is no display: running without windows");
+    }
+    // Vector pictures draw their texts with the toolkit's fonts, which a program without windows has only so.
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    return std::make_unique<QGuiApplication>(argc, argv);
+}
+
+bool OnDesktop(const QGuiApplication& application) {
+    if (!qobject_cast<const DesktopApplication*>(&application)) return false;
+    if (DesktopApplication::HasDisplay()) return true;
+    Log(LogLevel::Notice, "The display cannot be reached: running without windows");
+    return false;
 }
 
 int Main(int argc, char** argv) {
@@ -119,14 +158,10 @@ int Main(int argc, char** argv) {
     SetLogSink([&log](LogLevel level, std::string_view text) { log.Write(level, text); });
     SetErrorReporter(LogReport);
     qInstallMessageHandler(LogToolkitMessage);
-    // Vector pictures draw their texts with the toolkit's fonts, which a program without windows has only so.
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication application(argc, argv);
+    const std::unique_ptr<QGuiApplication> application = MakeApplication(line, argc, argv);
     int status = ExitStatus::Failure;
-    Trap({"modMain.bas", "Main"}, [&] {
-        Services services([] { QCoreApplication::quit(); });
-        status = Act(application, services.All(), line);
-    });
+    Trap({"modMain.bas", "Main"},
+         [&] { status = OnDesktop(*application) ? RunOnDesktop(line) : ActHeadless(line); });
     qInstallMessageHandler(nullptr);
     SetErrorReporter({});
     SetLogSink({});

@@ -18,6 +18,7 @@ struct FileDialog {
     std::string filter;            ///< Description and pattern, parted by "|": "Portfolios (*.por)|*.por".
     std::string defaultExtension;  ///< With its dot: ".por". Added to a name that has none.
     std::string defaultName;       ///< Only for saving.
+    bool confirmOverwrite = true;  ///< Only for saving: the dialog asks before a file that exists is chosen.
 };
 
 /// Everything the program says to, or asks of, the person before it.

@@ -169,12 +169,18 @@ void PortfolioOpen() {
     Command("PortfolioOpen", [](Program& program) {
         if (ScriptRuns(program)) return;
         const auto file = program.platform.dialogs.OpenFile({"Portfolio Open", PortfolioFilter, ".por", ""});
-        if (!file || file->empty() || !SaveOpenPortfolio(program)) return;
+        if (file && !file->empty()) PortfolioOpenFile(*file);
+    });
+}
+
+void PortfolioOpenFile(const std::string& file) {
+    Command("PortfolioOpen", [&](Program& program) {
+        if (ScriptRuns(program) || !SaveOpenPortfolio(program)) return;
         ReleasePortfolio(program);
         tessaloom::Portfolio& portfolio = MakePortfolio(program);
-        portfolio.SetFileName(*file);
+        portfolio.SetFileName(file);
         portfolio.LoadFile();
-        Setup().lastPortfolio = *file;
+        Setup().lastPortfolio = file;
         program.platform.mainWindow.EnablePortfolioCommands(true);
     });
 }
@@ -271,7 +277,7 @@ bool CanvasSaveAsProc(int slot) {
     return PortfolioCommand("CanvasSaveAsProc", [&](Program& program, tessaloom::Portfolio& portfolio) {
         if (!IsInUse(portfolio, slot)) return false;
         Dialogs& dialogs = program.platform.dialogs;
-        const auto file = dialogs.SaveFile({"Canvas Save As", CanvasFilter, ".can", "NewCanvas"});
+        const auto file = dialogs.SaveFile({"Canvas Save As", CanvasFilter, ".can", "NewCanvas", false});
         if (!file || file->empty()) {
             NoFileSelected(program);
             return false;

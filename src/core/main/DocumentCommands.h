@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 /// The document commands of the File menu. Each ends quietly on an unexpected error, which is reported.
 ///
 /// Commands that need a portfolio do nothing while none is open.
@@ -7,6 +9,9 @@ namespace tessaloom::modMain {
 
 void PortfolioNew();
 void PortfolioOpen();
+
+/// The same for a file that is chosen already: its full path.
+void PortfolioOpenFile(const std::string& file);
 
 /// The saving commands are true when everything was written; false also when the person called it off.
 bool PortfolioSave();

@@ -1,0 +1,154 @@
+#include "ui/CanvasWindow.h"
+
+#include <QAction>
+#include <QCloseEvent>
+#include <QContextMenuEvent>
+#include <QMdiArea>
+#include <QScopedValueRollback>
+#include <QScrollArea>
+
+#include "model/Canvas.h"
+#include "platform/MainWindow.h"
+#include "ui/CanvasKind.h"
+#include "ui/Twips.h"
+#include "ui/canvas/CanvasEditor.h"
+#include "ui/shared/Workspace.h"
+
+namespace tessaloom {
+
+namespace {
+
+/// What a new window may take of the frame.
+constexpr double LargestShare = 0.9;
+constexpr QSize SmallestArea{480, 360};
+
+constexpr int Minimized = static_cast<int>(WindowState::Minimized);
+
+QPoint PlaceOf(const Canvas& canvas) {
+    return {qRound(double(canvas.Left()) / Twips::PerPixel(Qt::Horizontal)),
+            qRound(double(canvas.Top()) / Twips::PerPixel(Qt::Vertical))};
+}
+
+}  // namespace
+
+CanvasWindow::CanvasWindow(Workspace& workspace, int slot) : workspace_(workspace), slot_(slot) {
+    setObjectName(QString("Canvas%1").arg(slot, 2, 10, QChar('0')));
+    setAttribute(Qt::WA_DeleteOnClose, false);
+    editor_ = new CanvasEditor(workspace, slot);
+    scroll_ = new QScrollArea(this);
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setAlignment(Qt::AlignCenter);
+    scroll_->setBackgroundRole(QPalette::Mid);
+    scroll_->setWidgetResizable(true);
+    scroll_->setWidget(editor_);
+    setWidget(scroll_);
+    connect(&workspace_, &Workspace::Pulse, this, [this] {
+        if (isVisible()) ShowCaption();
+    });
+    ReadCanvas();
+}
+
+CanvasWindow::~CanvasWindow() = default;
+
+void CanvasWindow::ShowPicture(const DIB& picture) { editor_->ShowPicture(picture); }
+
+void CanvasWindow::ShowCaption() {
+    const Canvas* canvas = workspace_.CanvasAt(slot_);
+    if (!canvas) return;
+    const QString caption = QString::fromStdString(canvas->Name()) + (canvas->NeedSaving() ? " *" : "");
+    if (caption != windowTitle()) setWindowTitle(caption);
+}
+
+void CanvasWindow::ReadCanvas() {
+    const Canvas* canvas = workspace_.CanvasAt(slot_);
+    if (!canvas || placing_) return;
+    const QScopedValueRollback placing(placing_, true);
+    ShowCaption();
+    editor_->SetScaled(canvas->FormType() != CanvasKind::Unscaled);
+    Place(*canvas);
+}
+
+void CanvasWindow::Place(const Canvas& canvas) {
+    const bool minimized = canvas.WindowState() == Minimized;
+    const QSize size(canvas.Width(), canvas.Height());
+    if (!isMinimized() && !isMaximized()) {
+        if (size != shownSize_) {
+            resize(FittingSize(canvas));
+            shownSize_ = size;
+        }
+        // Without a place of its own it stays where the frame puts it.
+        const QPoint place = PlaceOf(canvas);
+        if (!place.isNull() && place != knownPlace_) move(place);
+        knownPlace_ = place;
+    }
+    if (minimized == isMinimized() || (!minimized && isMaximized())) return;
+    setWindowState(minimized ? Qt::WindowMinimized : Qt::WindowNoState);
+}
+
+/// The whole picture, as large as it is or as large as the frame allows.
+QSize CanvasWindow::FittingSize(const Canvas& canvas) const {
+    const QMdiArea* frame = mdiArea();
+    const QSize area = (frame ? frame->viewport()->size() : QSize()).expandedTo(SmallestArea);
+    const QMargins border = contentsMargins();
+    const QSize around(border.left() + border.right(), border.top() + border.bottom());
+    const QSize most = area * LargestShare - around;
+    QSize picture(canvas.Width(), canvas.Height());
+    if (picture.width() > most.width() || picture.height() > most.height())
+        picture.scale(most, Qt::KeepAspectRatio);
+    return (picture + around).expandedTo(minimumSizeHint());
+}
+
+void CanvasWindow::BringBack() {
+    show();
+    if (isMinimized()) showNormal();
+    raise();
+    if (QMdiArea* frame = mdiArea()) frame->setActiveSubWindow(this);
+}
+
+void CanvasWindow::closeEvent(QCloseEvent* event) {
+    event->ignore();
+    hide();
+    if (QMdiArea* frame = mdiArea()) frame->activateNextSubWindow();
+}
+
+/// The person, or a command of theirs, moves the window: not the frame while it lays things out.
+bool CanvasWindow::Settled() const { return settled_ && !placing_ && isVisible(); }
+
+void CanvasWindow::showEvent(QShowEvent* event) {
+    QMdiSubWindow::showEvent(event);
+    if (settled_) return;
+    // The frame finds a place for a new window while it shows it.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            settledPlace_ = pos();
+            settled_ = true;
+        },
+        Qt::QueuedConnection);
+}
+
+void CanvasWindow::moveEvent(QMoveEvent* event) {
+    QMdiSubWindow::moveEvent(event);
+    if (!Settled() || isMinimized() || isMaximized() || pos() == settledPlace_) return;
+    Canvas* canvas = workspace_.CanvasAt(slot_);
+    if (!canvas) return;
+    const QScopedValueRollback placing(placing_, true);
+    settledPlace_ = knownPlace_ = pos();
+    canvas->SetLeft(x() * Twips::PerPixel(Qt::Horizontal));
+    canvas->SetTop(y() * Twips::PerPixel(Qt::Vertical));
+}
+
+void CanvasWindow::changeEvent(QEvent* event) {
+    QMdiSubWindow::changeEvent(event);
+    if (event->type() != QEvent::WindowStateChange || !Settled()) return;
+    const QScopedValueRollback placing(placing_, true);
+    if (Canvas* canvas = workspace_.CanvasAt(slot_)) canvas->SetWindowState(isMinimized() ? Minimized : 0);
+}
+
+void CanvasWindow::contextMenuEvent(QContextMenuEvent* event) {
+    if (!scroll_->geometry().contains(event->pos())) return QMdiSubWindow::contextMenuEvent(event);
+    event->accept();
+    Q_EMIT MenuWanted(event->globalPos());
+}
+
+}  // namespace tessaloom

@@ -1,0 +1,386 @@
+#include "ui/frmMain.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDockWidget>
+#include <QMdiArea>
+#include <QMenu>
+#include <QScopedValueRollback>
+#include <QScreen>
+#include <QStackedWidget>
+#include <QStatusBar>
+#include <QTimer>
+
+#include "core/RunFlags.h"
+#include "core/SetupValues.h"
+#include "core/main/modMain.h"
+#include "model/Canvas.h"
+#include "model/edit/PropertySet.h"
+#include "platform/FileSystem.h"
+#include "ui/CanvasWindow.h"
+#include "ui/DesktopDialogs.h"
+#include "ui/FeedPreview.h"
+#include "ui/MenuBar.h"
+#include "ui/ProgramIcon.h"
+#include "ui/StatusLine.h"
+#include "ui/TrayIcon.h"
+#include "ui/Twips.h"
+#include "ui/WelcomePage.h"
+#include "ui/canvas/CanvasEditor.h"
+#include "ui/property/LayerPanel.h"
+#include "ui/property/PropertyForm.h"
+#include "ui/shared/Workspace.h"
+
+namespace tessaloom {
+
+namespace {
+
+/// What the settings file holds of one value, in characters, is limited; the layout takes several.
+constexpr qsizetype LayoutPiece = 200;
+constexpr int MostLayoutPieces = 16;
+/// Told to the toolkit, so that a layout with other panels is not taken for this one.
+constexpr int LayoutVersion = 1;
+
+std::string LayoutKey(int piece) { return "Layout" + std::to_string(piece + 1); }
+
+QString FileOf(const std::string& path) {
+    return QString::fromStdString(path.substr(path.find_last_of("/\\") + 1));
+}
+
+/// `place`, brought to where the person can reach it: no larger than its screen, its title within it.
+QRect Reachable(QRect place) {
+    const QScreen* screen = QGuiApplication::screenAt(place.center());
+    if (!screen) screen = QGuiApplication::screenAt(place.topLeft());
+    const bool elsewhere = !screen;
+    if (!screen) screen = QGuiApplication::primaryScreen();
+    if (!screen) return place;
+    const QRect free = screen->availableGeometry();
+    place.setSize(place.size().boundedTo(free.size()));
+    if (elsewhere || !free.contains(place.topLeft())) {
+        place.moveLeft(qBound(free.left(), place.left(), free.right() - place.width() + 1));
+        place.moveTop(qBound(free.top(), place.top(), free.bottom() - place.height() + 1));
+    }
+    return place;
+}
+
+}  // namespace
+
+struct frmMain::Parts {
+    Workspace& workspace;
+    DesktopDialogs& dialogs;
+    QStackedWidget* pages = nullptr;
+    QMdiArea* area = nullptr;
+    WelcomePage* welcome = nullptr;
+    FeedPreview* preview = nullptr;
+    PropertyForm* form = nullptr;
+    QDockWidget* properties = nullptr;
+    MenuBar* menus = nullptr;
+    std::unique_ptr<TrayIcon> tray = nullptr;
+    WindowState state = WindowState::Normal;  ///< In which the window is to appear.
+    bool appeared = false;                    ///< From then on its place and state are the person's.
+};
+
+frmMain::frmMain(Workspace& workspace, DesktopDialogs& dialogs)
+    : parts_(std::make_unique<Parts>(Parts{workspace, dialogs})) {
+    setObjectName("frmMain");
+    setWindowTitle("Tessaloom");
+    setWindowIcon(ProgramIcon());
+    setDockNestingEnabled(true);
+    const int unit = fontMetrics().height();
+    setMinimumSize(24 * unit, 18 * unit);
+    parts_->menus = new MenuBar({workspace, *this, dialogs}, this);
+    MakePages();
+    MakePanels();
+    new StatusLine(workspace, statusBar());
+    connect(&workspace, &Workspace::Pulse, this, [this] {
+        ShowTitle();
+        UpdateAwake();
+    });
+    connect(&workspace, &Workspace::PortfolioChanged, this, [this] {
+        ShowTitle();
+        ShowPage();
+    });
+    connect(&workspace, &Workspace::ActiveCanvasChanged, this, &frmMain::FollowActiveCanvas);
+    connect(&workspace, &Workspace::ActiveCanvasChanged, this, &frmMain::ShowProperties);
+    connect(&workspace, &Workspace::SelectionChanged, this, &frmMain::ShowProperties);
+    connect(&workspace, &Workspace::SetupMustClose, this, [this] { ShowProperties(); });
+    RestoreLayout();
+    ShowProperties();
+}
+
+frmMain::~frmMain() {
+    // The windows' own end must not be taken for the person's doing.
+    disconnect(parts_->area, nullptr, this, nullptr);
+    disconnect(&parts_->workspace, nullptr, this, nullptr);
+}
+
+void frmMain::MakePages() {
+    parts_->area = new QMdiArea;
+    parts_->area->setObjectName("Canvases");
+    parts_->area->setBackground(palette().brush(QPalette::Mid));
+    parts_->area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    parts_->area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    connect(parts_->area, &QMdiArea::subWindowActivated, this, &frmMain::WindowActivated);
+    const MenuBar& menus = *parts_->menus;
+    parts_->pages = new QStackedWidget(this);
+    parts_->welcome = new WelcomePage(
+        {
+            {menus.Action("cmdPortfolioNew"),  "&New Portfolio",     true },
+            {menus.Action("cmdPortfolioOpen"), "&Open Portfolio...", true },
+            {menus.Action("cmdCanvasNew"),     "New &Canvas...",     false},
+            {menus.Action("cmdCanvasOpen"),    "Op&en Canvas...",    false},
+    },
+        parts_->pages);
+    parts_->pages->addWidget(parts_->welcome);
+    parts_->pages->addWidget(parts_->area);
+    setCentralWidget(parts_->pages);
+}
+
+void frmMain::MakePanels() {
+    Workspace& workspace = parts_->workspace;
+    const auto dock = [this](const char* name, const char* title, QWidget* content) {
+        auto* panel = new QDockWidget(title, this);
+        panel->setObjectName(name);
+        panel->setWidget(content);
+        addDockWidget(Qt::RightDockWidgetArea, panel);
+        parts_->menus->Of(Menu::View)->addAction(panel->toggleViewAction());
+        return panel;
+    };
+    parts_->preview = new FeedPreview(workspace);
+    parts_->form = new PropertyForm(workspace);
+    QDockWidget* layers = dock("dockLayers", "Layers", new LayerPanel(workspace));
+    QDockWidget* preview = dock("dockPreview", "Feed Preview", parts_->preview);
+    parts_->properties = dock("dockProperties", "Properties", parts_->form);
+    tabifyDockWidget(layers, preview);
+    layers->raise();
+    const int unit = fontMetrics().height();
+    resizeDocks({layers, parts_->properties}, {22 * unit, 22 * unit}, Qt::Horizontal);
+    resizeDocks({layers, parts_->properties}, {14 * unit, 26 * unit}, Qt::Vertical);
+}
+
+// --- Place and state ---
+
+void frmMain::AddTrayIcon(const QString& tip) {
+    parts_->tray = std::make_unique<TrayIcon>(
+        tip, [this] { ShowMe(); }, [this] { close(); });
+}
+
+void frmMain::RemoveTrayIcon() { parts_->tray.reset(); }
+
+void frmMain::SetState(WindowState state) { parts_->state = state; }
+
+void frmMain::SetPlace(const WindowPlace& place) {
+    const int x = Twips::PerPixel(Qt::Horizontal), y = Twips::PerPixel(Qt::Vertical);
+    const QRect wanted(place.left / x, place.top / y, place.width / x, place.height / y);
+    const QRect found = Reachable({wanted.topLeft(), wanted.size().expandedTo(minimumSize())});
+    resize(found.size());
+    move(found.topLeft());
+}
+
+void frmMain::Appear() {
+    if (parts_->appeared) return;
+    parts_->appeared = true;
+    switch (parts_->state) {
+        case WindowState::Minimized:
+            Setup().startupState = static_cast<int>(WindowState::Minimized);
+            if (!InTray()) showMinimized();
+            break;
+        case WindowState::Maximized:
+            showMaximized();
+            break;
+        case WindowState::Normal:
+            show();
+            break;
+    }
+}
+
+bool frmMain::InTray() const { return parts_->tray && TrayIcon::Available(); }
+
+void frmMain::ShowMe() {
+    if (Setup().startupLastNonMinimizedState == static_cast<int>(WindowState::Maximized))
+        showMaximized();
+    else
+        showNormal();
+    raise();
+    activateWindow();
+    KeepState();
+}
+
+void frmMain::KeepState() {
+    if (!parts_->appeared) return;
+    const WindowState state = isMinimized()   ? WindowState::Minimized
+                              : isMaximized() ? WindowState::Maximized
+                                              : WindowState::Normal;
+    Setup().startupState = static_cast<int>(state);
+    if (state != WindowState::Minimized) Setup().startupLastNonMinimizedState = static_cast<int>(state);
+}
+
+void frmMain::KeepPlace() {
+    if (!parts_->appeared || !isVisible() || isMinimized() || isMaximized() || isFullScreen()) return;
+    const int perX = Twips::PerPixel(Qt::Horizontal), perY = Twips::PerPixel(Qt::Vertical);
+    Setup().startupLeft = x() * perX;
+    Setup().startupTop = y() * perY;
+    Setup().startupWidth = width() * perX;
+    Setup().startupHeight = height() * perY;
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+    // The window goes when the program is taken down, not before.
+    event->ignore();
+    parts_->dialogs.SetClosing(true);
+    DesktopDialogs& dialogs = parts_->dialogs;
+    modMain::MDIForm_QueryUnload(modMain::CloseCause::Person);
+    dialogs.SetClosing(false);
+}
+
+void frmMain::changeEvent(QEvent* event) {
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange && parts_->menus) {
+        parts_->menus->DrawIcons();
+        parts_->area->setBackground(palette().brush(QPalette::Mid));
+    }
+    if (event->type() != QEvent::WindowStateChange) return;
+    if (isVisible()) KeepState();
+    UpdateAwake();
+    if (isMinimized() && isVisible() && InTray())
+        QTimer::singleShot(0, this, [this] {
+            if (isMinimized()) hide();
+        });
+}
+
+void frmMain::moveEvent(QMoveEvent* event) {
+    QMainWindow::moveEvent(event);
+    KeepPlace();
+}
+
+void frmMain::resizeEvent(QResizeEvent* event) {
+    QMainWindow::resizeEvent(event);
+    KeepPlace();
+}
+
+void frmMain::showEvent(QShowEvent* event) {
+    QMainWindow::showEvent(event);
+    UpdateAwake();
+}
+
+void frmMain::hideEvent(QHideEvent* event) {
+    QMainWindow::hideEvent(event);
+    KeepLayout();
+    UpdateAwake();
+}
+
+/// Something of the program can be seen: this window, or a set-up window that stayed.
+void frmMain::UpdateAwake() {
+    bool seen = isVisible() && !isMinimized();
+    for (const QWidget* window : QApplication::topLevelWidgets())
+        seen = seen || (window != this && qobject_cast<const QDialog*>(window) && window->isVisible() &&
+                        !window->isMinimized());
+    parts_->workspace.SetAwake(seen);
+}
+
+void frmMain::KeepLayout() {
+    const QByteArray layout = saveState(LayoutVersion).toBase64();
+    for (int piece = 0; piece < MostLayoutPieces; ++piece)
+        parts_->workspace.Remember(LayoutKey(piece),
+                                   layout.mid(piece * LayoutPiece, LayoutPiece).toStdString());
+}
+
+void frmMain::RestoreLayout() {
+    std::string layout;
+    for (int piece = 0; piece < MostLayoutPieces; ++piece)
+        layout += parts_->workspace.Remembered(LayoutKey(piece));
+    restoreState(QByteArray::fromBase64(QByteArray::fromStdString(layout)), LayoutVersion);
+}
+
+// --- Canvases ---
+
+QMdiArea& frmMain::Area() const { return *parts_->area; }
+
+void frmMain::AddCanvasWindow(CanvasWindow* window) {
+    ShowPage(1);
+    parts_->area->addSubWindow(window);
+    window->ReadCanvas();
+    connect(window, &CanvasWindow::MenuWanted, parts_->menus, &MenuBar::ShowCanvasMenu);
+    connect(&window->Editor(), &CanvasEditor::EditRequested, this, [this] {
+        parts_->properties->show();
+        parts_->properties->raise();
+    });
+    window->show();
+    if (!window->isMinimized()) parts_->area->setActiveSubWindow(window);
+}
+
+void frmMain::RemoveCanvasWindow(CanvasWindow* window) {
+    window->disconnect(this);
+    parts_->area->removeSubWindow(window);
+    window->hide();
+    // One of its own commands may be on the stack.
+    window->deleteLater();
+    ShowPage();
+}
+
+CanvasWindow* frmMain::WindowOf(int slot) const {
+    for (QMdiSubWindow* window : parts_->area->subWindowList())
+        if (auto* canvas = qobject_cast<CanvasWindow*>(window); canvas && canvas->Slot() == slot)
+            return canvas;
+    return nullptr;
+}
+
+CanvasWindow* frmMain::ActiveWindow() const {
+    CanvasWindow* window = WindowOf(parts_->workspace.ActiveSlot());
+    return window && !window->isHidden() && !window->isMinimized() ? window : nullptr;
+}
+
+void frmMain::WindowActivated(QMdiSubWindow* window) {
+    if (auto* canvas = qobject_cast<CanvasWindow*>(window)) {
+        parts_->workspace.Activate(canvas->Slot());
+        return;
+    }
+    // None is active either when all are hidden or when the person turned to another window of the program.
+    const CanvasWindow* active = WindowOf(parts_->workspace.ActiveSlot());
+    if (!active || active->isHidden()) parts_->workspace.Activate(0);
+}
+
+void frmMain::FollowActiveCanvas() {
+    CanvasWindow* window = WindowOf(parts_->workspace.ActiveSlot());
+    if (window && !window->isHidden() && parts_->area->activeSubWindow() != window)
+        parts_->area->setActiveSubWindow(window);
+}
+
+/// more: windows about to be added.
+void frmMain::ShowPage(int more) {
+    const bool any = more > 0 || !parts_->area->subWindowList().isEmpty();
+    parts_->welcome->ShowFor(parts_->workspace.Portfolio() != nullptr);
+    parts_->pages->setCurrentWidget(any ? static_cast<QWidget*>(parts_->area) : parts_->welcome);
+}
+
+void frmMain::ShowTitle() {
+    const Portfolio* portfolio = parts_->workspace.Portfolio();
+    QString title = "Tessaloom";
+    if (portfolio)
+        title = (portfolio->FileName().empty() ? QString("New portfolio") : FileOf(portfolio->FileName())) +
+                (portfolio->NeedSaving() ? " *" : "") + " - " + title;
+    if (title != windowTitle()) setWindowTitle(title);
+}
+
+void frmMain::ShowProperties() {
+    constexpr const char* Advice = "Select a layer to see its properties.";
+    Workspace& workspace = parts_->workspace;
+    const std::vector<LayerId> selection = workspace.Selection();
+    if (selection.empty()) {
+        if (parts_->form->Set() || !parts_->appeared) parts_->form->Show(nullptr, Advice);
+        return;
+    }
+    parts_->form->Show(PropertySets::Layer(*workspace.Portfolio(), workspace.ActiveSlot(), selection.back()));
+}
+
+void frmMain::EnablePortfolioCommands(bool enable) {
+    parts_->workspace.PortfolioOpened();
+    parts_->menus->EnablePortfolioCommands(enable);
+    WindowActivated(parts_->area->currentSubWindow());
+}
+
+PreviewSize frmMain::Preview() const { return parts_->preview->Size(); }
+
+void frmMain::DrawPreview(const std::uint8_t* rows, PreviewSize size) { parts_->preview->Draw(rows, size); }
+
+}  // namespace tessaloom
