@@ -1,48 +1,153 @@
 #include "model/edit/Layers.h"
 
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+
+#include "core/Log.h"
+#include "imaging/Alignment.h"
+#include "imaging/pixelops/Rotation.h"
 #include "model/Canvas.h"
+#include "model/edit/LayerParts.h"
 #include "text/Text.h"
 
 namespace tessaloom::Layers {
 
+namespace {
+
+constexpr std::size_t TitleLength = 60;  ///< Bytes at most.
+
+struct Size {
+    int width = 0, height = 0;
+};
+
+Size UnturnedSize(Text& text) {
+    if (text.Width() == 0) return {};
+    const DIB& picture = text.Image().GetStretchedDIB();
+    return {picture.Width(), picture.Height()};
+}
+
+/// What has been set but not yet drawn counts, where the settings alone tell the size.
+Size UnturnedSize(Graphic& graphic) {
+    const Size stretched = {std::max(graphic.StretchWidth(), 1), std::max(graphic.StretchHeight(), 1)};
+    if (graphic.SourceType() == Graphic::PlainBlock) return stretched;
+    const DIB& picture = graphic.Image().GetStretchedDIB();
+    if (!picture.DIBPtr()) return {};
+    return graphic.Stretched() ? stretched : Size{picture.Width(), picture.Height()};
+}
+
+template <typename Layer>
+Geometry FindGeometry(Layer& layer) {
+    const Size size = UnturnedSize(layer);
+    const double angle = std::fmod(static_cast<double>(layer.RotationAngle()), 360.0);
+    const PixelSize frame = size.width == 0 ? PixelSize() : parts::TurnedSize(size.width, size.height, angle);
+    const Offset offset = AlignmentOffset(layer.Alignment(), frame.width, frame.height);
+    Geometry geometry;
+    geometry.left = layer.x() + offset.x;
+    geometry.top = layer.Y() + offset.y;
+    geometry.right = geometry.left + frame.width;
+    geometry.bottom = geometry.top + frame.height;
+    geometry.centreX = geometry.left + frame.width / 2.0;
+    geometry.centreY = geometry.top + frame.height / 2.0;
+    geometry.width = size.width;
+    geometry.height = size.height;
+    geometry.angle = angle;
+    return geometry;
+}
+
+bool Hits(const Geometry& geometry, double x, double y) {
+    const double radians = geometry.angle * std::numbers::pi / 180;
+    const double dx = x - geometry.centreX, dy = y - geometry.centreY;
+    const double across = dx * std::cos(radians) - dy * std::sin(radians);
+    const double down = dx * std::sin(radians) + dy * std::cos(radians);
+    return std::abs(across) <= geometry.width / 2 && std::abs(down) <= geometry.height / 2;
+}
+
+/// The first line with anything on it, cut at a whole character.
+std::string FirstLine(std::string_view text) {
+    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    text = text.substr(0, text.find_first_of("\r\n"));
+    if (text.size() <= TitleLength) return std::string(text);
+    std::size_t end = TitleLength;
+    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    return std::string(text.substr(0, end)) + "...";
+}
+
+std::string FileNameOf(std::string_view path) {
+    const auto slash = path.find_last_of("\\/");
+    return std::string(slash == path.npos ? path : path.substr(slash + 1));
+}
+
+std::string Named(std::string_view kind, const std::string& name) {
+    return name.empty() ? std::string(kind) : std::string(kind) + ": " + name;
+}
+
+std::string TitleOf(const Graphic& graphic) {
+    switch (graphic.SourceType()) {
+        case Graphic::VideoFeed:
+            return Named("Camera", FirstLine(MaskSecrets(graphic.SourceVideoFeedName())));
+        case Graphic::PictureFile:
+            return Named("Picture", FirstLine(FileNameOf(graphic.SourceFileName())));
+        case Graphic::Address:
+            return Named("Web", FirstLine(MaskSecrets(graphic.SourceURL())));
+        case Graphic::OtherCanvas:
+            return "Canvas " + std::to_string(graphic.SourceCanvas());
+        default:
+            return "Block";
+    }
+}
+
+}  // namespace
+
+bool Exists(const Canvas& canvas, LayerId layer) {
+    return parts::With(canvas, layer, [](auto&) { return true; });
+}
+
+bool Enabled(const Canvas& canvas, LayerId layer) {
+    return parts::With(canvas, layer, [](auto& part) { return part.Enabled(); });
+}
+
+int Pass(const Canvas& canvas, LayerId layer) {
+    return parts::With(canvas, layer, [](auto& part) { return part.Layer(); });
+}
+
+std::string Title(const Canvas& canvas, LayerId layer) {
+    if (const Graphic* graphic = parts::GraphicOf(canvas, layer)) return TitleOf(*graphic);
+    const Text* const text = parts::TextOf(canvas, layer);
+    if (!text) return {};
+    const std::string line = FirstLine(text->Value());
+    return line.empty() ? "Text" : line;
+}
+
 std::vector<LayerId> InDrawingOrder(const Canvas& canvas) {
     std::vector<LayerId> layers;
-    for (int pass = 0; pass < Canvas::Passes; ++pass) {
-        for (int slot = 1; slot <= Canvas::MaxGraphic; ++slot)
-            if (const Graphic* graphic = canvas.Graphic(slot); graphic && graphic->Layer() == pass)
-                layers.push_back({LayerId::Kind::Graphic, slot});
-        for (int slot = 1; slot <= Canvas::MaxText; ++slot)
-            if (const Text* text = canvas.Text(slot); text && text->Layer() == pass)
-                layers.push_back({LayerId::Kind::Text, slot});
-    }
+    for (int pass = 0; pass < Canvas::Passes; ++pass)
+        for (const LayerId::Kind kind : {LayerId::Kind::Graphic, LayerId::Kind::Text})
+            for (const int slot : parts::SlotsOf(canvas, kind, pass)) layers.push_back({kind, slot});
     return layers;
 }
 
-bool Exists(const Canvas& canvas, LayerId layer) {
-    return layer.kind == LayerId::Kind::Text ? canvas.Text(layer.slot) != nullptr
-                                             : canvas.Graphic(layer.slot) != nullptr;
+std::optional<Geometry> GeometryOf(const Canvas& canvas, LayerId layer) {
+    return parts::With(canvas, layer, [](auto& part) { return std::optional(FindGeometry(part)); });
 }
-bool Enabled(const Canvas&, LayerId) { return true; }
-int Pass(const Canvas&, LayerId) { return 1; }
-std::string Title(const Canvas&, LayerId) { return {}; }
-std::optional<Geometry> GeometryOf(const Canvas&, LayerId) { return std::nullopt; }
-std::vector<LayerId> At(const Canvas&, double, double) { return {}; }
-std::vector<LayerId> Within(const Canvas&, double, double, double, double) { return {}; }
-std::optional<LayerId> AddText(Canvas&, std::string_view, int, int, int) { return std::nullopt; }
-std::optional<LayerId> AddGraphic(Canvas&, Graphic::Source, std::string_view, int, int, int) {
-    return std::nullopt;
+
+std::vector<LayerId> At(const Canvas& canvas, double x, double y) {
+    std::vector<LayerId> layers = InDrawingOrder(canvas);
+    std::erase_if(layers, [&](LayerId layer) {
+        return !Enabled(canvas, layer) || !Hits(*GeometryOf(canvas, layer), x, y);
+    });
+    std::ranges::reverse(layers);
+    return layers;
 }
-void Remove(Canvas&, std::span<const LayerId>) {}
-std::vector<LayerId> Duplicate(Canvas&, std::span<const LayerId>, int) { return {}; }
-std::string Copy(const Canvas&, std::span<const LayerId>) { return {}; }
-std::vector<LayerId> Paste(Canvas&, std::string_view, int) { return {}; }
-void Move(Canvas&, std::span<const LayerId>, int, int) {}
-LayerId Reorder(Canvas&, LayerId layer, int, LayerId) { return layer; }
-LayerId Raise(Canvas&, LayerId layer) { return layer; }
-LayerId Lower(Canvas&, LayerId layer) { return layer; }
-LayerId ToFront(Canvas&, LayerId layer) { return layer; }
-LayerId ToBack(Canvas&, LayerId layer) { return layer; }
-void Resize(Canvas&, LayerId, double, double, double, double) {}
-void Rotate(Canvas&, LayerId, double) {}
+
+std::vector<LayerId> Within(const Canvas& canvas, double left, double top, double right, double bottom) {
+    std::vector<LayerId> layers = InDrawingOrder(canvas);
+    std::erase_if(layers, [&](LayerId layer) {
+        if (!Enabled(canvas, layer)) return true;
+        const Geometry frame = *GeometryOf(canvas, layer);
+        return frame.left < left || frame.top < top || frame.right > right || frame.bottom > bottom;
+    });
+    return layers;
+}
 
 }  // namespace tessaloom::Layers

@@ -15,7 +15,6 @@
 namespace tessaloom {
 
 class Canvas;
-class FileSystem;
 
 namespace Layers {
 
@@ -46,7 +45,9 @@ std::vector<LayerId> At(const Canvas& canvas, double x, double y);
 /// The enabled layers that lie wholly within the rectangle.
 std::vector<LayerId> Within(const Canvas& canvas, double left, double top, double right, double bottom);
 
-/// New layers, on top of what the canvas has in `pass`; none when all slots are taken.
+/// New layers with sensible first values, on top of what the canvas has in `pass` as far as slots are free
+/// there; none when all slots are taken. A text is light on dark ground and dark on light; a picture that is
+/// larger than the canvas is made to fit. sourceName: of a feed, file or address; the slot of another canvas.
 std::optional<LayerId> AddText(Canvas& canvas, std::string_view text, int x, int y, int pass = 1);
 std::optional<LayerId> AddGraphic(Canvas& canvas, Graphic::Source source, std::string_view sourceName, int x,
                                   int y, int pass = 1);
@@ -76,10 +77,12 @@ LayerId ToFront(Canvas& canvas, LayerId layer);
 LayerId ToBack(Canvas& canvas, LayerId layer);
 
 /// Gives the layer's unturned picture a size, its place given by its upper left corner before turning: a
-/// stretched graphic, or a text whose font size follows the height.
+/// stretched graphic, or a text whose font size follows the height. As a text takes only some sizes, the
+/// edges of an upright one that are asked for where they are stay there; a turned one is centred on what is
+/// asked.
 void Resize(Canvas& canvas, LayerId layer, double left, double top, double width, double height);
 
-/// Turns the layer about its centre, which stays where it is.
+/// Turns the layer to an angle, counterclockwise, about its centre, which stays where it is.
 void Rotate(Canvas& canvas, LayerId layer, double degrees);
 
 }  // namespace Layers
