@@ -20,6 +20,7 @@
 #include "imaging/Resampler.h"
 #include "imaging/pixelops/Rotation.h"
 #include "imaging/pixelops/Tessaloom.h"
+#include "platform/text/FreeTypeFonts.h"
 
 namespace {
 
@@ -47,8 +48,8 @@ cv::Mat KeyedNoise() {
     return picture;
 }
 
-/// Strokes with soft ends on nothing, alike in all components: lines of text.
-cv::Mat Coverage() {
+/// Strokes with soft ends on nothing, alike in all components: as dense as no text is.
+cv::Mat Strokes() {
     cv::Mat coverage = Blank();
     for (int y = 0; y < Height; ++y)
         for (int x = 0; y % 40 < 28 && x + 12 < Width; x += 8 + static_cast<int>(random_() % 6))
@@ -57,6 +58,23 @@ cv::Mat Coverage() {
                 coverage.at<cv::Vec3b>(y, x + i) = cv::Vec3b::all(static_cast<std::uint8_t>(value));
             }
     return coverage;
+}
+
+/// A page of text, as fonts draw it, with sub-pixels.
+cv::Mat Page() {
+    static tessaloom::FreeTypeFonts fonts;
+    const auto font = fonts.Create(
+        {.faceName = "Liberation Sans", .pixelHeight = 24, .quality = tessaloom::FontQuality::ClearType});
+    cv::Mat page = Blank();
+    const tessaloom::CoverageTarget target{page.data, Width, Height,
+                                           static_cast<std::ptrdiff_t>(page.step[0])};
+    for (int baseline = 30; baseline < Height; baseline += 40) {
+        std::string line;
+        while (font->Measure(line).width < Width - 250)
+            line += std::to_string(random_() % 100000) + " km/h from north, rain later. ";
+        font->Render(line, 10, baseline, target);
+    }
+    return page;
 }
 
 cv::Mat With32Bits(const cv::Mat& picture) {
@@ -219,10 +237,10 @@ void MappedMerge() {
          {"libyuv BlendPlane", 1.5, [&](std::size_t i) { libyuv(dest[i], source[i], map[i]); }}});
 }
 
-void TextMerge() {
+void TextMerge(const char* name, cv::Mat (*coverage)()) {
     constexpr int Colour = 0x3080F0;
     const std::size_t sets = Sets(std::size_t{2} * Width * Height * 3);
-    Rotating dest(sets, [] { return Noise(); }), map(sets, [] { return Coverage(); });
+    Rotating dest(sets, [] { return Noise(); }), map(sets, coverage);
     std::size_t next = 0;
     Rotating dest32(sets, [] { return With32Bits(Noise()); }),
         mask32(sets, [&] { return Mask32(map[next++]); });
@@ -244,7 +262,7 @@ void TextMerge() {
     cv::cvtColor(composed, composed, cv::COLOR_BGRA2BGR);
     Compare("MergeText, pixman", own, composed, 1);
     Measure(
-        "MergeText", sets,
+        name, sets,
         [&](std::size_t i) {
             ours(dest[i], map[i]);
     },
@@ -507,7 +525,11 @@ int main(int count, char** arguments) {
     } parts[] = {
         {"uniform",     UniformMerge    },
         {"map",         MappedMerge     },
-        {"text",        TextMerge       },
+        {"text",
+         [] {
+             TextMerge("MergeText, a page", Page);
+             TextMerge("MergeText, dense strokes", Strokes);
+         }                              },
         {"transparent", TransparentMerge},
         {"cls",         Clear           },
         {"rotate",      Turning         },
