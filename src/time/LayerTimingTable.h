@@ -21,6 +21,8 @@ public:
 
     LayerTiming& Text(int slot) { return text_.at(static_cast<std::size_t>(slot)); }
     LayerTiming& Graphic(int slot) { return graphic_.at(static_cast<std::size_t>(slot)); }
+    const LayerTiming& Text(int slot) const { return text_.at(static_cast<std::size_t>(slot)); }
+    const LayerTiming& Graphic(int slot) const { return graphic_.at(static_cast<std::size_t>(slot)); }
 
 private:
     std::array<LayerTiming, Slots + 1> text_;

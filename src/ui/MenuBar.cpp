@@ -14,7 +14,7 @@
 #include "platform/Platform.h"
 #include "ui/CanvasKind.h"
 #include "ui/CanvasWindow.h"
-#include "ui/CommandIcon.h"
+#include "ui/shared/CommandIcon.h"
 #include "ui/DesktopDialogs.h"
 #include "ui/dialogs/Setups.h"
 #include "ui/frmMain.h"
@@ -45,11 +45,6 @@ constexpr const char* ToolBarCommands[] = {
     "cmdCanvasNew", "cmdPortfolioOpen",   "cmdSaveAll",    nullptr,      "cmdUndo",       "cmdRedo",
     nullptr,        "cmdAddText",         "cmdAddPicture", "cmdAddFeed", "cmdAddAddress", "cmdAddBlock",
     nullptr,        "cmdCanvasProperties"};
-
-constexpr const char* CanvasMenuCommands[] = {
-    "cmdCut",      "cmdCopy",      "cmdPaste",   "cmdDuplicate",     "cmdDelete",          nullptr,
-    "mnuOrder",    nullptr,        "cmdAddText", "cmdAddPicture",    "cmdAddFeed",         "cmdAddAddress",
-    "cmdAddBlock", "cmdAddCanvas", nullptr,      "cmdScaleToWindow", "cmdCanvasProperties"};
 
 /// A name as a menu shows it: no "&" in it is a mnemonic.
 QString Shown(const std::string& name) { return QString::fromStdString(name).replace("&", "&&"); }
@@ -128,19 +123,6 @@ QAction* MenuBar::Action(const char* name) const {
 void MenuBar::DrawIcons() {
     for (const auto& [command, action] : entries_)
         action->setIcon(CommandIcon(command->icon, context_.frame.palette()));
-}
-
-void MenuBar::ShowCanvasMenu(const QPoint& place) {
-    auto* menu = new QMenu(&context_.frame);
-    menu->setObjectName("CanvasMenu");
-    menu->setAttribute(Qt::WA_DeleteOnClose);
-    for (const char* name : CanvasMenuCommands)
-        if (name)
-            menu->addAction(Action(name));
-        else
-            menu->addSeparator();
-    Refresh();
-    menu->popup(place);
 }
 
 void MenuBar::EnablePortfolioCommands(bool enable) {

@@ -7,6 +7,7 @@
 
 #include "ui/property/PropertyEditor.h"
 #include "ui/property/editors/Parts.h"
+#include "ui/shared/CommandIcon.h"
 
 namespace tessaloom {
 
@@ -32,7 +33,7 @@ QToolButton* MakeReset(const Property& property) {
     auto* reset = new QToolButton;
     const QString label = Words(property.label).remove('&');
     reset->setObjectName("reset" + Words(property.name));
-    reset->setText(QChar(0x21BA));
+    reset->setIcon(CommandIcon("reset", reset->palette()));
     reset->setAutoRaise(true);
     reset->setAccessibleName("Reset " + label);
     QString fallback = property.kind == PropertyKind::Password ? QString() : Words(property.fallback);

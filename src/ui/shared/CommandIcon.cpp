@@ -1,4 +1,4 @@
-#include "ui/CommandIcon.h"
+#include "ui/shared/CommandIcon.h"
 
 #include <QPainter>
 #include <QPainterPath>
@@ -111,6 +111,63 @@ void DrawBlock(QPainter& painter) {
     painter.drawRect(QRectF(4, 7, 16, 10));
 }
 
+void DrawCanvas(QPainter& painter) {
+    painter.drawRect(QRectF(3, 4, 18, 14));
+    painter.drawRect(QRectF(6, 9, 8, 6));
+    painter.drawLine(QLineF(9, 21, 15, 21));
+}
+
+void DrawAdd(QPainter& painter) {
+    painter.drawLine(QLineF(12, 5, 12, 19));
+    painter.drawLine(QLineF(5, 12, 19, 12));
+}
+
+void DrawDuplicate(QPainter& painter) {
+    painter.drawRect(QRectF(4, 4, 11, 11));
+    painter.drawPolyline(QPolygonF({
+        {18, 9 },
+        {20, 9 },
+        {20, 20},
+        {9,  20},
+        {9,  18}
+    }));
+}
+
+void DrawDelete(QPainter& painter) {
+    painter.drawPolyline(QPolygonF({
+        {6,  7 },
+        {7,  20},
+        {17, 20},
+        {18, 7 }
+    }));
+    painter.drawLine(QLineF(4, 7, 20, 7));
+    painter.drawLine(QLineF(10, 4, 14, 4));
+}
+
+void DrawUp(QPainter& painter) {
+    painter.drawLine(QLineF(12, 5, 12, 19));
+    painter.drawPolyline(QPolygonF({
+        {6,  11},
+        {12, 5 },
+        {18, 11}
+    }));
+}
+
+void DrawDown(QPainter& painter) {
+    painter.translate(0, 24);
+    painter.scale(1, -1);
+    DrawUp(painter);
+}
+
+void DrawReset(QPainter& painter) {
+    painter.drawArc(QRectF(5, 5, 14, 14), 150 * 16, -300 * 16);
+    painter.drawPolyline(QPolygonF({
+        {5,  4},
+        {5,  9},
+        {10, 9}
+    }));
+}
+
 void DrawProperties(QPainter& painter) {
     constexpr double Knobs[][2] = {
         {8,  6 },
@@ -141,7 +198,14 @@ constexpr Sign Signs[] = {
     {"camera",     DrawCamera    },
     {"web",        DrawWeb       },
     {"block",      DrawBlock     },
+    {"canvas",     DrawCanvas    },
     {"properties", DrawProperties},
+    {"add",        DrawAdd       },
+    {"duplicate",  DrawDuplicate },
+    {"delete",     DrawDelete    },
+    {"up",         DrawUp        },
+    {"down",       DrawDown      },
+    {"reset",      DrawReset     },
 };
 
 QPixmap Drawn(const Sign& sign, int size, const QColor& colour) {
