@@ -2,8 +2,11 @@
 
 #include <QPainter>
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <utility>
+
+#include "text/Tags.h"
 
 namespace tessaloom {
 
@@ -20,13 +23,6 @@ QColor Mixed(const QColor& a, const QColor& b, double part) {
     return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
 }
 
-QString Clock(double timeOfDay) {
-    const int minute = static_cast<int>(std::lround(timeOfDay * DayBand::MinutesPerDay));
-    return QStringLiteral("%1:%2")
-        .arg(minute / 60 % 24, 2, 10, QChar('0'))
-        .arg(minute % 60, 2, 10, QChar('0'));
-}
-
 }  // namespace
 
 DayBand::DayBand(QWidget* parent) : QWidget(parent) {
@@ -40,10 +36,11 @@ void DayBand::ShowDay(double sunrise, double sunset, std::vector<bool> on) {
     sunset_ = sunset;
     on_ = std::move(on);
     const auto minutes = std::count(on_.begin(), on_.end(), true);
-    setAccessibleDescription(tr("Sunrise %1, sunset %2; on for %3 h %4 min of the day")
-                                 .arg(Clock(sunrise), Clock(sunset))
-                                 .arg(minutes / 60)
-                                 .arg(minutes % 60));
+    setAccessibleDescription(
+        tr("Sunrise %1, sunset %2; on for %3 h %4 min of the day")
+            .arg(QString::fromStdString(ShortTime24(sunrise)), QString::fromStdString(ShortTime24(sunset)))
+            .arg(minutes / 60)
+            .arg(minutes % 60));
     update();
 }
 
@@ -57,7 +54,7 @@ QSize DayBand::sizeHint() const {
 }
 
 QSize DayBand::minimumSizeHint() const {
-    return {fontMetrics().averageCharWidth() * 48, fontMetrics().lineSpacing() * 5};
+    return {fontMetrics().averageCharWidth() * 48, fontMetrics().lineSpacing() * 6};
 }
 
 /// Above it stand sunrise and sunset, beneath it the hours.
@@ -139,15 +136,22 @@ void DayBand::PaintHours(QPainter& painter) const {
 void DayBand::PaintSun(QPainter& painter) const {
     const QRectF band = Band();
     const double size = fontMetrics().ascent() * 0.7;
-    for (const auto& [time, arrow] : {std::pair(sunrise_, u'\u2191'), std::pair(sunset_, u'\u2193')}) {
+    std::array<std::pair<double, QChar>, 2> events{
+        {{sunrise_, QChar(0x2191)}, {sunset_, QChar(0x2193)}}
+    };
+    std::sort(events.begin(), events.end());
+    double from = size * 1.5;  // so that the second does not cover the first
+    for (const auto& [time, arrow] : events) {
         const double x = Column(time);
         painter.setPen(QPen(SunColour, 1.5));
         painter.drawLine(QPointF(x, band.top() - 2), QPointF(x, band.bottom()));
         painter.setPen(palette().color(QPalette::WindowText));
-        const QRectF text = Text(painter, x + size * 0.7, 0, Clock(time) + ' ' + arrow);
+        const QString text = QString::fromStdString(ShortTime24(time)) + ' ' + arrow;
+        const QRectF place = Text(painter, x + size * 0.7, 0, text, from);
         painter.setPen(Qt::NoPen);
         painter.setBrush(SunColour);
-        painter.drawEllipse(QPointF(text.left() - size * 0.8, text.center().y()), size / 2, size / 2);
+        painter.drawEllipse(QPointF(place.left() - size * 0.8, place.center().y()), size / 2, size / 2);
+        from = place.right() + size * 2;
     }
 }
 
@@ -169,10 +173,10 @@ void DayBand::PaintNow(QPainter& painter) const {
     }));
 }
 
-/// Centred at `column`, but within the widget; where it stands.
-QRectF DayBand::Text(QPainter& painter, double column, double top, const QString& text) const {
+/// Centred at `column`, but within the widget and not left of `from`; where it stands.
+QRectF DayBand::Text(QPainter& painter, double column, double top, const QString& text, double from) const {
     const QSizeF size(fontMetrics().horizontalAdvance(text), fontMetrics().height());
-    const double left = std::clamp(column - size.width() / 2, 0.0, std::max(width() - size.width(), 0.0));
+    const double left = std::max(std::min(column - size.width() / 2, width() - size.width()), from);
     const QRectF place(QPointF(left, top), size);
     painter.drawText(place, Qt::AlignCenter, text);
     return place;

@@ -32,7 +32,7 @@ private:
     void PaintHours(QPainter& painter) const;
     void PaintSun(QPainter& painter) const;
     void PaintNow(QPainter& painter) const;
-    QRectF Text(QPainter& painter, double column, double top, const QString& text) const;
+    QRectF Text(QPainter& painter, double column, double top, const QString& text, double from = 0) const;
 
     double sunrise_ = 0.25, sunset_ = 0.75, now_ = -1;
     std::vector<bool> on_;

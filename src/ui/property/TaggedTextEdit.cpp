@@ -84,6 +84,7 @@ TaggedTextEdit::TaggedTextEdit(Workspace& workspace, QWidget* parent)
     parts.preview->setObjectName(QStringLiteral("preview"));
     parts.preview->setAccessibleName(tr("The text as it is drawn now"));
     parts.preview->setTextFormat(Qt::PlainText);
+    parts.preview->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     parts.preview->setMinimumWidth(1);  // it is cut, not the window widened
     parts.preview->setForegroundRole(QPalette::PlaceholderText);
     parts.insert->setObjectName(QStringLiteral("insertTag"));
@@ -92,7 +93,7 @@ TaggedTextEdit::TaggedTextEdit(Workspace& workspace, QWidget* parent)
 
     auto* beneath = new QHBoxLayout;
     beneath->addWidget(parts.preview, 1);
-    beneath->addWidget(parts.insert);
+    beneath->addWidget(parts.insert, 0, Qt::AlignTop);
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(parts.edit, 1);
@@ -169,8 +170,10 @@ bool TaggedTextEdit::eventFilter(QObject* object, QEvent* event) {
         parts_->Complete(true);
         return true;
     }
-    // The completer swallows what would choose; the Tab key shall choose, too.
-    if (object == parts_->completer->popup() && key->key() == Qt::Key_Tab) {
+    // The completer would hand these keys to the editor first, which takes them for text.
+    const bool chooses =
+        key->key() == Qt::Key_Tab || key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter;
+    if (object == parts_->completer->popup() && chooses) {
         const QModelIndex index = parts_->completer->popup()->currentIndex();
         parts_->completer->popup()->hide();
         parts_->PutCompletion(index.isValid() ? index.data().toString()
@@ -208,12 +211,14 @@ void TaggedTextEdit::Parts::PutCompletion(const QString& tag) {
 }
 
 void TaggedTextEdit::Parts::Preview() {
-    QString now = TagWords::Expanded(workspace, edit->toPlainText());
+    const QString now = TagWords::Expanded(workspace, edit->toPlainText());
     if (!shown.isNull() && now == shown) return;
     shown = now.isNull() ? QStringLiteral("") : now;
     preview->setToolTip(now);
-    const QString line = now.replace('\n', QStringLiteral(" \u21B5 "));
-    preview->setText(preview->fontMetrics().elidedText(line, Qt::ElideRight, preview->width()));
+    QStringList lines = now.split('\n').mid(0, LinesShown);
+    for (QString& line : lines)
+        line = preview->fontMetrics().elidedText(line, Qt::ElideRight, preview->width());
+    preview->setText(lines.join('\n'));
 }
 
 }  // namespace tessaloom

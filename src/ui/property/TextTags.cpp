@@ -40,7 +40,7 @@ public:
         connect(&workspace, &Workspace::Pulse, this, [this] {
             if (isVisible()) Refresh();
         });
-        resize(fontMetrics().averageCharWidth() * 96, fontMetrics().lineSpacing() * 30);
+        resize(fontMetrics().averageCharWidth() * 130, fontMetrics().lineSpacing() * 36);
         Refresh();
     }
 
@@ -77,7 +77,7 @@ private:
         list_->setAlternatingRowColors(true);
         for (const TagWords::Heading heading : TagWords::Headings()) AddHeading(heading);
         list_->expandAll();
-        list_->header()->setSectionResizeMode(TagColumn, QHeaderView::ResizeToContents);
+        list_->resizeColumnToContents(TagColumn);
         list_->header()->resizeSection(ValueColumn, fontMetrics().averageCharWidth() * 26);
         connect(list_, &QTreeWidget::itemActivated, this, &frmTextTags::Put);
         connect(list_, &QTreeWidget::currentItemChanged, this, [this] { ShowHint(); });
@@ -111,7 +111,9 @@ private:
             const QString value = TheWorkspace().Portfolio()
                                       ? TagWords::Expanded(TheWorkspace(), row.text(TagColumn))
                                       : QString();
-            if (row.text(ValueColumn) != value) row.setText(ValueColumn, value);
+            if (row.text(ValueColumn) == value) return;
+            row.setText(ValueColumn, value);
+            row.setToolTip(ValueColumn, value);
         });
         ShowHint();
     }
