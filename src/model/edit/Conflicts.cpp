@@ -5,6 +5,7 @@
 #include "model/Portfolio.h"
 #include "platform/FileSystem.h"
 #include "platform/Platform.h"
+#include "platform/TextEncoding.h"
 #include "publish/CanvasSaves.h"
 #include "publish/VideoStreaming.h"
 
@@ -28,8 +29,7 @@ const FileSystem& Files(const Portfolio& portfolio) { return portfolio.PlatformS
 int FixedFile(const Portfolio& portfolio, int canvas) {
     const std::string& path = portfolio.Canvas(canvas).Saves().FixedFileName();
     return FirstOther(portfolio, canvas, [&](const Canvas& other) {
-        return other.Saves().FixedEnabled() &&
-               Files(portfolio).SameFile(path, other.Saves().FixedFileName());
+        return other.Saves().FixedEnabled() && Files(portfolio).SameFile(path, other.Saves().FixedFileName());
     });
 }
 
@@ -61,7 +61,7 @@ int WebName(const Portfolio& portfolio, int canvas) {
     const CanvasWebServer& web = portfolio.Canvas(canvas).VideoStreaming().CanvasWebServer();
     return FirstOther(portfolio, canvas, [&](const Canvas& other) {
         const CanvasWebServer& theirs = other.VideoStreaming().CanvasWebServer();
-        return theirs.Enabled() && ascii::SameText(theirs.FileName(), web.FileName());
+        return theirs.Enabled() && FoldCase(theirs.FileName()) == FoldCase(web.FileName());
     });
 }
 
