@@ -21,8 +21,14 @@ public:
     /// What the button "Add" opens: the main window's own menu of new layers. Without one there is no button.
     void SetAddMenu(QMenu* menu);
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     struct Parts;
+
+    QWidget* MakeTools();
+
     std::unique_ptr<Parts> parts_;
 };
 
