@@ -1,0 +1,226 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+#include <set>
+
+#include "model/Documents.h"
+#include "model/PortfolioKeys.h"
+#include "model/edit/LayerKeys.h"
+#include "model/edit/PropertySet.h"
+#include "publish/CanvasSaves.h"
+
+namespace tessaloom::testing {
+namespace {
+
+using Set = std::unique_ptr<PropertySet>;
+using Names = std::set<std::string_view>;
+
+struct PropertySetsTest : Documents, ::testing::Test {
+    static constexpr LayerId TextLayer{LayerId::Kind::Text, 3}, GraphicLayer{LayerId::Kind::Graphic, 100};
+
+    PropertySetsTest() {
+        Canvas& canvas = Open(2);
+        canvas.AddText(3);
+        canvas.AddGraphic(100);
+    }
+
+    /// Every set, with the tables of keys that it shows and those of their keys that it does not.
+    struct Case {
+        const char* name;
+        std::function<Set()> make;
+        Names keys, left;
+    };
+    template <typename... Keys>
+    static Names NamesOf(const Keys&... tables) {
+        Names names;
+        const auto add = [&](const auto& table) {
+            for (const auto& key : table) names.insert(key.name);
+        };
+        (add(tables), ...);
+        return names;
+    }
+
+    std::vector<Case> Cases() {
+        using namespace PropertySets;
+        const auto keysOf = [](std::string_view beginning) {
+            Names names = NamesOf(CanvasKeys::Capture);
+            std::erase_if(names, [&](std::string_view name) { return !name.starts_with(beginning); });
+            return names;
+        };
+        Names fixed = keysOf("Fixed");
+        fixed.merge(keysOf("Cascade"));
+        return {
+            {"text",
+             [this] { return Layer(portfolio, 2, TextLayer); },
+             NamesOf(LayerKeys::TextHead,                                 CanvasKeys::TextBeforeSchedule,                                                 CanvasKeys::TextAfterSchedule),
+             {"OpacityMode"}}, // decides nothing
+            {"graphic",
+             [this] { return Layer(portfolio, 2, GraphicLayer); },
+             NamesOf(LayerKeys::GraphicHead,                                 CanvasKeys::GraphicBeforeSchedule,
+             CanvasKeys::GraphicAfterSchedule, LayerKeys::GraphicColours,
+             CanvasKeys::GraphicAfterTable),
+             {"TransparentColorCount"}}, // in the table
+            {"canvas",
+             [this] { return CanvasGeneral(portfolio, 2); },
+             NamesOf(CanvasKeys::General, CanvasKeys::BackgroundColor),
+             {"WindowState", "PosX", "PosY", "FormType"}}, // the window's own
+            {"fixed",                                           [this] { return FixedSave(portfolio, 2); },                                        fixed,              {}                                                                                                                },
+            {"sequential", [this] { return SequentialSave(portfolio, 2); },     keysOf("Sequential"),       {}},
+            {"wallpaper",                                         [this] { return Wallpaper(portfolio, 2); },                                             NamesOf(CanvasKeys::Background),                             {}},
+            {"upload",                                         [this] { return FTPUpload(portfolio, 2); },                                             NamesOf(CanvasKeys::FTPPushKeys),                                     {}                                },
+            {"web picture",
+             [this] { return WebPicture(portfolio, 2); },
+             NamesOf(CanvasKeys::WebServerKeys),
+             {}                                                                  },
+            {"feed",                                         [this] { return Feed(portfolio, 9); },                                             NamesOf(PortfolioKeys::Feed),     {}                                                                                                },
+            {"motion",                                          [this] { return Motion(portfolio, 0); },                                              NamesOf(PortfolioKeys::Motion),                                                 {}},
+            {"web",                                         [this] { return Web(portfolio); },                                             NamesOf(PortfolioKeys::Web),                                          {}},
+            {"weather",                                         [this] { return Weather(portfolio); },                                             NamesOf(PortfolioKeys::Weather), {}                      },
+            {"script",                                         [this] { return Scripting(portfolio); },                                             NamesOf(PortfolioKeys::Scripting),    {}                                                             },
+        };
+    }
+
+    /// Each row of each set, named in failures.
+    void ForEachRow(const std::function<void(PropertySet&, std::size_t, const Property&)>& check) {
+        for (const Case& set : Cases()) {
+            const Set properties = set.make();
+            ASSERT_TRUE(properties->Exists()) << set.name;
+            for (std::size_t row = 0; row < properties->Properties().size(); ++row) {
+                const Property& property = properties->Properties()[row];
+                SCOPED_TRACE(std::string(set.name) + ": " + std::string(property.name));
+                check(*properties, row, property);
+            }
+        }
+    }
+};
+
+bool IsNumber(PropertyKind kind) {
+    return kind == PropertyKind::Whole || kind == PropertyKind::Real || kind == PropertyKind::Percent ||
+           kind == PropertyKind::Rate || kind == PropertyKind::Canvas;
+}
+
+TEST_F(PropertySetsTest, ShowEveryKeyOfTheFilesOnce) {
+    for (const Case& set : Cases()) {
+        SCOPED_TRACE(set.name);
+        std::multiset<std::string_view> shown;
+        for (const Property& property : set.make()->Properties())
+            if (property.kind != PropertyKind::Schedule) shown.insert(property.name);
+        Names expected = set.keys;
+        for (const std::string_view name : set.left) EXPECT_EQ(expected.erase(name), 1u) << name;
+        EXPECT_TRUE(std::ranges::equal(shown, expected));
+    }
+}
+
+TEST_F(PropertySetsTest, KeepGroupsTogetherAndMnemonicsApart) {
+    for (const Case& set : Cases()) {
+        const Set properties = set.make();
+        std::string_view group;
+        Names groups;
+        std::set<char> mnemonics;
+        for (const Property& property : properties->Properties()) {
+            SCOPED_TRACE(std::string(set.name) + ": " + std::string(property.name));
+            if (property.group != group) {
+                EXPECT_TRUE(groups.insert(group = property.group).second);
+            }
+            const auto mark = property.label.find('&');
+            if (mark != property.label.npos) {
+                EXPECT_TRUE(mnemonics.insert(static_cast<char>(property.label[mark + 1] | 32)).second);
+            }
+            EXPECT_TRUE(property.relevantIf.empty() || properties->Find(property.relevantIf));
+            EXPECT_TRUE(property.kind != PropertyKind::Choice || !property.choices.empty());
+        }
+    }
+}
+
+TEST_F(PropertySetsTest, TakeDefaultsAndChoicesAsTheyAre) {
+    ForEachRow([](PropertySet& set, std::size_t row, const Property& property) {
+        EXPECT_EQ(set.Set(row, std::string(property.fallback)), KeyFault::None);
+        const std::string shown = set.Get(row);
+        if (IsNumber(property.kind))
+            EXPECT_EQ(modNumbers::Str2DblNI(shown), modNumbers::Str2DblNI(property.fallback));
+        else
+            EXPECT_EQ(shown, property.fallback);
+        for (const PropertyChoice& choice : property.choices) {
+            EXPECT_EQ(set.Set(row, std::string(choice.value)), KeyFault::None);
+            EXPECT_EQ(set.Get(row), choice.value);
+        }
+        set.Set(row, shown);
+    });
+}
+
+TEST_F(PropertySetsTest, HaveTheRangesOfTheSetters) {
+    ForEachRow([](PropertySet& set, std::size_t row, const Property& property) {
+        if (!IsNumber(property.kind)) return;
+        const auto check = [&](double value, double stored) {
+            set.Set(row, modNumbers::CStrNI(value));
+            EXPECT_NEAR(modNumbers::Str2DblNI(set.Get(row)), stored, 1e-9) << value;
+        };
+        check(property.low - 1, property.low);
+        check(property.high, property.high);
+        if (property.name == "FrameRate") return;  // has no highest value of its own
+        check(property.high + 1, property.high);
+        EXPECT_EQ(set.Set(row, "1e99"), KeyFault::OutOfRange);
+        EXPECT_NEAR(modNumbers::Str2DblNI(set.Get(row)), property.high, 1e-9);
+    });
+}
+
+TEST_F(PropertySetsTest, LeaveAloneWhatTheyCannotRead) {
+    ForEachRow([](PropertySet& set, std::size_t row, const Property& property) {
+        const std::string before = set.Get(row);
+        for (const std::string text :
+             {"rubbish", "", "&H", "12 to 13", "sunrise to nowhere", "&H0 1", "; ;"}) {
+            const KeyFault fault = set.Set(row, text);
+            if (fault != KeyFault::None && fault != KeyFault::OutOfRange) {
+                EXPECT_EQ(set.Get(row), before) << text;
+            }
+            EXPECT_TRUE(!IsNumber(property.kind) || fault != KeyFault::None) << text;
+            set.Set(row, before);
+        }
+        EXPECT_EQ(set.Get(row), before);
+    });
+}
+
+TEST_F(PropertySetsTest, SetSchedulesAndColourTablesByTheirTexts) {
+    const Set text = PropertySets::Layer(portfolio, 2, TextLayer);
+    const std::size_t schedule = *text->Find("Schedule");
+    for (const std::string window : {"08:00:00 to sunset-15.5 min", "sunrise+30 min to sunrise-10 minutes",
+                                     "sunset to 23:59:50", "24-hours"}) {
+        EXPECT_EQ(text->Set(schedule, window), KeyFault::None);
+        EXPECT_EQ(text->Get(schedule), window);
+        EXPECT_EQ(text->ScheduleOf(schedule)->Description(), window);
+    }
+    const Set graphic = PropertySets::Layer(portfolio, 2, GraphicLayer);
+    const std::size_t table = *graphic->Find("TransparentColorTable");
+    const std::string colours = "&H0000FF &H1020FF 10 0; &HFFFFFF &HFFFFFF 0 50";
+    EXPECT_EQ(graphic->Set(table, colours), KeyFault::None);
+    EXPECT_EQ(graphic->Get(table), colours);
+    EXPECT_EQ(portfolio.Canvas(2).Graphic(100)->TransparentColorCount(), 2);
+}
+
+TEST_F(PropertySetsTest, OutliveWhatTheyDescribe) {
+    for (const Case& set : Cases()) {
+        Set properties = set.make();
+        if (properties->CanvasSlot() == 0) continue;
+        portfolio.ResetCanvas(2);
+        EXPECT_FALSE(properties->Exists()) << set.name;
+        EXPECT_EQ(properties->Get(0), "");
+        properties->Set(0, "True");
+        for (std::size_t row = 0; row < properties->Properties().size(); ++row)
+            EXPECT_EQ(properties->ScheduleOf(row), nullptr);
+    }
+    EXPECT_FALSE(PropertySets::CanvasGeneral(portfolio, 21)->Exists());
+    EXPECT_FALSE(PropertySets::Motion(portfolio, -1)->Exists());
+}
+
+TEST_F(PropertySetsTest, FindTheFeedOfALayerAtOnceAndTheFileOfTheSlot) {
+    portfolio.VideoFeed(4).SetFeedName("Roof");
+    const Set graphic = PropertySets::Layer(portfolio, 2, GraphicLayer);
+    graphic->Set(*graphic->Find("SourceVideoFeedName"), "Roof");
+    EXPECT_EQ(portfolio.Canvas(2).Graphic(100)->SourceVideoFeed(), 4);
+    const Set upload = PropertySets::FTPUpload(portfolio, 2);
+    EXPECT_EQ(upload->Properties()[*upload->Find("FilePath")].fallback, "FTPPush02.jpg");
+}
+
+}  // namespace
+}  // namespace tessaloom::testing
