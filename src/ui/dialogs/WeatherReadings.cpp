@@ -72,7 +72,7 @@ constexpr Reading Readings[] = {
 };
 // clang-format on
 
-enum Column { Name, Value, UnitText, Note, Tag, Columns };
+enum Column { NameText, ValueText, UnitText, NoteText, TagText };
 
 const QString NotAvailable = "N/A";
 
@@ -116,17 +116,17 @@ WeatherReadings::WeatherReadings(QWidget* parent) : QTreeWidget(parent) {
     setSelectionMode(SingleSelection);
     QTreeWidgetItem* group = nullptr;
     for (const Reading& reading : Readings) {
-        if (!group || group->text(Name) != Wording::Words(reading.group)) {
+        if (!group || group->text(NameText) != Wording::Words(reading.group)) {
             group = new QTreeWidgetItem(this, {Wording::Words(reading.group)});
             group->setFirstColumnSpanned(true);
             group->setExpanded(true);
             QFont bold = font();
             bold.setBold(true);
-            group->setFont(Name, bold);
+            group->setFont(NameText, bold);
         }
         auto* row = new QTreeWidgetItem(group, {Wording::Words(reading.name)});
-        row->setText(Tag, Wording::Words(reading.tag));
-        row->setTextAlignment(Value, Qt::AlignRight | Qt::AlignVCenter);
+        row->setText(TagText, Wording::Words(reading.tag));
+        row->setTextAlignment(ValueText, Qt::AlignRight | Qt::AlignVCenter);
         rows_.push_back(row);
     }
     header()->setStretchLastSection(true);
@@ -138,10 +138,10 @@ void WeatherReadings::Show(const VWS& weather) {
         const Reading& reading = Readings[i];
         const QString value = Expanded(reading.tag, weather);
         const bool missing = value == NotAvailable;
-        SetText(rows_[i], Value, value);
+        SetText(rows_[i], ValueText, value);
         SetText(rows_[i], UnitText, missing ? QString() : UnitOf(reading.unit, weather));
         const QString note = missing || reading.note.empty() ? QString() : Expanded(reading.note, weather);
-        SetText(rows_[i], Note, note == NotAvailable ? QString() : note);
+        SetText(rows_[i], NoteText, note == NotAvailable ? QString() : note);
     }
 }
 
