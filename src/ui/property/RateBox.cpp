@@ -170,7 +170,6 @@ RateBox::RateBox(List list, double low, double high, QWidget* parent)
     });
     connect(box_->lineEdit(), &QLineEdit::textEdited, this, &RateBox::Typed);
     connect(box_->lineEdit(), &QLineEdit::editingFinished, this, &RateBox::Finish);
-    box_->lineEdit()->installEventFilter(this);
     box_->installEventFilter(this);
 }
 
@@ -214,11 +213,11 @@ void RateBox::Finish() {
 
 bool RateBox::eventFilter(QObject* object, QEvent* event) {
     // The wheel turns pages; it must not change a rate that it passes over.
-    if (event->type() == QEvent::Wheel && object == box_ && !box_->lineEdit()->hasFocus()) {
+    if (event->type() == QEvent::Wheel && !box_->hasFocus()) {
         event->ignore();
         return true;
     }
-    if (event->type() == QEvent::FocusOut && object == box_->lineEdit() && busy_) {
+    if (event->type() == QEvent::FocusOut && busy_) {
         Finish();
         if (busy_) {
             ShowSeconds(seconds_);
