@@ -101,9 +101,8 @@ inline Array* Value::AsArray() const { return static_cast<Array*>(shared_); }
 
 inline Value Value::OfArray(Array* array) {
     Value result(VarType::Array, std::int32_t{0});
-    result.shared_ = array;
-    result.counted_ = true;
     array->Retain();
+    result.Hold(array);
     return result;
 }
 

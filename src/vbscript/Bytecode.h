@@ -42,6 +42,7 @@ namespace tessaloom::vbscript {
     X(EqualK) X(NotEqualK) X(LessK) X(GreaterK) X(LessOrEqualK) X(GreaterOrEqualK) \
     X(Negate) X(Not)    /* a = op b */ \
     X(Append)           /* a = a & b */ \
+    X(AppendMany)       /* a = a & b & b+1 .. of count c */ \
     X(Jump)             /* to D */ \
     X(LoopBack)         /* the same backwards, watching the time */ \
     X(JumpIfFalse)      /* a, to D */ \
@@ -65,7 +66,8 @@ namespace tessaloom::vbscript {
     X(CallBuiltin)      /* built-in b, the same way */ \
     X(CallName)         /* what global b has become; the word behind: a slot + 1, b a NameUse */ \
     X(CallValue)        /* default member of b as a statement, arguments as above */ \
-    X(CallMember)       /* of object a, c arguments behind it; b a CallKind; the word behind: D the site */ \
+    X(CallMember)       /* of object a, c arguments behind it; b a CallKind; the word behind: D the site, a how many \
+                           WriteBack follow */ \
     X(GetMember)        /* a = member of object b, without arguments; c the site */ \
     X(LetMember)        /* member of object b = the register behind a; c the site */ \
     X(CallHostMember)   /* global b, a host's member, c arguments from a; the word behind: b a CallKind */ \

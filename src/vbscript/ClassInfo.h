@@ -42,6 +42,7 @@ public:
     std::deque<Routine> routines;
     const Routine* initialize = nullptr;
     const Routine* terminate = nullptr;
+    MemoryCharge charge;
 };
 
 }  // namespace tessaloom::vbscript

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "vbscript/Operators.h"
 #include "vbscript/PlainOperands.h"
 
@@ -72,6 +74,20 @@ void AppendTo(Context& context, Value& target, const Value& tail) {
     }
     const String text = TextForJoining(context, tail);
     target.AppendText(text.Bytes(), text.ByteLength());
+}
+
+void AppendTo(Context& context, Value& target, std::span<Value> tail) {
+    const bool anyObject =
+        std::ranges::any_of(tail, [](const Value& part) { return part.Is(VarType::Object); });
+    if (!IsText(target) || anyObject) {  // as above
+        Value joined = target;
+        for (const Value& part : tail) joined = Concatenate(context, joined, part);
+        target = std::move(joined);
+        return;
+    }
+    for (Value& part : tail)
+        if (!IsText(part)) part = Value::OfString(TextForJoining(context, part));
+    target.AppendTexts(tail);
 }
 
 }  // namespace tessaloom::vbscript

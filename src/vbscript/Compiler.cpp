@@ -1,5 +1,6 @@
 #include "vbscript/Compiler.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 #include "vbscript/Error.h"
@@ -67,6 +68,12 @@ const Mark& Routine::MarkAt(std::size_t place) const {
     return marks[low];
 }
 
+std::size_t Routine::Bytes() const {
+    return sizeof *this + code.capacity() * sizeof(Instruction) + constants.capacity() * sizeof(Value) +
+           marks.capacity() * sizeof(Mark) + sites.capacity() * sizeof(Site) +
+           names.capacity() * sizeof(LocalName);
+}
+
 Value ConstantValue(Context& context, const ProgramTree& tree, const ConstantDeclaration& constant) {
     const Value& value = tree.constants[constant.index];
     return constant.negated ? Negate(context, value) : value;
@@ -102,11 +109,12 @@ std::unique_ptr<Routine> Compiler::Compile(const ProgramTree& tree, Place place)
             RoutineCompiler inner(context_, program_, tree, *routine, {}, globals_);
             inner.Declare(*declaration);
             inner.Compile(*declaration);
+            routine->charge.Take(routine->Bytes());
             if (program_.symbols.Count() > MostGlobals) throw SyntaxError(1001, 1, 1);
         }
         outermost.Compile(tree.main);
         if (program_.symbols.Count() > MostGlobals) throw SyntaxError(1001, 1, 1);
-    } catch (const SyntaxError&) {
+    } catch (...) {
         for (; done < pending_.size(); ++done) MakeUnusable(*pending_[done].second);
         throw;
     }
@@ -146,13 +154,21 @@ void Compiler::DefineNames(const ProgramTree& tree, bool nested) {
         }
     }
     for (const ClassDeclaration* declaration : tree.classes) DefineClass(*declaration);
-    for (const RoutineDeclaration* declaration : tree.routines) {
-        Routine& routine = program_.routines.emplace_back();
-        Prepare(routine, *declaration, tree.explicitNames);
-        const int number = Define(declaration->name, SymbolKind::Routine);
-        program_.symbols[static_cast<std::size_t>(number)].routine = &routine;
-        pending_.emplace_back(declaration, &routine);
-    }
+    for (const RoutineDeclaration* declaration : tree.routines)
+        DefineRoutine(*declaration, tree.explicitNames);
+}
+
+void Compiler::DefineRoutine(const RoutineDeclaration& declaration, bool explicitNames) {
+    Symbol& symbol =
+        program_.symbols[static_cast<std::size_t>(Define(declaration.name, SymbolKind::Routine))];
+    const auto old =
+        std::ranges::find_if(program_.routines, [&](const Routine& one) { return &one == symbol.routine; });
+    if (old != program_.routines.end())
+        program_.replaced.splice(program_.replaced.end(), program_.routines, old);
+    Routine& routine = program_.routines.emplace_back();
+    Prepare(routine, declaration, explicitNames);
+    symbol.routine = &routine;
+    pending_.emplace_back(&declaration, &routine);
 }
 
 void Compiler::DefineClass(const ClassDeclaration& declaration) {
@@ -190,6 +206,8 @@ void Compiler::DefineClass(const ClassDeclaration& declaration) {
         if (part->name == initialize) type->initialize = &routine;
         if (part->name == terminate) type->terminate = &routine;
     }
+    type->charge.Take(sizeof *type + type->members.size() * sizeof(ClassInfo::Member) +
+                      type->fields.size() * sizeof(ClassInfo::Field));
     if (defaultMember > 0) type->members[0] = type->members[static_cast<std::size_t>(defaultMember)];
     const int number = Define(declaration.name, SymbolKind::Class);
     program_.symbols[static_cast<std::size_t>(number)].type = type.Get();

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <deque>
+#include <list>
 #include <memory>
 #include <unordered_map>
 #include <vector>
@@ -17,7 +17,8 @@ namespace tessaloom::vbscript {
 struct Program {
     Names names;
     Symbols symbols;
-    std::deque<Routine> routines;  ///< Of the outermost level, in the order of the code; also replaced ones.
+    std::list<Routine> routines;  ///< Of the outermost level, in the order of the code.
+    std::list<Routine> replaced;  ///< Which others of the same name have followed; some may still run.
     std::vector<Ref<ClassInfo>> classes;
     std::vector<Ref<Object>> openObjects;  ///< Of the host, with members that are known by name alone.
 };
@@ -26,13 +27,14 @@ struct Program {
 inline constexpr std::uint32_t MostGlobals = 32768;
 
 /// Turns trees into routines. Throws SyntaxError 1041 for names defined twice, before anything is defined,
-/// and 1001 for what is too large; procedures that were not reached then raise error 51.
+/// 1001 for what is too large, and RuntimeError 7; procedures that were not reached then raise error 51.
 class Compiler {
 public:
     /// Where the text stands: `around` is the routine whose locals it sees (Execute, Eval), or null.
     struct Place {
         const Routine* around = nullptr;
-        bool onGlobals = false;  ///< Nothing runs yet: registers may be the globals themselves.
+        bool onGlobals = false;             ///< Nothing runs yet: registers may be the globals themselves.
+        ExecutedNames* executed = nullptr;  ///< Of `around`: where the text declares its variables.
     };
 
     /// `globals`: the values of the symbols.
@@ -51,6 +53,7 @@ public:
 private:
     void DefineNames(const syntax::ProgramTree& tree, bool nested);
     void DefineClass(const syntax::ClassDeclaration& declaration);
+    void DefineRoutine(const syntax::RoutineDeclaration& declaration, bool explicitNames);
     int Define(NameId name, SymbolKind kind);
 
     Context& context_;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "vbscript/Holder.h"
 #include "vbscript/Host.h"
 #include "vbscript/Random.h"
 #include "vbscript/TimeLimit.h"
@@ -16,6 +17,7 @@ struct Context {
     UserLocale locale;  ///< The host's, or what SetLocale chose.
     int localeId;
     Random random;
+    Holders holders;  ///< Among the objects that scripts have created.
 };
 
 }  // namespace tessaloom::vbscript

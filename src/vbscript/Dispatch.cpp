@@ -61,9 +61,9 @@ inline bool IsTrue(Context& context, const Value& value) {
 
 /// The object in `receiver`, if it is of the kind that `site` remembers.
 inline Object* Known(const Value& receiver, const Site& site) {
-    if (!receiver.Is(VarType::Object)) return nullptr;
-    Object* const object = receiver.AsObject();
-    return object && object->Shape() == site.shape ? object : nullptr;
+    if (!receiver.HasObject()) return nullptr;
+    Object& object = receiver.TheObject();
+    return object.Shape() == site.shape ? &object : nullptr;
 }
 
 inline bool IsPlain(const Value& value) {
@@ -88,11 +88,12 @@ void Machine::Dispatch(std::size_t stop) {
     Value* base = nullptr;
     const Value* constants = nullptr;
     const Instruction* code = nullptr;
+    Site* sites = nullptr;
 
-#define NEXT()                                      \
-    do {                                            \
-        i = pc++;                                   \
-        goto* labels[static_cast<int>(i->code)];    \
+#define NEXT()                                   \
+    do {                                         \
+        i = pc++;                                \
+        goto* labels[static_cast<int>(i->code)]; \
     } while (false)
 #define LOAD_FRAME()                                \
     do {                                            \
@@ -101,17 +102,18 @@ void Machine::Dispatch(std::size_t stop) {
         base = next.base;                           \
         constants = next.routine->constants.data(); \
         code = next.routine->code.data();           \
+        sites = next.routine->sites.data();         \
     } while (false)
 #define A base[i->a]
 #define B base[i->b]
 #define C base[i->c]
 #define KC constants[i->c]
-#define WATCH()                                     \
-    do {                                            \
-        if (--untilWatch_ == 0) [[unlikely]] {      \
-            Top().place = pc;                       \
-            Watch();                                \
-        }                                           \
+#define WATCH()                                \
+    do {                                       \
+        if (--untilWatch_ == 0) [[unlikely]] { \
+            Top().place = pc;                  \
+            Watch();                           \
+        }                                      \
     } while (false)
 
     for (;;) {
@@ -120,33 +122,39 @@ void Machine::Dispatch(std::size_t stop) {
             LOAD_FRAME();
             NEXT();
 
-#define ARITHMETIC(name, right, sign)                                                      \
-    {                                                                                      \
-        const Value &x = B, &y = right;                                                    \
-        if (BothWhole(x, y)) {                                                             \
-            StoreWhole(A, std::int64_t{x.Whole()} sign y.Whole(), x, y);                   \
-        } else if (IsCommonNumber(x) && IsCommonNumber(y)) {                               \
-            const double result = RealOf(x) sign RealOf(y);                                \
-            if (!std::isfinite(result)) [[unlikely]]                                       \
-                Fail(ErrorCode::Overflow);                                                 \
-            A.SetDouble(result);                                                           \
-        } else {                                                                           \
-            A = slow::name(context_, x, y);                                                \
-        }                                                                                  \
-        NEXT();                                                                            \
+#define ARITHMETIC(name, right, sign)                                    \
+    {                                                                    \
+        const Value &x = B, &y = right;                                  \
+        if (BothWhole(x, y)) {                                           \
+            StoreWhole(A, std::int64_t{x.Whole()} sign y.Whole(), x, y); \
+        } else if (IsCommonNumber(x) && IsCommonNumber(y)) {             \
+            const double result = RealOf(x) sign RealOf(y);              \
+            if (!std::isfinite(result)) [[unlikely]]                     \
+                Fail(ErrorCode::Overflow);                               \
+            A.SetDouble(result);                                         \
+        } else {                                                         \
+            A = slow::name(context_, x, y);                              \
+        }                                                                \
+        NEXT();                                                          \
     }
-        DoAdd: ARITHMETIC(Add, C, +)
-        DoAddK: ARITHMETIC(Add, KC, +)
-        DoSubtract: ARITHMETIC(Subtract, C, -)
-        DoSubtractK: ARITHMETIC(Subtract, KC, -)
-        DoMultiply: ARITHMETIC(Multiply, C, *)
-        DoMultiplyK: ARITHMETIC(Multiply, KC, *)
+        DoAdd:
+            ARITHMETIC(Add, C, +)
+        DoAddK:
+            ARITHMETIC(Add, KC, +)
+        DoSubtract:
+            ARITHMETIC(Subtract, C, -)
+        DoSubtractK:
+            ARITHMETIC(Subtract, KC, -)
+        DoMultiply:
+            ARITHMETIC(Multiply, C, *)
+        DoMultiplyK:
+            ARITHMETIC(Multiply, KC, *)
 #undef ARITHMETIC
 
-#define OPERATOR(name, function)                        \
-    Do##name : A = function(context_, B, C);            \
-    NEXT();                                             \
-    Do##name##K : A = function(context_, B, KC);        \
+#define OPERATOR(name, function)                 \
+    Do##name : A = function(context_, B, C);     \
+    NEXT();                                      \
+    Do##name##K : A = function(context_, B, KC); \
     NEXT();
             OPERATOR(Divide, Divide)
             OPERATOR(IntegerDivide, IntegerDivide)
@@ -175,16 +183,16 @@ void Machine::Dispatch(std::size_t stop) {
                 A = vbscript::Not(context_, B);
             NEXT();
 
-#define COMPARISON(name)                                                                \
-    Do##name : StoreComparison<Comparison::name>(context_, A, B, C);                    \
-    NEXT();                                                                             \
-    Do##name##K : StoreComparison<Comparison::name>(context_, A, B, KC);                \
-    NEXT();                                                                             \
-    DoUnless##name : if (Holds<Comparison::name>(context_, A, B))++ pc;                 \
-    else pc = code + pc->D();                                                           \
-    NEXT();                                                                             \
+#define COMPARISON(name)                                                                 \
+    Do##name : StoreComparison<Comparison::name>(context_, A, B, C);                     \
+    NEXT();                                                                              \
+    Do##name##K : StoreComparison<Comparison::name>(context_, A, B, KC);                 \
+    NEXT();                                                                              \
+    DoUnless##name : if (Holds<Comparison::name>(context_, A, B))++ pc;                  \
+    else pc = code + pc->D();                                                            \
+    NEXT();                                                                              \
     DoUnless##name##K : if (Holds<Comparison::name>(context_, A, constants[i->b]))++ pc; \
-    else pc = code + pc->D();                                                           \
+    else pc = code + pc->D();                                                            \
     NEXT();
             COMPARISON(Equal)
             COMPARISON(NotEqual)
@@ -202,6 +210,9 @@ void Machine::Dispatch(std::size_t stop) {
 
         DoAppend:
             AppendTo(context_, A.Resolved(), B);
+            NEXT();
+        DoAppendMany:
+            AppendTo(context_, A.Resolved(), {&B, i->c});
             NEXT();
 
         DoLoadConstant:
@@ -223,21 +234,21 @@ void Machine::Dispatch(std::size_t stop) {
             A = Value::OfObject(Top().me);
             NEXT();
 
-#define STORE(name, function)                                                   \
-    Do##name : function(A, B, i->c != 0);                                       \
-    NEXT();                                                                     \
-    Do##name##Parameter : function(A.Resolved(), B, i->c != 0);                 \
-    NEXT();                                                                     \
-    Do##name##Global : function(stack_.get()[i->a], B, i->c != 0);              \
-    NEXT();                                                                     \
-    Do##name##Field : function(Top().me->Field(i->a), B, i->c != 0);            \
+#define STORE(name, function)                                        \
+    Do##name : function(A, B, i->c != 0);                            \
+    NEXT();                                                          \
+    Do##name##Parameter : function(A.Resolved(), B, i->c != 0);      \
+    NEXT();                                                          \
+    Do##name##Global : function(stack_.get()[i->a], B, i->c != 0);   \
+    NEXT();                                                          \
+    Do##name##Field : function(Top().me->Field(i->a), B, i->c != 0); \
     NEXT();
             STORE(Let, LetValue)
             STORE(Set, SetValue)
 #undef STORE
-#define PUT(name, target)                                                       \
-    Do##name : if (i->c) target = std::move(B);                                 \
-    else target = B;                                                            \
+#define PUT(name, target)                       \
+    Do##name : if (i->c) target = std::move(B); \
+    else target = B;                            \
     NEXT();
             PUT(Put, A)
             PUT(PutParameter, A.Resolved())
@@ -264,7 +275,7 @@ void Machine::Dispatch(std::size_t stop) {
             A = Value::ReferenceTo(Top().me->Field(i->b));
             NEXT();
 
-        DoIndex: {
+        DoIndex : {
             Value &variable = B.Resolved(), &index = C;
             if (variable.Is(VarType::Array) && IsIntegerOrLong(index))
                 A = variable.AsArray()->At(index.Whole());
@@ -277,7 +288,7 @@ void Machine::Dispatch(std::size_t stop) {
         DoIndexMany:
             A = Element(B.Resolved(), {&A, i->c});
             NEXT();
-        DoLetIndex: {
+        DoLetIndex : {
             Value &variable = B.Resolved(), &index = C;
             if (variable.Is(VarType::Array) && IsIntegerOrLong(index) && !A.Is(VarType::Object)) {
                 LetValue(variable.WritableArray().At(index.Whole()), A, false);
@@ -293,7 +304,7 @@ void Machine::Dispatch(std::size_t stop) {
         DoSetIndexMany:
             StoreElement(B.Resolved(), {&A, i->c + std::size_t{1}}, CallKind::Set);
             NEXT();
-        DoRefElement: {
+        DoRefElement : {
             Value& variable = B.Resolved();
             if (variable.Is(VarType::Array))
                 A = Value::ReferenceTo(ElementPlace(variable, {&A, i->c}));
@@ -343,7 +354,7 @@ void Machine::Dispatch(std::size_t stop) {
             else
                 pc = code + pc->D();
             NEXT();
-        DoForNext: {
+        DoForNext : {
             WATCH();
             Value& counter = B;
             const Value *const kept = &A, &step = kept[1];
@@ -379,19 +390,19 @@ void Machine::Dispatch(std::size_t stop) {
             A = B;
             NEXT();
 
-#define ENTERED()                       \
-    do {                                \
-        LOAD_FRAME();                   \
-        WATCH();                        \
+#define ENTERED()     \
+    do {              \
+        LOAD_FRAME(); \
+        WATCH();      \
     } while (false)
-        DoCallRoutine: {
+        DoCallRoutine : {
             Top().place = pc;
             const Routine* const routine = program_.symbols[i->b].routine;
             Enter(*routine, &A, i->c, &A, false, nullptr);
             ENTERED();
             NEXT();
         }
-        DoCallOwn: {
+        DoCallOwn : {
             Frame& frame = Top();
             frame.place = pc;
             const Routine* const routine = frame.me->Type().members[i->b].get;
@@ -400,7 +411,7 @@ void Machine::Dispatch(std::size_t stop) {
             ENTERED();
             NEXT();
         }
-        DoCallBuiltin: {
+        DoCallBuiltin : {
             const std::size_t count = i->c;
             Value* const arguments = &A;
             Top().place = pc;
@@ -408,7 +419,7 @@ void Machine::Dispatch(std::size_t stop) {
             for (std::size_t k = 1; k < count; ++k) arguments[k].LetGo();
             NEXT();
         }
-        DoLoadName: {
+        DoLoadName : {
             Top().place = pc;
             if (CallName(&A, 0, i->b, i->c, NameUse::Value)) ENTERED();
             NEXT();
@@ -417,7 +428,7 @@ void Machine::Dispatch(std::size_t stop) {
             Top().place = pc;
             RefName(A, i->b, i->c);
             NEXT();
-        DoCallName: {
+        DoCallName : {
             const Instruction& more = *pc++;
             Top().place = pc;
             if (CallName(&A, i->c, i->b, more.a, static_cast<NameUse>(more.b))) ENTERED();
@@ -427,27 +438,27 @@ void Machine::Dispatch(std::size_t stop) {
             Top().place = pc;
             CallValue(&A, i->c, B.Resolved());
             NEXT();
-        DoCallMember: {
+        DoCallMember : {
             const Instruction& more = *pc++;
-            Frame& frame = Top();
-            Site& site = frame.routine->sites[static_cast<std::size_t>(more.D())];
+            Site& site = sites[more.D()];
             if (i->c == 1 && i->b == static_cast<std::uint16_t>(CallKind::Get)) {
                 const Value& argument = (&A)[1].Resolved();
                 Object* const object = Known(A, site);
                 if (object && site.plain.item && !argument.Is(VarType::Object)) {
                     A = site.plain.item(*object, context_, argument);
                     (&A)[1].LetGo();
+                    pc += more.a;
                     NEXT();
                 }
             }
-            frame.place = pc;
+            Top().place = pc;
             const auto kind = static_cast<CallKind>(i->b & 0xFF);
             if (CallMember(&A, i->c, kind, (i->b & OwnAccess) != 0, site)) ENTERED();
             NEXT();
         }
-        DoGetMember: {
+        DoGetMember : {
             const Value& receiver = B.Resolved();
-            Site& site = Top().routine->sites[i->c];
+            Site& site = sites[i->c];
             if (Object* const object = Known(receiver, site); object && site.plain.get) [[likely]] {
                 A = site.plain.get(*object, context_);
                 NEXT();
@@ -457,11 +468,11 @@ void Machine::Dispatch(std::size_t stop) {
             if (CallMember(&A, 0, CallKind::Get, false, site)) ENTERED();
             NEXT();
         }
-        DoLetMember: {
+        DoLetMember : {
             const Value &receiver = B.Resolved(), &value = (&A)[1];
-            Site& site = Top().routine->sites[i->c];
-            if (Object* const object = Known(receiver, site);
-                object && site.plain.let && IsPlain(value)) [[likely]] {
+            Site& site = sites[i->c];
+            if (Object* const object = Known(receiver, site); object && site.plain.let && IsPlain(value))
+                [[likely]] {
                 site.plain.let(*object, context_, value);
                 A.LetGo();
                 (&A)[1].LetGo();
@@ -472,8 +483,14 @@ void Machine::Dispatch(std::size_t stop) {
             if (CallMember(&A, 1, CallKind::Let, false, site)) ENTERED();
             NEXT();
         }
-        DoCallHostMember: {
+        DoCallHostMember : {
             const Instruction& more = *pc++;
+            const Symbol& symbol = program_.symbols[i->b];
+            if (i->c == 0 && symbol.plain.get && more.b == static_cast<std::uint16_t>(CallKind::Get))
+                [[likely]] {
+                A = symbol.plain.get(*symbol.host, context_);
+                NEXT();
+            }
             Top().place = pc;
             CallHostMember(&A, i->c, i->b, static_cast<CallKind>(more.b));
             NEXT();
@@ -495,7 +512,7 @@ void Machine::Dispatch(std::size_t stop) {
         DoRelease:
             for (Value *value = &A, *const end = value + i->b; value != end; ++value) value->MakeEmpty();
             NEXT();
-        DoMakeArray: {
+        DoMakeArray : {
             const std::vector<int>& bounds = Top().routine->bounds[static_cast<std::size_t>(i->D())];
             A = Value::OfArray(Array::OfBounds(bounds, !bounds.empty()));
             NEXT();

@@ -31,14 +31,26 @@ inline void Machine::Enter(const Routine& routine, Value* base, std::size_t coun
 /// Ends the topmost routine and hands its result over. Its locals go before the caller goes on, so that
 /// their Class_Terminate runs now.
 inline void Machine::Leave() {
-    const Frame& frame = Top();
+    Frame& frame = Top();
     const Routine& routine = *frame.routine;
     Value result;
     if (routine.resultSlot >= 0 && !frame.dropsResult) result = std::move(frame.base[routine.resultSlot]);
     Value* const first = frame.base + (routine.onGlobals ? MostGlobals : 0);
     for (Value *slot = first, *const end = frame.base + routine.slots; slot < end; ++slot) slot->LetGo();
+    if (frame.executed) [[unlikely]]
+        frame.executed.reset();
     --depth_;
     *frame.result = std::move(result);
+}
+
+/// What an assignment without Set does.
+[[gnu::always_inline]] inline void Machine::LetValue(Value& target, Value& source, bool mayMove) {
+    if (source.Is(VarType::Object) || source.Is(VarType::Array) || target.Is(VarType::Array)) [[unlikely]]
+        LetCompound(target, source, mayMove);
+    else if (mayMove)
+        target = std::move(source);
+    else
+        target = source;
 }
 
 inline void Machine::PassByValue(const Routine& routine, Value* base) {

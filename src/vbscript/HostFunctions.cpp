@@ -29,6 +29,7 @@ Value CreateObject(Context& context, std::span<Value> values) {
     const String name = Arguments(context, values).Text(0);
     const Ref<Object> object = context.host.CreateObject(name.ToUtf8());
     if (!object) FailNaming(ErrorCode::CannotCreateObject, name.View());
+    if (auto* const holder = dynamic_cast<Holder*>(object.Get())) context.holders.Add(*holder);
     return Value::OfObject(object);
 }
 

@@ -49,6 +49,12 @@ bool EndsOperand(TokenKind kind) {
     }
 }
 
+/// Whether a statement, or a remark, may stand behind this token.
+bool BeginsStatement(TokenKind kind) {
+    return kind == TokenKind::NewLine || kind == TokenKind::Colon || kind == TokenKind::Then ||
+           kind == TokenKind::Else;
+}
+
 }  // namespace
 
 void Lexer::Fail(int number, Position at) const { throw SyntaxError(number, at.line, at.column); }
@@ -115,7 +121,7 @@ TokenKind Lexer::ScanWord(Token& token) {
     token.name = names_.Intern(text_.substr(from, place_ - from));
     if (token.name >= KeywordCount || last_ == TokenKind::Dot) return TokenKind::Identifier;
     const auto kind = static_cast<TokenKind>(token.name);
-    if (kind != TokenKind::Rem) return kind;
+    if (kind != TokenKind::Rem || !BeginsStatement(last_)) return kind;
     SkipToLineEnd();
     return Scan(token);
 }

@@ -75,6 +75,7 @@ bool Machine::Reset() {
     };
     clear();  // Class_Terminate runs now, and may fill variables again
     instances_.AbandonAll();
+    context_.holders.DropAll();
     clear();
     if (self_) *self_ = nullptr;
     self_ = std::make_shared<Machine*>(this);
@@ -149,6 +150,7 @@ std::optional<Fault> Machine::AddCode(std::string_view code) {
         const std::u16string text = Utf16Of(code);
         const auto tree = Parser(text, program_.names, CurrentYear(context_)).ParseProgram();
         const auto main = Compiler(context_, program_, stack_.get()).Compile(*tree, {nullptr, !Running()});
+        ReleaseReplaced();
         CallNested(*main, {}, nullptr);
     });
 }
@@ -208,13 +210,23 @@ void Machine::PrepareOutermost(const Routine& routine, Value* base) {
     for (Value *local = base + routine.parameters, *const end = base + routine.locals; local != end; ++local)
         local->MakeEmpty();
     for (const Routine::Import& import : routine.imports)
-        base[import.slot] = Value::ReferenceTo(routine.importsFrom[import.outer].Resolved());
+        base[import.slot] = Value::ReferenceTo(
+            import.executed ? *import.executed : routine.importsFrom[import.outer].Resolved());
 }
 
-void Machine::ClearFrame(const Frame& frame) {
+void Machine::ClearFrame(Frame& frame) {
     Value* const first = frame.base + (frame.routine->onGlobals ? MostGlobals : 0);
     for (Value *slot = first, *const end = frame.base + frame.routine->frameSize; slot < end; ++slot)
         slot->MakeEmpty();
+    frame.executed.reset();
+}
+
+/// Frees procedures that others have replaced, once they neither run nor are held by an object.
+void Machine::ReleaseReplaced() {
+    program_.replaced.remove_if([&](const Routine& routine) {
+        const auto runs = [&](const Frame& frame) { return frame.routine == &routine; };
+        return routine.references == 0 && std::none_of(frames_.get(), frames_.get() + depth_, runs);
+    });
 }
 
 /// Ends routines down to the one that goes on after errors; false when there is none above `stop`.
@@ -338,6 +350,7 @@ private:
 
 void Machine::PrepareForEach(Value& kept, Value& source) {
     if (source.Is(VarType::Array)) {
+        if (source.AsArray()->Rank() == 0) Fail(ErrorCode::ForNotInitialized);
         kept = Value::OfObject(Make<Walk>(*source.AsArray()));
         return;
     }

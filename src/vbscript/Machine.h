@@ -9,6 +9,7 @@
 #include "vbscript/Compiler.h"
 #include "vbscript/Engine.h"
 #include "vbscript/ErrObject.h"
+#include "vbscript/ExecutedNames.h"
 #include "vbscript/Instance.h"
 
 namespace tessaloom::vbscript {
@@ -68,6 +69,7 @@ private:
         Instance* me;
         bool dropsResult;
         bool resumesNext;
+        std::unique_ptr<ExecutedNames> executed;  ///< Null until a text executed there declares names.
     };
 
     struct FreeMemory {
@@ -83,9 +85,10 @@ private:
     void ReachFurther(const Value* end);
     void PassByValue(const Routine& routine, Value* base);
     void Leave();
-    static void ClearFrame(const Frame& frame);
+    static void ClearFrame(Frame& frame);
     bool Recover(RuntimeError& error, std::size_t stop);
     void Unwind(std::size_t stop);
+    void ReleaseReplaced();
     void Watch();
     bool IsTimeUp();
     Frame& Top() { return frames_[depth_ - 1]; }
@@ -93,6 +96,7 @@ private:
 
     void MakePlain(Value& value);
     void LetValue(Value& target, Value& source, bool mayMove);
+    void LetCompound(Value& target, Value& source, bool mayMove);
     void SetValue(Value& target, Value& source, bool mayMove);
     Value Element(Value& variable, std::span<Value> arguments, CallKind kind = CallKind::Get);
     Value& ElementPlace(Value& variable, std::span<const Value> indexes);

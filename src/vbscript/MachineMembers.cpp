@@ -16,8 +16,12 @@ namespace {
 /// GetRef: a procedure as an object; calling it is its default member.
 class RoutineReference final : public Object {
 public:
-    RoutineReference(Machine& machine, const Routine& routine)
-        : machine_(machine.Self()), routine_(routine) {}
+    RoutineReference(Machine& machine, const Routine& routine) : machine_(machine.Self()), routine_(routine) {
+        ++routine_.references;
+    }
+    ~RoutineReference() override {
+        if (*machine_) --routine_.references;
+    }
 
     std::u16string_view TypeName() const override { return u"Object"; }
     int Find(std::u16string_view) override { return UnknownMember; }
@@ -34,6 +38,8 @@ private:
     const Routine& routine_;
 };
 
+bool IsFixedArray(const Value& value) { return value.Is(VarType::Array) && value.AsArray()->IsFixed(); }
+
 Object& ObjectOf(const Value& value) {
     if (!value.Is(VarType::Object)) Fail(ErrorCode::ObjectRequired);
     if (value.IsNothing()) Fail(ErrorCode::ObjectNotSet);
@@ -44,8 +50,9 @@ Object& ObjectOf(const Value& value) {
 
 // Assignments and elements
 
-/// Without Set: an object gives the value of its default member.
-void Machine::LetValue(Value& target, Value& source, bool mayMove) {
+/// Where objects, which give the values of their default members, or arrays are about.
+void Machine::LetCompound(Value& target, Value& source, bool mayMove) {
+    if (IsFixedArray(target)) Fail(ErrorCode::TypeMismatch);
     if (source.Is(VarType::Object)) {
         const Value held = source;
         ObjectOf(held);
@@ -53,13 +60,9 @@ void Machine::LetValue(Value& target, Value& source, bool mayMove) {
         Value plain = PlainValue(context_, held, scratch);
         if (mayMove) source = Value();
         target = std::move(plain);
-    } else if (source.Is(VarType::Array)) {
+    } else {
         target = source.Assigned();
         if (mayMove) source = Value();
-    } else if (mayMove) {
-        target = std::move(source);
-    } else {
-        target = source;
     }
 }
 
@@ -71,6 +74,7 @@ void Machine::MakePlain(Value& value) {
 
 void Machine::SetValue(Value& target, Value& source, bool mayMove) {
     if (!source.Is(VarType::Object)) Fail(ErrorCode::ObjectRequired);
+    if (IsFixedArray(target)) Fail(ErrorCode::TypeMismatch);
     if (mayMove)
         target = std::move(source);
     else
@@ -314,13 +318,6 @@ bool Machine::CallName(Value* first, std::size_t count, std::size_t symbol, std:
 void Machine::CallHostMember(Value* first, std::size_t count, std::size_t symbol, CallKind kind) {
     const Ref<Object> host = program_.symbols[symbol].host;
     const int member = program_.symbols[symbol].member;
-    if (kind == CallKind::Get && count == 0) {
-        const PlainMember* const plain = host->Plain(member);
-        if (plain && plain->get) {
-            *first = plain->get(*host, context_);
-            return;
-        }
-    }
     Value result = InvokeObject(*host, member, kind, {first, count});
     for (std::size_t i = 1; i < count; ++i) first[i] = Value();
     *first = kind == CallKind::Get ? std::move(result) : Value();
@@ -391,8 +388,13 @@ Value Machine::CallSpecial(SpecialCall which, std::span<Value> arguments) {
 /// Execute and Eval see the names of the routine that calls them; ExecuteGlobal does not.
 Value Machine::RunText(const String& text, bool isExpression, bool global) {
     Frame& frame = Top();
-    const bool hasNames = !frame.routine->names.empty() || frame.routine->owner;
-    const Compiler::Place place{!global && hasNames ? frame.routine : nullptr, false};
+    const bool inProcedure = frame.routine->kind != syntax::RoutineKind::Main || frame.routine->executed;
+    Compiler::Place place;
+    if (!global && inProcedure) {
+        if (!frame.routine->executed && !frame.executed) frame.executed = std::make_unique<ExecutedNames>();
+        place.around = frame.routine;
+        place.executed = frame.routine->executed ? frame.routine->executed : frame.executed.get();
+    }
     std::unique_ptr<Routine> routine;
     try {
         Parser parser(text.View(), program_.names, CurrentYear(context_));
@@ -402,7 +404,9 @@ Value Machine::RunText(const String& text, bool isExpression, bool global) {
     } catch (const SyntaxError& error) {
         throw RuntimeError(error.number, error.description, std::u16string(CompilationSource));
     }
+    ReleaseReplaced();
     routine->importsFrom = place.around ? frame.base : nullptr;
+    routine->executed = place.executed;
     return CallNested(*routine, {}, global ? nullptr : frame.me);
 }
 

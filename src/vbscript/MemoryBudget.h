@@ -31,4 +31,22 @@ private:
     static inline thread_local constinit std::size_t limit_ = DefaultLimit;
 };
 
+/// What one thing has been charged; given back at its end.
+class MemoryCharge {
+public:
+    MemoryCharge() = default;
+    ~MemoryCharge() { MemoryBudget::GiveBack(bytes_); }
+    MemoryCharge(const MemoryCharge&) = delete;
+    MemoryCharge& operator=(const MemoryCharge&) = delete;
+
+    /// Once. Throws RuntimeError 7.
+    void Take(std::size_t bytes) {
+        MemoryBudget::Charge(bytes);
+        bytes_ = bytes;
+    }
+
+private:
+    std::size_t bytes_ = 0;
+};
+
 }  // namespace tessaloom::vbscript

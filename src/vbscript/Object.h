@@ -29,8 +29,8 @@ public:
 };
 
 /// The short ways to a member, for call sites that remember them: without arguments, assigned to, and with
-/// one argument. Where a function is missing, `Invoke` has to be asked. `value` is no reference and no object.
-/// None may run code of the script.
+/// one argument. Where a function is missing, `Invoke` has to be asked. `value` is no reference and no
+/// object. None may run code of the script.
 struct PlainMember {
     Value (*get)(Object& self, Context& context) = nullptr;
     void (*let)(Object& self, Context& context, const Value& value) = nullptr;
@@ -75,14 +75,14 @@ private:
     const void* const shape_;
 };
 
-inline Object* Value::AsObject() const { return counted_ ? static_cast<Object*>(shared_) : nullptr; }
+inline Object* Value::AsObject() const { return static_cast<Object*>(CountedOrNull()); }
+
+inline Object& Value::TheObject() const { return static_cast<Object&>(*shared_); }
 
 inline Value Value::OfObject(Object* object) {
     Value result = Nothing();
-    if (!object) return result;
-    result.shared_ = object;
-    result.counted_ = true;
-    object->Retain();
+    if (object) object->Retain();
+    result.Hold(object);
     return result;
 }
 

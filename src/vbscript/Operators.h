@@ -72,6 +72,9 @@ Value Concatenate(Context& context, const Value& a, const Value& b);  ///< &
 /// target = target & tail, growing the text in place where nobody shares it.
 void AppendTo(Context& context, Value& target, const Value& tail);
 
+/// The same with `target & a & b ..`; all of it or, after an error, nothing is appended. Uses up `tail`.
+void AppendTo(Context& context, Value& target, std::span<Value> tail);
+
 enum class Comparison : std::uint8_t { Equal, NotEqual, Less, Greater, LessOrEqual, GreaterOrEqual };
 
 /// -1, 0 or 1; Unordered when a side is Null (or not a number).

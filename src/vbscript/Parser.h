@@ -61,6 +61,7 @@ private:
     /// @name Statements
     /// @{
     void ParseOuterStatements();
+    void RequireOutermost() const;
     syntax::Block ParseBlock();
     void ParseLine(std::vector<Statement*>& list);
     syntax::Block ParseInlineBlock();
@@ -108,6 +109,7 @@ private:
         int loopsDo = 0;
         int withs = 0;
         int inlineIfs = 0;
+        int blocks = 0;  ///< The outermost one counts.
         std::vector<syntax::VariableDeclaration> variables;
         std::vector<syntax::ConstantDeclaration> constants;
     };

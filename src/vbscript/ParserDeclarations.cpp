@@ -84,6 +84,7 @@ void Parser::ParseVisible() {
     Advance();
     if (Accept(TokenKind::Const)) return ParseConstants(scope_.constants);
     if (Is(TokenKind::Sub) || Is(TokenKind::Function)) {
+        RequireOutermost();
         tree_->routines.push_back(ParseRoutine(isPrivate, false, false));
         return;
     }
@@ -158,7 +159,8 @@ std::span<Parameter> Parser::ParseParameters() {
 }
 
 void Parser::ParseClass() {
-    if (scope_.routine != RoutineKind::Main || inClass_) Fail(1002);
+    RequireOutermost();
+    if (inClass_) Fail(1002);
     Advance();
     ClassDeclaration declaration{};
     declaration.at = token_.at;

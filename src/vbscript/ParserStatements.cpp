@@ -68,11 +68,15 @@ void Parser::ParseOuterStatements() {
 
 syntax::Block Parser::ParseBlock() {
     std::vector<Statement*> list;
-    for (;;) {
-        SkipSeparators();
-        if (EndsBlock(token_.kind)) return tree_->Keep(list);
-        ParseLine(list);
-    }
+    ++scope_.blocks;
+    for (SkipSeparators(); !EndsBlock(token_.kind); SkipSeparators()) ParseLine(list);
+    --scope_.blocks;
+    return tree_->Keep(list);
+}
+
+/// Procedures and classes stand in no block.
+void Parser::RequireOutermost() const {
+    if (scope_.routine != RoutineKind::Main || scope_.blocks > 1) Fail(1002);
 }
 
 /// One statement and a look at what follows it. An If on one line may have taken the colon before a Next.
@@ -84,11 +88,14 @@ void Parser::ParseLine(std::vector<Statement*>& list) {
 
 syntax::Block Parser::ParseInlineBlock() {
     std::vector<Statement*> list;
+    ++scope_.blocks;
     for (;;) {
         while (Accept(TokenKind::Colon)) {}
-        if (Is(TokenKind::NewLine) || EndsBlock(token_.kind)) return tree_->Keep(list);
+        if (Is(TokenKind::NewLine) || EndsBlock(token_.kind)) break;
         ParseLine(list);
     }
+    --scope_.blocks;
+    return tree_->Keep(list);
 }
 
 void Parser::ParseStatement(std::vector<Statement*>& list) {
@@ -134,7 +141,7 @@ void Parser::ParseStatement(std::vector<Statement*>& list) {
             return ParseClass();
         case TokenKind::Sub:
         case TokenKind::Function:
-            if (scope_.routine != RoutineKind::Main) Fail(1002);
+            RequireOutermost();
             tree_->routines.push_back(ParseRoutine(false, false, false));
             return;
         case TokenKind::Identifier:

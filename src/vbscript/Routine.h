@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "vbscript/Bytecode.h"
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/Names.h"
 #include "vbscript/Object.h"
 #include "vbscript/Syntax.h"
@@ -13,6 +14,7 @@
 namespace tessaloom::vbscript {
 
 class ClassInfo;
+class ExecutedNames;
 
 /// Where a statement begins in the code, and where the script goes on when it fails under Resume Next.
 struct Mark {
@@ -67,13 +69,20 @@ struct Routine {
     /// Of Execute and Eval in a routine: locals that stand for those of the routine around.
     struct Import {
         std::uint16_t slot;
-        std::uint16_t outer;
+        std::uint16_t outer;        ///< A register there,
+        Value* executed = nullptr;  ///< or one that a text executed there has declared.
     };
     std::vector<Import> imports;
-    Value* importsFrom = nullptr;  ///< The registers of the routine around.
+    Value* importsFrom = nullptr;       ///< The registers of the routine around.
+    ExecutedNames* executed = nullptr;  ///< Where texts executed in this one declare names; null: its own.
+
+    mutable int references = 0;  ///< Objects that GetRef has made of it.
+    MemoryCharge charge;
 
     /// The mark of the statement that the instruction at `place` belongs to.
     const Mark& MarkAt(std::size_t place) const;
+
+    std::size_t Bytes() const;  ///< What it takes, roughly.
 };
 
 }  // namespace tessaloom::vbscript

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "vbscript/Error.h"
+#include "vbscript/ExecutedNames.h"
 
 namespace tessaloom::vbscript {
 
@@ -53,7 +54,10 @@ void RoutineCompiler::Compile(const syntax::RoutineDeclaration& declaration) {
             meaning.where == Where::Local ? static_cast<Register>(meaning.index) : NewRegister();
         EmitD(Opcode::MakeArray, array, static_cast<int>(routine_.bounds.size()));
         routine_.bounds.emplace_back(variable.bounds.begin(), variable.bounds.end());
-        if (meaning.where != Where::Local) StoreVariable(meaning, array, Opcode::Put);
+        if (meaning.where == Where::Local)
+            arrays_.insert(array);
+        else
+            StoreVariable(meaning, array, Opcode::Put);
     }
     EndMark(routine_.marks.size() - 1);
     next_ = routine_.onGlobals ? MostGlobals : routine_.locals;
@@ -100,10 +104,8 @@ void RoutineCompiler::DeclareLocals(const syntax::RoutineDeclaration& declaratio
             routine_.names.push_back({declaration.name, static_cast<Register>(routine_.resultSlot), false});
         }
     }
-    for (const syntax::VariableDeclaration& variable : declaration.variables) {
-        if (Import(variable.name)) continue;
-        addVariable(variable.name, Where::Local);
-    }
+    for (const syntax::VariableDeclaration& variable : declaration.variables)
+        if (!Import(variable.name) && !ImportNew(variable.name)) addVariable(variable.name, Where::Local);
     for (const syntax::ConstantDeclaration& constant : declaration.constants) {
         localConstants_.push_back(ConstantValue(context_, tree_, constant));
         AddLocal(constant.name, {Where::Constant, 0, &localConstants_.back(), false});
@@ -171,13 +173,26 @@ bool RoutineCompiler::Import(NameId name) {
     if (locals_.contains(name)) return true;
     for (const LocalName& outer : place_.around->names) {
         if (outer.name != name) continue;
-        const Register slot = NewRegister();
-        AddLocal(name, {Where::Parameter, slot, nullptr, false});
-        routine_.imports.push_back({slot, outer.slot});
-        routine_.names.push_back({name, slot, true});
+        AddImport(name, {0, outer.slot});
         return true;
     }
-    return false;
+    Value* const executed = place_.executed ? place_.executed->Find(name) : nullptr;
+    if (executed) AddImport(name, {0, 0, executed});
+    return executed != nullptr;
+}
+
+/// Makes a variable that outlives this text; false when that is no concern.
+bool RoutineCompiler::ImportNew(NameId name) {
+    if (!place_.executed) return false;
+    AddImport(name, {0, 0, &place_.executed->Add(name)});
+    return true;
+}
+
+void RoutineCompiler::AddImport(NameId name, Routine::Import import) {
+    import.slot = NewRegister();
+    AddLocal(name, {Where::Parameter, import.slot, nullptr, false});
+    routine_.imports.push_back(import);
+    routine_.names.push_back({name, import.slot, true});
 }
 
 void RoutineCompiler::Use(NameId name, Mention mention) {
@@ -190,6 +205,7 @@ void RoutineCompiler::Use(NameId name, Mention mention) {
         program_.symbols[static_cast<std::size_t>(program_.symbols.Of(name))].kind = SymbolKind::Variable;
     } else if (assigned) {
         const auto standIn = standIns_.find(name);
+        if (standIn == standIns_.end() && ImportNew(name)) return;
         const Register slot = standIn != standIns_.end() ? standIn->second : NewRegister();
         AddLocal(name, {Where::Local, slot, nullptr, false});
         if (standIn == standIns_.end()) routine_.names.push_back({name, slot, false});
@@ -240,6 +256,7 @@ RoutineCompiler::Meaning RoutineCompiler::ResolveGlobal(NameId name) {
         entry.kind = SymbolKind::HostMember;
         entry.host = object;
         entry.member = member;
+        if (const PlainMember* const plain = object->Plain(member)) entry.plain = *plain;
         return {Where::HostMember, number};
     }
     constexpr std::u16string_view Specials[] = {u"Eval", u"Execute", u"ExecuteGlobal", u"GetRef",
@@ -369,7 +386,7 @@ std::size_t RoutineCompiler::EmitD(Opcode code, std::size_t a, std::int32_t d) {
 
 void RoutineCompiler::EmitWord(std::size_t a, std::size_t b, std::size_t c) { Emit(Opcode::Jump, a, b, c); }
 
-void RoutineCompiler::EmitWordD(std::int32_t d) { EmitD(Opcode::Jump, 0, d); }
+void RoutineCompiler::EmitWordD(std::int32_t d, std::size_t a) { EmitD(Opcode::Jump, a, d); }
 
 void RoutineCompiler::Target(std::size_t place) {
     routine_.code[place].SetD(static_cast<std::int32_t>(Here()));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <deque>
+#include <unordered_set>
 #include <vector>
 
 #include "vbscript/Builtins.h"
@@ -66,6 +67,8 @@ private:
     void Survey(const Expression* expression);
     void SurveyTarget(const Expression* target, Mention mention);
     bool Import(NameId name);
+    bool ImportNew(NameId name);
+    void AddImport(NameId name, Routine::Import import);
     void Use(NameId name, Mention mention);
     Meaning Resolve(NameId name, bool asCall = false);
     Meaning ResolveGlobal(NameId name);
@@ -78,7 +81,7 @@ private:
     std::size_t Emit(Opcode code, std::size_t a = 0, std::size_t b = 0, std::size_t c = 0);
     std::size_t EmitD(Opcode code, std::size_t a, std::int32_t d);
     void EmitWord(std::size_t a, std::size_t b = 0, std::size_t c = 0);
-    void EmitWordD(std::int32_t d);
+    void EmitWordD(std::int32_t d, std::size_t a = 0);
     void EmitRaise(ErrorCode code) { EmitD(Opcode::Raise, 0, static_cast<int>(code)); }
     void Target(std::size_t place);  ///< The jump at `place` leads here.
     void JumpBack(Opcode code, std::size_t a, std::size_t to) { EmitD(code, a, static_cast<int>(to)); }
@@ -115,6 +118,8 @@ private:
     Register VariableRegister(const Meaning& meaning);
     const Value* ConstantOperand(const Expression& expression);
     bool MayCall(const Expression* expression);
+    bool MayChange(const Expression& variable, const Expression* expression);
+    bool Mentions(const Expression* expression, NameId name);
     int ResultRegister(int wanted) { return wanted == Anywhere ? NewRegister() : wanted; }
     /// @}
 
@@ -144,6 +149,7 @@ private:
     void CompileStatement(const Statement& statement);
     void CompileAssignment(const Statement& statement);
     void AssignName(const Expression& target, const Expression& value, bool isSet);
+    bool HoldsArray(const Meaning& meaning) const;
     void StoreVariable(const Meaning& meaning, Register from, Opcode local);
     void AssignElement(const Expression& target, const Expression& value, bool isSet);
     void AssignMember(const Expression& object, NameId name, Arguments arguments, const Expression& value,
@@ -182,7 +188,8 @@ private:
     std::vector<Loop> loops_;
     std::vector<Register> withs_;
     std::deque<Value> localConstants_;
-    std::size_t next_ = 0;  ///< The first free register.
+    std::unordered_set<Register> arrays_;  ///< Local variables that are declared as arrays.
+    std::size_t next_ = 0;                 ///< The first free register.
     std::size_t dirtyFrom_ = 0, dirtyTo_ = 0;
     const std::vector<Routine::Passing>* calleePassing_ = nullptr;  ///< For the next `PassArguments`.
 };

@@ -200,7 +200,7 @@ RoutineCompiler::Register RoutineCompiler::EvaluateMember(const Expression& expr
         next_ = first + std::size_t{1};
         if (!arguments.empty()) PassArguments(arguments, NewRegister(arguments.size()), elements);
         Emit(Opcode::CallMember, first, static_cast<std::size_t>(kind), arguments.size());
-        EmitWordD(static_cast<std::int32_t>(SiteOf(expression.name)));
+        EmitWordD(static_cast<std::int32_t>(SiteOf(expression.name)), elements.size());
         WriteElementsBack(elements);
     }
     next_ = first + std::size_t{1};
@@ -371,7 +371,7 @@ RoutineCompiler::Register RoutineCompiler::EvaluateBinary(const Expression& expr
     for (auto it = chain.rbegin(); it != chain.rend(); ++it) {
         const Expression& step = **it;
         const bool isLast = &step == &expression;
-        if (left < before && MayCall(step.right)) left = Moved(left, NewRegister());
+        if (left < before && MayChange(*base, step.right)) left = Moved(left, NewRegister());
         const Opcode code = OpcodeOf(step.operation);
         const Value* const constant = ConstantOperand(*step.right);
         const bool isShort = constant && routine_.constants.size() < MostShortIndexes;
@@ -421,6 +421,30 @@ bool RoutineCompiler::MayCall(const Expression* expression) {
             default:
                 return true;
         }
+    }
+    return false;
+}
+
+/// Whether evaluating `expression` may change what a variable holds. A local one of a procedure is out of
+/// reach for everybody to whom the expression itself does not pass it.
+bool RoutineCompiler::MayChange(const Expression& variable, const Expression* expression) {
+    if (!MayCall(expression)) return false;
+    const Expression* name = &variable;
+    while (name->kind == ExpressionKind::Parenthesized) name = name->left;
+    const bool isOwn = name->kind == ExpressionKind::Name && !routine_.onGlobals &&
+                       Resolve(name->name).where == Where::Local;
+    return !isOwn || Mentions(expression, name->name);
+}
+
+/// Eval mentions every name.
+bool RoutineCompiler::Mentions(const Expression* expression, NameId name) {
+    for (; expression; expression = expression->left) {
+        if (expression->kind == ExpressionKind::Name &&
+            (expression->name == name || Resolve(expression->name, true).where == Where::Special))
+            return true;
+        for (const Expression* argument : expression->arguments)
+            if (Mentions(argument, name)) return true;
+        if (Mentions(expression->right, name)) return true;
     }
     return false;
 }
@@ -543,7 +567,7 @@ std::size_t RoutineCompiler::JumpUnless(const Expression& condition) {
         const Register truth = NewRegister();
         const std::size_t before = next_;
         Register left = Evaluate(*inner->left);
-        if (left < before && MayCall(inner->right)) left = Moved(left, NewRegister());
+        if (left < before && MayChange(*inner->left, inner->right)) left = Moved(left, NewRegister());
         const Opcode code = OpcodeOf(inner->operation);
         const Value* const constant = ConstantOperand(*inner->right);
         const bool isShort = constant && routine_.constants.size() < MostShortIndexes;

@@ -94,7 +94,7 @@ void RoutineCompiler::AssignName(const Expression& target, const Expression& val
         const bool isPlain =
             !isSet && (value.kind == ExpressionKind::Binary ||
                        (value.kind == ExpressionKind::Unary && value.operation != TokenKind::Plus));
-        if (isPlain && meaning.where == Where::Local) {
+        if (isPlain && meaning.where == Where::Local && !HoldsArray(meaning)) {
             Evaluate(value, meaning.index);
             return;
         }
@@ -125,6 +125,12 @@ void RoutineCompiler::AssignName(const Expression& target, const Expression& val
     }
 }
 
+/// A variable that is known to be an array; if that is fixed, nothing else may be assigned to it.
+bool RoutineCompiler::HoldsArray(const Meaning& meaning) const {
+    const auto slot = static_cast<Register>(meaning.index);
+    return arrays_.contains(slot) || (routine_.onGlobals && globals_[slot].Is(VarType::Array));
+}
+
 /// `local`: Let, Set or Put. What lies in a temporary is moved.
 void RoutineCompiler::StoreVariable(const Meaning& meaning, Register from, Opcode local) {
     Emit(ForVariable(local, static_cast<int>(meaning.where)), static_cast<std::size_t>(meaning.index), from,
@@ -135,30 +141,23 @@ void RoutineCompiler::StoreVariable(const Meaning& meaning, Register from, Opcod
 bool RoutineCompiler::AppendInPlace(const Meaning& meaning, const Expression& target,
                                     const Expression& value) {
     if (meaning.where != Where::Local && meaning.where != Where::Parameter) return false;
-    std::vector<const Expression*> tail;
+    std::vector<Expression*> tail;
     const Expression* base = &value;
     for (; base->kind == ExpressionKind::Binary && base->operation == TokenKind::Ampersand; base = base->left)
         tail.push_back(base->right);
     if (tail.empty() || base->kind != ExpressionKind::Name || base->name != target.name) return false;
-    for (const Expression* part : tail)
-        if (MayCall(part)) return false;
-    std::reverse(tail.begin(), tail.end());
-    Register text = 0;
+    if (std::ranges::any_of(tail, [&](const auto* part) { return MayChange(target, part); })) return false;
+    std::ranges::reverse(tail);
+    const auto text = static_cast<std::size_t>(meaning.index);
     if (tail.size() == 1) {
-        text = Evaluate(*tail[0]);
-    } else {
-        const std::size_t before = next_;
-        Register left = Evaluate(*tail[0]);
-        for (std::size_t i = 1; i < tail.size(); ++i) {
-            const Register right = Evaluate(*tail[i]);
-            next_ = before;
-            const Register joined = NewRegister();
-            Emit(Opcode::Concatenate, joined, left, right);
-            left = joined;
-        }
-        text = left;
+        Emit(Opcode::Append, text, Evaluate(*tail[0]));
+        return true;
     }
-    Emit(Opcode::Append, static_cast<std::size_t>(meaning.index), text);
+    const Register first = NewRegister(tail.size());
+    PassValues(tail, first);
+    Emit(Opcode::AppendMany, text, first, tail.size());
+    Dirty(first);
+    Dirty(static_cast<Register>(first + tail.size() - 1));
     return true;
 }
 

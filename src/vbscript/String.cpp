@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "vbscript/Error.h"
 #include "vbscript/MemoryBudget.h"
@@ -85,20 +86,23 @@ String String::Joined(const String& first, const String& second) {
 
 std::string String::ToUtf8() const { return Utf8Of(View()); }
 
+/// A copy with room for `bytes` and more: by half, but never past the limit when the text itself still fits.
+String String::Grown(std::size_t bytes) const {
+    const std::size_t roomy = std::max<std::size_t>(bytes + bytes / 2, 32);
+    String grown = Adopt(AllocateRetained(bytes <= MaxBytes ? std::min(roomy, MaxBytes) : bytes));
+    if (data_) std::memcpy(grown.data_->Units(), data_->Units(), data_->bytes);
+    grown.data_->bytes = static_cast<std::uint32_t>(ByteLength());
+    return grown;
+}
+
+void String::Reserve(std::size_t bytes) {
+    if (bytes > 0 && !HasRoom(bytes)) *this = Grown(bytes);
+}
+
 void String::AppendBytes(const void* bytes, std::size_t count) {
     if (count == 0) return;
     const std::size_t before = ByteLength(), after = before + count;
-    if (!data_ || data_->References() > 1 || data_->capacity < after) {
-        // grows by half, but never past the limit when the text itself still fits
-        const std::size_t roomy = std::max<std::size_t>(after + after / 2, 32);
-        const std::size_t capacity = after <= MaxBytes ? std::min(roomy, MaxBytes) : after;
-        const String grown = Adopt(AllocateRetained(capacity));
-        if (before > 0) std::memcpy(grown.data_->Units(), data_->Units(), before);
-        std::memcpy(reinterpret_cast<unsigned char*>(grown.data_->Units()) + before, bytes, count);
-        grown.data_->bytes = static_cast<std::uint32_t>(after);
-        *this = grown;
-        return;
-    }
+    const String old = HasRoom(after) ? String() : std::exchange(*this, Grown(after));  // may hold `bytes`
     std::memcpy(reinterpret_cast<unsigned char*>(data_->Units()) + before, bytes, count);
     data_->bytes = static_cast<std::uint32_t>(after);
 }

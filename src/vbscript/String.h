@@ -93,12 +93,20 @@ public:
     void Append(const String& tail) { AppendBytes(tail.Bytes(), tail.ByteLength()); }
     void AppendBytes(const void* bytes, std::size_t count);
 
+    /// Makes room for a text of so many bytes: until then appending cannot fail.
+    void Reserve(std::size_t bytes);
+
     StringData* Data() const { return data_; }
 
     /// Gives the reference away.
     StringData* Detach() { return std::exchange(data_, nullptr); }
 
 private:
+    bool HasRoom(std::size_t bytes) const {
+        return data_ && data_->References() == 1 && data_->capacity >= bytes;
+    }
+    String Grown(std::size_t bytes) const;
+
     StringData* data_ = nullptr;  ///< Null is the empty string.
 };
 

@@ -29,6 +29,7 @@ struct Symbol {
     ClassInfo* type = nullptr;
     Ref<Object> host;  ///< Whose member it is.
     int member = 0;
+    PlainMember plain = {};  ///< The short ways to it.
 };
 
 class Symbols {

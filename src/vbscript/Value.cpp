@@ -9,18 +9,30 @@ Value Value::AssignedArray() const {
     return array.IsFixed() || array.IsLocked() ? OfArray(array.Clone()) : *this;
 }
 
-void Value::AppendText(const void* bytes, std::size_t count) {
+/// Calls `change` with the text while this value has no hold on it, so that it may be nobody else's.
+template <typename Change>
+void Value::ChangeText(Change change) {
     String text = String::Adopt(Content());
     // the text goes back into its place even when it cannot grow
     struct Return {
         Value& owner;
         String& text;
-        ~Return() {
-            owner.shared_ = text.Detach();
-            owner.counted_ = owner.shared_ != nullptr;
-        }
+        ~Return() { owner.Hold(text.Detach()); }
     } const back{*this, text};
-    text.AppendBytes(bytes, count);
+    change(text);
+}
+
+void Value::AppendText(const void* bytes, std::size_t count) {
+    ChangeText([&](String& text) { text.AppendBytes(bytes, count); });
+}
+
+void Value::AppendTexts(std::span<const Value> tail) {
+    ChangeText([&](String& text) {
+        std::size_t bytes = text.ByteLength();
+        for (const Value& part : tail) bytes += part.AsString().ByteLength();
+        text.Reserve(bytes);
+        for (const Value& part : tail) text.Append(part.AsString());
+    });
 }
 
 }  // namespace tessaloom::vbscript

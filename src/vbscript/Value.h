@@ -2,6 +2,7 @@
 
 #include <cassert>
 #include <cstdint>
+#include <span>
 #include <utility>
 
 #include "vbscript/Ref.h"
@@ -21,43 +22,35 @@ class Object;
 /// writes to an element first asks for `WritableArray()`.
 class Value {
 public:
-    Value() noexcept : type_(VarType::Empty), counted_(false), currency_(0) {}
+    Value() noexcept : head_(HeadOf(VarType::Empty)), currency_(0) {}
 
-    Value(const Value& other) noexcept
-        : type_(other.type_), counted_(other.counted_), currency_(other.currency_) {
-        if (counted_) shared_->Retain();
+    Value(const Value& other) noexcept : head_(other.head_), currency_(other.currency_) {
+        if (IsCounted()) shared_->Retain();
     }
-    Value(Value&& other) noexcept : type_(other.type_), counted_(other.counted_), currency_(other.currency_) {
-        other.Forget();
-    }
+    Value(Value&& other) noexcept : head_(other.head_), currency_(other.currency_) { other.Forget(); }
     ~Value() {
-        if (counted_) shared_->Release();
+        if (IsCounted()) shared_->Release();
     }
 
     /// The old content is released after the new one is in place: its end may run script code.
-    Value& operator=(const Value& other) noexcept {
-        if (counted_ || other.counted_) {
-            Value copy(other);
-            Swap(copy);
-        } else {
-            CopyBits(other);
-        }
+    [[gnu::always_inline]] Value& operator=(const Value& other) noexcept {
+        Counted* const old = CountedOrNull();
+        if (other.IsCounted()) other.shared_->Retain();
+        CopyBits(other);
+        if (old) old->Release();
         return *this;
     }
-    Value& operator=(Value&& other) noexcept {
-        if (counted_) {
-            Value taken(std::move(other));
-            Swap(taken);
-        } else if (this != &other) {
-            CopyBits(other);
-            other.Forget();
-        }
+    [[gnu::always_inline]] Value& operator=(Value&& other) noexcept {
+        if (this == &other) return *this;
+        Counted* const old = CountedOrNull();
+        CopyBits(other);
+        other.Forget();
+        if (old) old->Release();
         return *this;
     }
 
     void Swap(Value& other) noexcept {
-        std::swap(type_, other.type_);
-        std::swap(counted_, other.counted_);
+        std::swap(head_, other.head_);
         std::swap(currency_, other.currency_);
     }
 
@@ -79,8 +72,7 @@ public:
     static Value OfCurrency(std::int64_t tenThousandths) { return Value(tenThousandths); }
     static Value OfString(String text) {
         Value result(VarType::String, std::int32_t{0});
-        result.shared_ = text.Detach();
-        result.counted_ = result.shared_ != nullptr;
+        result.Hold(text.Detach());
         return result;
     }
     static Value OfText(std::u16string_view text) { return OfString(String(text)); }
@@ -99,29 +91,31 @@ public:
     }
     /// @}
 
-    VarType Type() const { return type_; }
-    bool Is(VarType type) const { return type_ == type; }
-    bool IsMissing() const { return type_ == VarType::Error && Whole() == MissingArgument; }
-    bool IsNothing() const { return type_ == VarType::Object && !counted_; }
+    VarType Type() const { return static_cast<VarType>(head_); }
+    bool Is(VarType type) const { return Type() == type; }
+    bool IsMissing() const { return Is(VarType::Error) && Whole() == MissingArgument; }
+    bool HasObject() const { return head_ == (HeadOf(VarType::Object) | CountedBit); }  ///< Not Nothing.
+    bool IsNothing() const { return head_ == HeadOf(VarType::Object); }
 
     /// @name The payload, of a value that has the right type
     /// @{
     std::int32_t Whole() const { return static_cast<std::int32_t>(currency_); }
     double Real() const { return real_; }
     std::int64_t Currency() const { return currency_; }
-    std::u16string_view Text() const { return counted_ ? Content()->View() : std::u16string_view(); }
+    std::u16string_view Text() const { return IsCounted() ? Content()->View() : std::u16string_view(); }
     String AsString() const { return String(Content()); }
-    Object* AsObject() const;  ///< Null for Nothing.
-    Array* AsArray() const;    ///< Only for reading.
+    Object* AsObject() const;   ///< Null for Nothing.
+    Object& TheObject() const;  ///< Of one that `HasObject`.
+    Array* AsArray() const;     ///< Only for reading.
     Value& Target() const { return *reference_; }
     /// @}
 
     /// The variable behind a reference, else this value itself.
-    const Value& Resolved() const { return type_ == VarType::Reference ? *reference_ : *this; }
-    Value& Resolved() { return type_ == VarType::Reference ? *reference_ : *this; }
+    const Value& Resolved() const { return Is(VarType::Reference) ? *reference_ : *this; }
+    Value& Resolved() { return Is(VarType::Reference) ? *reference_ : *this; }
 
     /// What storing this value in a variable keeps: itself, but a copy of a fixed or locked array.
-    Value Assigned() const { return type_ == VarType::Array ? AssignedArray() : *this; }
+    Value Assigned() const { return Is(VarType::Array) ? AssignedArray() : *this; }
 
     /// The array of this variable, made its own first when it is shared.
     Array& WritableArray();
@@ -130,54 +124,69 @@ public:
     /// part of this text.
     void AppendText(const void* bytes, std::size_t count);
 
+    /// The same with several Strings; where there is no room for all, none is appended.
+    void AppendTexts(std::span<const Value> tail);
+
     /// @name Storing plain values in place
     /// @{
-    void SetInteger(std::int32_t whole) { Store(VarType::Integer, whole); }
-    void SetLong(std::int32_t whole) { Store(VarType::Long, whole); }
+    [[gnu::always_inline]] void SetInteger(std::int32_t whole) { Store(VarType::Integer, whole); }
+    [[gnu::always_inline]] void SetLong(std::int32_t whole) { Store(VarType::Long, whole); }
     void SetBoolean(bool truth) { Store(VarType::Boolean, truth ? -1 : 0); }
     void SetDouble(double real) {
-        if (counted_) Clear();
-        type_ = VarType::Double, real_ = real;
+        if (IsCounted()) Clear();
+        head_ = HeadOf(VarType::Double), real_ = real;
     }
     void Clear() {
         Value old;
         Swap(old);
     }
     void MakeEmpty() {
-        if (counted_)
+        if (IsCounted())
             Clear();
         else
-            type_ = VarType::Empty;
+            head_ = HeadOf(VarType::Empty);
     }
 
     /// Lets go of what it refers to; a plain value may stay.
     void LetGo() {
-        if (counted_) Clear();
+        if (IsCounted()) Clear();
     }
     /// @}
 
 private:
+    /// The type, and whether the payload is a reference that this value holds. One word, so that a copy reads
+    /// what a store has just written without waiting.
+    using Head = std::uint32_t;
+    static constexpr Head CountedBit = Head{1} << 16;
+    static constexpr Head HeadOf(VarType type) { return static_cast<Head>(type); }
+
     static constexpr std::int32_t MissingArgument = static_cast<std::int32_t>(0x80020004);
 
-    Value(VarType type, std::int32_t whole) noexcept : type_(type), counted_(false), currency_(whole) {}
-    Value(VarType type, double real) noexcept : type_(type), counted_(false), real_(real) {}
-    explicit Value(std::int64_t currency) noexcept
-        : type_(VarType::Currency), counted_(false), currency_(currency) {}
+    Value(VarType type, std::int32_t whole) noexcept : head_(HeadOf(type)), currency_(whole) {}
+    Value(VarType type, double real) noexcept : head_(HeadOf(type)), real_(real) {}
+    explicit Value(std::int64_t currency) noexcept : head_(HeadOf(VarType::Currency)), currency_(currency) {}
 
-    void Forget() { type_ = VarType::Empty, counted_ = false; }
-    void CopyBits(const Value& other) {
-        type_ = other.type_, counted_ = other.counted_, currency_ = other.currency_;
+    bool IsCounted() const { return (head_ & CountedBit) != 0; }
+    Counted* CountedOrNull() const { return IsCounted() ? shared_ : nullptr; }
+
+    /// Takes over a reference that the caller holds; null is nothing to hold.
+    void Hold(Counted* shared) {
+        head_ = HeadOf(Type()) | (shared ? CountedBit : 0);
+        shared_ = shared;
     }
-    void Store(VarType type, std::int32_t whole) {
-        if (counted_) Clear();
-        type_ = type, currency_ = whole;
+    void Forget() { head_ = HeadOf(VarType::Empty); }
+    void CopyBits(const Value& other) { head_ = other.head_, currency_ = other.currency_; }
+    [[gnu::always_inline]] void Store(VarType type, std::int32_t whole) {
+        if (IsCounted()) Clear();
+        head_ = HeadOf(type), currency_ = whole;
     }
 
-    StringData* Content() const { return counted_ ? static_cast<StringData*>(shared_) : nullptr; }
+    StringData* Content() const { return IsCounted() ? static_cast<StringData*>(shared_) : nullptr; }
     Value AssignedArray() const;
+    template <typename Change>
+    void ChangeText(Change change);
 
-    VarType type_;
-    bool counted_;  ///< The payload is a reference that this value holds.
+    Head head_;
     union {
         std::int64_t currency_;
         double real_;

@@ -43,6 +43,7 @@ std::string Times(int count, std::string_view text) {
 TEST(HostileScripts, EndWithAnErrorOrTheRightAnswer) {
     const std::string node =
         "Class N\nPublic Link\nPrivate Sub Class_Terminate : Err.Raise 5 : End Sub\nEnd Class\n";
+    const std::string endless = "t = String(50000, \"x\") : For i = 1 To 2000 : ExecuteGlobal \"";
     const struct {
         std::string code;
         int number;
@@ -82,6 +83,10 @@ TEST(HostileScripts, EndWithAnErrorOrTheRightAnswer) {
         {"Class C\nSub Class_Terminate\nDim x : Set x = New C\nEnd Sub\nEnd Class\nSet o = New C : o = 0",                                                                        0                                                                                                                                                         },
         {"ExecuteGlobal \"Function S : S = 1 : End Function\" : Function S : S = 2 : End Function\nx = S",                                                                                          0                                                                                                                                                                                    },
         {"Function Len(x) : Len = 99 : End Function : If Len(1) <> 99 Then Err.Raise 1",                                                                                          0                                                                                                                                                                            },
+        {endless + "Sub S : y = \"\"\" & t & \"\"\" : End Sub\" : Next", 0},
+        {endless + "Class C : Sub S : y = \"\"\" & t & \"\"\" : End Sub : End Class\" : Next", 7},
+        {"Function F : F = 1 : End Function : Set r = GetRef(\"F\")\n"
+         "ExecuteGlobal \"Function F : F = 2 : End Function\" : If r() <> 1 Or F <> 2 Then Err.Raise 1", 0},
         {std::string("x = \"\0\xFF\xED\xA0\x80\"\x01", 12), 1032},
     };
     for (const auto& one : cases) {

@@ -45,23 +45,30 @@ std::optional<double> NumberOf(const Value& key) {
 }
 
 std::uint32_t HashOfText(std::u16string_view text) {
+    constexpr std::size_t Together = sizeof(std::uint64_t) / sizeof(char16_t);
     std::uint64_t hash = text.size();
-    constexpr std::size_t Together = sizeof hash / sizeof(char16_t);
-    for (; text.size() >= Together; text.remove_prefix(Together)) {
-        std::uint64_t part;
-        std::memcpy(&part, text.data(), sizeof part);
-        hash = std::rotl((hash ^ part) * Odd, 29);
+    if (text.size() < Together) {
+        for (const char16_t unit : text) hash = hash << 16 | unit;
+        return Folded(Mixed(hash));
     }
-    std::uint64_t rest = 0;
-    if (!text.empty()) std::memcpy(&rest, text.data(), text.size() * sizeof(char16_t));
-    return Folded(Mixed(hash ^ rest));
+    const auto four = [](const char16_t* units) {
+        std::uint64_t bits;
+        std::memcpy(&bits, units, sizeof bits);
+        return bits;
+    };
+    // the last four overlap those before them
+    const char16_t *part = text.data(), *const last = part + text.size() - Together;
+    for (; part < last; part += Together) hash = std::rotl((hash ^ four(part)) * Odd, 29);
+    return Folded(Mixed(hash ^ four(last)));
 }
 
-/// Keys that are looked up are often the very texts that were added.
 bool SameText(std::u16string_view a, std::u16string_view b) {
-    return a.size() == b.size() && (a.data() == b.data() || a.empty() ||
-                                    std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
+    return a.size() == b.size() &&
+           (a.empty() || std::memcmp(a.data(), b.data(), a.size() * sizeof(char16_t)) == 0);
 }
+
+/// Keys that are looked up are often the very texts or numbers that were added.
+bool AreOne(const Value& a, const Value& b) { return a.Type() == b.Type() && a.Currency() == b.Currency(); }
 
 std::uint32_t HashIgnoringCase(std::u16string_view text) {
     std::uint64_t hash = text.size();
@@ -124,7 +131,7 @@ std::size_t KeyTable::FindHashed(const Value& key, std::uint32_t hash) const {
     for (std::size_t i = hash & mask; slots_[i].place != 0; i = (i + 1) & mask) {
         if (slots_[i].hash != hash) continue;
         const Pair& pair = pairs_[slots_[i].place - 1];
-        if (pair.used && Same(pair.key, key)) return slots_[i].place - 1;
+        if (pair.used && (AreOne(pair.key, key) || Same(pair.key, key))) return slots_[i].place - 1;
     }
     return None;
 }
