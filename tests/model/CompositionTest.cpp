@@ -134,5 +134,14 @@ TEST_F(CompositionTest, OfWhatChangedIsTheCompositionOfEverything) {
     EXPECT_GT(parts, Turns / 3);
 }
 
+TEST_F(CompositionTest, TakesALayerThatFollowsInThePlaceOfAnotherForAnother) {
+    for (const int colour : {0x0000FF, 0x00FF00}) {
+        canvas.RemoveGraphic(1);
+        Block(canvas, 1, colour, 0, 0, 20, 20);
+        Tick();
+        EXPECT_EQ(canvas.Picture().Pixel(5, 5), colour);
+    }
+}
+
 }  // namespace
 }  // namespace tessaloom::testing
