@@ -59,7 +59,7 @@ inline constexpr auto OfText = WithDefaults({
      .low = -2000, .high = 2000, .unit = "px", .relevantIf = "Shadow", .relevantValues = "True"},
 
     {.name = "Interval", .label = "Update every", .group = "Timing", .kind = PropertyKind::Rate,
-     .low = 0, .high = 86400, .unit = "s", .tip = "How often the tags of the text are looked up."},
+     .low = 0, .high = 86400, .decimals = 2, .unit = "s", .tip = "How often the tags of the text are looked up."},
     {.name = "UpdateBaseTime", .label = "Counted from", .group = "Timing", .kind = PropertyKind::TimeOfDay,
      .low = 0, .high = 86400, .tip = "A time of day at which an update falls."},
     {.name = "Schedule", .label = "Schedule", .group = "Timing", .kind = PropertyKind::Schedule,
@@ -144,7 +144,7 @@ inline constexpr auto OfGraphic = WithDefaults({
      .low = -2000, .high = 2000, .unit = "px", .relevantIf = "Shadow", .relevantValues = "True"},
 
     {.name = "Interval", .label = "Update every", .group = "Timing", .kind = PropertyKind::Rate,
-     .low = 0, .high = 86400, .unit = "s", .tip = "How often the picture is taken from its source."},
+     .low = 0, .high = 86400, .decimals = 2, .unit = "s", .tip = "How often the picture is taken from its source."},
     {.name = "UpdateBaseTime", .label = "Counted from", .group = "Timing", .kind = PropertyKind::TimeOfDay,
      .low = 0, .high = 86400, .tip = "A time of day at which an update falls."},
     {.name = "Schedule", .label = "Schedule", .group = "Timing", .kind = PropertyKind::Schedule,

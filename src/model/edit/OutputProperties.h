@@ -71,7 +71,7 @@ inline constexpr auto SequentialSave = WithDefaults({
     {.name = "SequentialQuality", .label = "&Quality", .group = "Files", .kind = PropertyKind::Percent,
      .low = 1, .high = 100, .tip = "Of the JPEG: a higher quality makes a larger file."},
     {.name = "SequentialRate", .label = "&Every", .group = "Timing", .kind = PropertyKind::Rate,
-     .low = 0, .high = 86400, .unit = "s"},
+     .low = 0, .high = 86400, .decimals = 2, .unit = "s"},
     {.name = "SequentialBaseTime", .label = "Counted f&rom", .group = "Timing", .kind = PropertyKind::TimeOfDay,
      .low = 0, .high = 86399, .tip = "A time of day at which a picture is saved."},
     {.name = "Schedule", .label = "Sche&dule", .group = "Timing", .kind = PropertyKind::Schedule},

@@ -24,7 +24,8 @@ enum class PropertyKind {
     Folder,              ///< A folder that is written into.
     Address,             ///< A web address.
     Font,                ///< A font's family name.
-    Rate,                ///< Seconds between two runs, chosen from a list or typed; 0: not by itself.
+    Rate,                ///< Seconds between two runs, chosen from a list or typed; 0: not by itself. The
+                         ///< list has parts of a second where there are `decimals`.
     TimeOfDay,           ///< "HH:MM:SS".
     Feed,                ///< The name of a video feed of the portfolio.
     Canvas,              ///< The slot of another canvas.
