@@ -207,7 +207,7 @@ LayerPanel::LayerPanel(Workspace& workspace, QWidget* parent)
     parts.Refresh();
 }
 
-LayerPanel::~LayerPanel() = default;
+LayerPanel::~LayerPanel() { parts_->tree->disconnect(this); }
 
 void LayerPanel::SetAddMenu(QMenu* menu) {
     parts_->add->setMenu(menu);

@@ -143,8 +143,8 @@ struct PropertyForm::Parts {
         if (always || (value != shown.value && !shown.editor->Busy())) {
             if (!always) shown.Remark({});
             shown.editor->Show(value);
+            shown.value = value;
         }
-        shown.value = value;
         const Property& property = Description(row);
         shown.SetResettable(!SameValue(value, property.fallback));
         shown.SetEnabled(Relevant(property));
@@ -229,7 +229,12 @@ PropertyForm::PropertyForm(Workspace& workspace, QWidget* parent)
             [this](QWidget* from, QWidget* to) { FocusMoved(from, to); });
 }
 
-PropertyForm::~PropertyForm() = default;
+/// What goes with the window moves the focus, when there are no parts any more.
+PropertyForm::~PropertyForm() {
+    qApp->disconnect(this);
+    for (const PropertyRow& row : parts_->rows) row.editor->disconnect(this);
+    delete takeWidget();
+}
 
 void PropertyForm::Show(std::unique_ptr<PropertySet> set, const QString& emptyText) {
     Parts& parts = *parts_;

@@ -16,6 +16,7 @@ public:
     explicit TaggedTextEditor(const Subject& subject)
         : PropertyEditor(subject.parent), text_(new TaggedTextEdit(subject.workspace)) {
         LayParts(this, text_);
+        text_->setMaximumHeight(fontMetrics().height() * LinesShown);
         connect(text_, &TaggedTextEdit::Edited, this, &PropertyEditor::Entered);
     }
 
@@ -26,6 +27,8 @@ public:
     bool Busy() const override { return text_->Busy(); }
 
 private:
+    static constexpr int LinesShown = 9;  ///< With those for the preview.
+
     TaggedTextEdit* text_;
 };
 

@@ -1,0 +1,267 @@
+// Forms of properties and the list of layers: real widgets on the real engine, on a platform of fakes.
+
+#include "ui/property/PropertyForm.h"
+
+#include <gmock/gmock.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDial>
+#include <QLabel>
+#include <QLineEdit>
+#include <QSlider>
+#include <QTest>
+#include <QToolButton>
+#include <memory>
+
+#include "core/main/DocumentCommands.h"
+#include "core/main/modMain.h"
+#include "imaging/Graphic.h"
+#include "model/Canvas.h"
+#include "model/edit/Layers.h"
+#include "publish/FTPPush.h"
+#include "publish/VideoStreaming.h"
+#include "support/TestPlatform.h"
+#include "text/Text.h"
+#include "ui/property/LayerPanel.h"
+#include "ui/property/LayerTree.h"
+#include "ui/shared/Workspace.h"
+
+namespace tessaloom {
+namespace {
+
+using ::testing::ElementsAre;
+using Kind = LayerId::Kind;
+
+constexpr LayerId FirstText{Kind::Text, 1}, FirstPicture{Kind::Graphic, 1}, SecondPicture{Kind::Graphic, 2};
+
+class PropertyFormTest : public ::testing::Test {
+protected:
+    PropertyFormTest() {
+        it.files["Tessaloom.INI"].bytes = "[General]\r\nAutoLoad=False\r\n";
+        it.time.Set(testing::FakeTime::FirstDay, 12, 0, 0);
+        modMain::Main(it.platform);
+        modMain::PortfolioNew();
+        workspace = std::make_unique<Workspace>(it.platform);
+        TheCanvas().SetEnabled(true);
+        TheCanvas().AddText(1)->SetEnabled(true);
+        for (int slot : {1, 2}) {
+            Graphic& graphic = *TheCanvas().AddGraphic(slot);
+            graphic.SetEnabled(true);
+            graphic.SetSourceType(Graphic::PictureFile);
+        }
+        workspace->Activate(1);
+        form = std::make_unique<PropertyForm>(*workspace);
+        form->resize(400, 900);
+        Activate(*form);
+    }
+
+    ~PropertyFormTest() override {
+        form.reset();
+        workspace->PortfolioClosing();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        workspace.reset();
+        modMain::modMain_Shutdown();
+    }
+
+    static void Activate(QWidget& window) {
+        window.show();
+        window.activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    }
+
+    Canvas& TheCanvas() { return modMain::OpenPortfolio()->Canvas(1); }
+    Text& TheText() { return *TheCanvas().Text(1); }
+    void Show(LayerId layer) { form->Show(PropertySets::Layer(*modMain::OpenPortfolio(), 1, layer)); }
+
+    template <typename Widget>
+    Widget& In(std::string_view property) {
+        return *form->EditorOf(property)->findChild<Widget*>();
+    }
+    QString Remark(const char* property) {
+        return form->findChild<QLabel*>(QString("remark") + property)->text();
+    }
+
+    /// Types into the property's editor as if it had been empty.
+    void Type(std::string_view property, const char* text, Qt::Key end = Qt::Key_Return) {
+        QWidget* focus = form->EditorOf(property)->focusProxy();
+        focus->setFocus();
+        QTest::keyClick(focus, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(focus, text);
+        if (end != Qt::Key_unknown) QTest::keyClick(focus, end);
+    }
+
+    testing::TestPlatform it;
+    std::unique_ptr<Workspace> workspace;
+    std::unique_ptr<PropertyForm> form;
+};
+
+TEST_F(PropertyFormTest, ShowsAnEditorForEachPropertyOfEverySet) {
+    Portfolio& portfolio = *modMain::OpenPortfolio();
+    std::unique_ptr<PropertySet> sets[] = {PropertySets::Layer(portfolio, 1, FirstText),
+                                           PropertySets::Layer(portfolio, 1, FirstPicture),
+                                           PropertySets::CanvasGeneral(portfolio, 1),
+                                           PropertySets::FixedSave(portfolio, 1),
+                                           PropertySets::SequentialSave(portfolio, 1),
+                                           PropertySets::Wallpaper(portfolio, 1),
+                                           PropertySets::FTPUpload(portfolio, 1),
+                                           PropertySets::WebPicture(portfolio, 1),
+                                           PropertySets::Feed(portfolio, 0),
+                                           PropertySets::Motion(portfolio, 0),
+                                           PropertySets::Web(portfolio),
+                                           PropertySets::Weather(portfolio),
+                                           PropertySets::Scripting(portfolio)};
+    portfolio.SetNeedSaving(false);
+    TheCanvas().SetNeedSaving(false);
+    for (auto& set : sets) {
+        const auto properties = set->Properties();
+        form->Show(std::move(set));
+        ASSERT_FALSE(properties.empty());
+        for (const Property& property : properties) {
+            SCOPED_TRACE(property.name);
+            const QWidget* editor = form->EditorOf(property.name);
+            ASSERT_TRUE(editor && editor->focusProxy());
+            EXPECT_FALSE(editor->focusProxy()->accessibleName().isEmpty());
+        }
+    }
+    EXPECT_FALSE(portfolio.NeedSaving()) << "showing sets nothing";
+}
+
+TEST_F(PropertyFormTest, TakesWhatIsTypedAndSaysWhatItDidNotTake) {
+    struct Case {
+        std::string_view property;
+        const char *typed, *shown, *remark;
+        double stored;
+    };
+    constexpr Case Cases[] = {
+        {"LocationX",      "120",     "120",      "",                                  120  },
+        {"LocationX",      "99999",   "3000",     "Is at most 3000\u00A0px.",          3000 },
+        {"LocationX",      "abc",     "abc",      "Must be a whole number.",           3000 },
+        {"LocationX",      "-7 px",   "-7",       "",                                  -7   },
+        {"FontSize",       "12,5",    "12.5",     "",                                  12.5 },
+        {"FontSize",       "1",       "2",        "Is at least 2\u00A0pt.",            2    },
+        {"Color",          "#ff8800", "#FF8800",  "",                                  0    },
+        {"Color",          "#ff88",   "#ff88",    "Must be a colour such as #FF8800.", 0    },
+        {"UpdateBaseTime", "7:30",    "07:30:00", "",                                  27000},
+        {"UpdateBaseTime", "25",      "25",       "Must be a time such as 07:30:00.",  27000},
+    };
+    Show(FirstText);
+    for (const Case& each : Cases) {
+        SCOPED_TRACE(each.typed);
+        Type(each.property, each.typed);
+        EXPECT_EQ(In<QLineEdit>(each.property).text(), each.shown);
+        EXPECT_EQ(Remark(std::string(each.property).c_str()), each.remark);
+        if (each.property == "LocationX") EXPECT_EQ(TheText().x(), each.stored);
+        if (each.property == "FontSize") EXPECT_EQ(TheText().FontSize(), each.stored);
+        if (each.property == "Color") EXPECT_EQ(TheText().Color(), 0x0088FF);
+        if (each.property == "UpdateBaseTime") EXPECT_EQ(TheText().UpdateBaseTime(), each.stored);
+    }
+    TheText().SetColor(1);
+    Q_EMIT workspace->Pulse();
+    EXPECT_EQ(In<QLineEdit>("Color").text(), "#ff88") << "never under the hands of who is typing";
+    QTest::keyClick(form->EditorOf("Color")->focusProxy(), Qt::Key_Escape);
+    Q_EMIT workspace->Pulse();
+    EXPECT_EQ(In<QLineEdit>("Color").text(), "#010000");
+    EXPECT_EQ(Remark("Color"), "");
+}
+
+TEST_F(PropertyFormTest, MakesOneStepOfWhatIsDoneToARow) {
+    Show(FirstText);
+    In<QSlider>("Opacity").setValue(60);
+    In<QSlider>("Opacity").setValue(40);
+    Type("LocationY", "15");
+    EXPECT_EQ(TheText().Opacity(), 40);
+    History& history = *workspace->HistoryOf(1);
+    EXPECT_EQ(history.UndoName(), "Change down");
+    history.Undo();
+    EXPECT_EQ(history.UndoName(), "Change opacity");
+    history.Undo();
+    EXPECT_FALSE(history.CanUndo());
+    Q_EMIT workspace->Pulse();
+    EXPECT_EQ(In<QSlider>("Opacity").value(), 100);
+    auto& reset = *form->findChild<QToolButton*>("resetOpacity");
+    EXPECT_FALSE(reset.isVisible());
+    In<QDial>("RotationAngle").setValue(180);  // a dial counts from its bottom
+    EXPECT_EQ(TheText().RotationAngle(), 90);
+    form->findChild<QToolButton*>("resetRotationAngle")->click();
+    EXPECT_EQ(TheText().RotationAngle(), 0);
+    In<QCheckBox>("Shadow").click();
+    EXPECT_TRUE(form->EditorOf("ShadowSize")->isEnabled());
+    form->Restore();
+    EXPECT_FALSE(TheText().Shadow());
+    EXPECT_FALSE(form->EditorOf("ShadowSize")->isEnabled());
+}
+
+TEST_F(PropertyFormTest, FollowsWhatItShows) {
+    Show(FirstPicture);
+    Type("SourceFileName", "no.png", Qt::Key_unknown);
+    Show(SecondPicture);
+    EXPECT_EQ(TheCanvas().Graphic(1)->SourceFileName(), "no.png")
+        << "typing ends when another thing is shown";
+    EXPECT_EQ(In<QLineEdit>("SourceFileName").text(), "");
+    EXPECT_EQ(Remark("SourceFileName"), "");
+    TheCanvas().RemoveGraphic(2);
+    Q_EMIT workspace->Pulse();
+    EXPECT_TRUE(form->findChild<QLabel*>("gone")->isVisible());
+    EXPECT_FALSE(form->EditorOf("Opacity")->isEnabled());
+    Show(FirstPicture);
+    form->findChild<QLineEdit*>("search")->setText("shadow edge");
+    EXPECT_TRUE(form->EditorOf("ShadowSize")->isVisible());
+    EXPECT_FALSE(form->EditorOf("Shadow")->isVisible());
+    EXPECT_FALSE(form->EditorOf("Opacity")->isVisible());
+    form->Show(nullptr, "Nothing");
+    EXPECT_EQ(form->EditorOf("Opacity"), nullptr);
+}
+
+TEST_F(PropertyFormTest, NeverShowsAPassword) {
+    FTPPush& upload = TheCanvas().VideoStreaming().FTPPush();
+    upload.SetPassword("secret");
+    form->Show(PropertySets::FTPUpload(*modMain::OpenPortfolio(), 1));
+    EXPECT_EQ(In<QLineEdit>("Password").text(), "");
+    Type("Password", "new", Qt::Key_Tab);
+    EXPECT_EQ(upload.Password(), "new");
+    EXPECT_EQ(In<QLineEdit>("Password").text(), "");
+}
+
+TEST_F(PropertyFormTest, ListsLayersAndChangesThem) {
+    LayerPanel panel(*workspace);
+    panel.resize(300, 500);
+    Activate(panel);
+    auto& tree = *panel.findChild<LayerTree*>();
+    tree.setFocus();
+    workspace->Select({SecondPicture});
+    EXPECT_THAT(tree.Selection(), ElementsAre(SecondPicture));
+
+    const auto place = [&](LayerId at) {  // the item's row in the list; -1 when it is not there
+        const auto found = tree.findItems("", Qt::MatchContains | Qt::MatchRecursive);
+        for (QTreeWidgetItem* item : found) {
+            tree.setCurrentItem(item);
+            if (tree.Current() == at) return tree.visualItemRect(item);
+        }
+        return QRect();
+    };
+    const QRect text = place(FirstText), upper = place(SecondPicture), lower = place(FirstPicture);
+    EXPECT_LT(text.top(), upper.top());
+    EXPECT_LT(upper.top(), lower.top());
+    EXPECT_EQ(tree.PlaceAt(text.center(), FirstPicture).below, SecondPicture) << "pictures lie beneath texts";
+    EXPECT_EQ(tree.PlaceAt(lower.bottomLeft(), SecondPicture).below.slot, 0);
+    EXPECT_EQ(tree.PlaceAt({5, 2}, FirstText).pass, 3);
+
+    EXPECT_THAT(workspace->Selection(), ElementsAre(FirstPicture)) << "the list was walked through last";
+    QTest::keyClick(&tree, Qt::Key_Space);
+    EXPECT_FALSE(TheCanvas().Graphic(1)->Enabled());
+    Q_EMIT tree.Dropped(FirstPicture, 3, {Kind::Graphic, 0});
+    EXPECT_EQ(TheCanvas().Graphic(workspace->Selection().at(0).slot)->Layer(), 3);
+    EXPECT_EQ(workspace->HistoryOf(1)->UndoName(), "Reorder");
+    QTest::keyClick(&tree, Qt::Key_Delete);
+    EXPECT_EQ(Layers::InDrawingOrder(TheCanvas()).size(), 2u);
+    workspace->HistoryOf(1)->Undo();
+    workspace->HistoryOf(1)->Undo();
+    workspace->HistoryOf(1)->Undo();
+    EXPECT_FALSE(workspace->HistoryOf(1)->CanUndo());
+    EXPECT_EQ(Layers::InDrawingOrder(TheCanvas()).size(), 3u);
+    EXPECT_TRUE(TheCanvas().Graphic(1)->Enabled());
+}
+
+}  // namespace
+}  // namespace tessaloom
