@@ -68,8 +68,10 @@ namespace tessaloom::vbscript {
     X(CallValue)        /* default member of b as a statement, arguments as above */ \
     X(CallMember)       /* of object a, c arguments behind it; b a CallKind; the word behind: D the site, a how many \
                            WriteBack follow */ \
+    X(GetItem)          /* CallMember for Get with one argument */ \
     X(GetMember)        /* a = member of object b, without arguments; c the site */ \
     X(LetMember)        /* member of object b = the register behind a; c the site */ \
+    X(GetHostMember)    /* a = global b, a host's member without arguments */ \
     X(CallHostMember)   /* global b, a host's member, c arguments from a; the word behind: b a CallKind */ \
     X(CallSpecial)      /* SpecialCall b with c arguments from a on; the result to a */ \
     X(New)              /* a = new object of the class named D */ \

@@ -275,7 +275,7 @@ void Machine::Dispatch(std::size_t stop) {
             A = Value::ReferenceTo(Top().me->Field(i->b));
             NEXT();
 
-        DoIndex : {
+        DoIndex: {
             Value &variable = B.Resolved(), &index = C;
             if (variable.Is(VarType::Array) && IsIntegerOrLong(index))
                 A = variable.AsArray()->At(index.Whole());
@@ -288,7 +288,7 @@ void Machine::Dispatch(std::size_t stop) {
         DoIndexMany:
             A = Element(B.Resolved(), {&A, i->c});
             NEXT();
-        DoLetIndex : {
+        DoLetIndex: {
             Value &variable = B.Resolved(), &index = C;
             if (variable.Is(VarType::Array) && IsIntegerOrLong(index) && !A.Is(VarType::Object)) {
                 LetValue(variable.WritableArray().At(index.Whole()), A, false);
@@ -304,7 +304,7 @@ void Machine::Dispatch(std::size_t stop) {
         DoSetIndexMany:
             StoreElement(B.Resolved(), {&A, i->c + std::size_t{1}}, CallKind::Set);
             NEXT();
-        DoRefElement : {
+        DoRefElement: {
             Value& variable = B.Resolved();
             if (variable.Is(VarType::Array))
                 A = Value::ReferenceTo(ElementPlace(variable, {&A, i->c}));
@@ -354,7 +354,7 @@ void Machine::Dispatch(std::size_t stop) {
             else
                 pc = code + pc->D();
             NEXT();
-        DoForNext : {
+        DoForNext: {
             WATCH();
             Value& counter = B;
             const Value *const kept = &A, &step = kept[1];
@@ -395,14 +395,14 @@ void Machine::Dispatch(std::size_t stop) {
         LOAD_FRAME(); \
         WATCH();      \
     } while (false)
-        DoCallRoutine : {
+        DoCallRoutine: {
             Top().place = pc;
             const Routine* const routine = program_.symbols[i->b].routine;
             Enter(*routine, &A, i->c, &A, false, nullptr);
             ENTERED();
             NEXT();
         }
-        DoCallOwn : {
+        DoCallOwn: {
             Frame& frame = Top();
             frame.place = pc;
             const Routine* const routine = frame.me->Type().members[i->b].get;
@@ -411,7 +411,7 @@ void Machine::Dispatch(std::size_t stop) {
             ENTERED();
             NEXT();
         }
-        DoCallBuiltin : {
+        DoCallBuiltin: {
             const std::size_t count = i->c;
             Value* const arguments = &A;
             Top().place = pc;
@@ -419,7 +419,7 @@ void Machine::Dispatch(std::size_t stop) {
             for (std::size_t k = 1; k < count; ++k) arguments[k].LetGo();
             NEXT();
         }
-        DoLoadName : {
+        DoLoadName: {
             Top().place = pc;
             if (CallName(&A, 0, i->b, i->c, NameUse::Value)) ENTERED();
             NEXT();
@@ -428,7 +428,7 @@ void Machine::Dispatch(std::size_t stop) {
             Top().place = pc;
             RefName(A, i->b, i->c);
             NEXT();
-        DoCallName : {
+        DoCallName: {
             const Instruction& more = *pc++;
             Top().place = pc;
             if (CallName(&A, i->c, i->b, more.a, static_cast<NameUse>(more.b))) ENTERED();
@@ -438,25 +438,27 @@ void Machine::Dispatch(std::size_t stop) {
             Top().place = pc;
             CallValue(&A, i->c, B.Resolved());
             NEXT();
-        DoCallMember : {
+        DoGetItem: {
+            const Value& argument = (&A)[1].Resolved();
+            const Site& site = sites[pc->D()];
+            Object* const object = Known(A, site);
+            if (object && site.plain.item && !argument.Is(VarType::Object)) [[likely]] {
+                A = site.plain.item(*object, context_, argument);
+                (&A)[1].LetGo();
+                pc += 1 + pc->a;
+                NEXT();
+            }
+            goto DoCallMember;
+        }
+        DoCallMember: {
             const Instruction& more = *pc++;
             Site& site = sites[more.D()];
-            if (i->c == 1 && i->b == static_cast<std::uint16_t>(CallKind::Get)) {
-                const Value& argument = (&A)[1].Resolved();
-                Object* const object = Known(A, site);
-                if (object && site.plain.item && !argument.Is(VarType::Object)) {
-                    A = site.plain.item(*object, context_, argument);
-                    (&A)[1].LetGo();
-                    pc += more.a;
-                    NEXT();
-                }
-            }
             Top().place = pc;
             const auto kind = static_cast<CallKind>(i->b & 0xFF);
             if (CallMember(&A, i->c, kind, (i->b & OwnAccess) != 0, site)) ENTERED();
             NEXT();
         }
-        DoGetMember : {
+        DoGetMember: {
             const Value& receiver = B.Resolved();
             Site& site = sites[i->c];
             if (Object* const object = Known(receiver, site); object && site.plain.get) [[likely]] {
@@ -468,7 +470,7 @@ void Machine::Dispatch(std::size_t stop) {
             if (CallMember(&A, 0, CallKind::Get, false, site)) ENTERED();
             NEXT();
         }
-        DoLetMember : {
+        DoLetMember: {
             const Value &receiver = B.Resolved(), &value = (&A)[1];
             Site& site = sites[i->c];
             if (Object* const object = Known(receiver, site); object && site.plain.let && IsPlain(value))
@@ -483,14 +485,18 @@ void Machine::Dispatch(std::size_t stop) {
             if (CallMember(&A, 1, CallKind::Let, false, site)) ENTERED();
             NEXT();
         }
-        DoCallHostMember : {
-            const Instruction& more = *pc++;
+        DoGetHostMember: {
             const Symbol& symbol = program_.symbols[i->b];
-            if (i->c == 0 && symbol.plain.get && more.b == static_cast<std::uint16_t>(CallKind::Get))
-                [[likely]] {
+            if (symbol.plain.get) [[likely]] {
                 A = symbol.plain.get(*symbol.host, context_);
                 NEXT();
             }
+            Top().place = pc;
+            CallHostMember(&A, 0, i->b, CallKind::Get);
+            NEXT();
+        }
+        DoCallHostMember: {
+            const Instruction& more = *pc++;
             Top().place = pc;
             CallHostMember(&A, i->c, i->b, static_cast<CallKind>(more.b));
             NEXT();
@@ -512,7 +518,7 @@ void Machine::Dispatch(std::size_t stop) {
         DoRelease:
             for (Value *value = &A, *const end = value + i->b; value != end; ++value) value->MakeEmpty();
             NEXT();
-        DoMakeArray : {
+        DoMakeArray: {
             const std::vector<int>& bounds = Top().routine->bounds[static_cast<std::size_t>(i->D())];
             A = Value::OfArray(Array::OfBounds(bounds, !bounds.empty()));
             NEXT();

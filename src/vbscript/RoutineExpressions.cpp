@@ -199,7 +199,8 @@ RoutineCompiler::Register RoutineCompiler::EvaluateMember(const Expression& expr
         Receiver(expression, first, false);
         next_ = first + std::size_t{1};
         if (!arguments.empty()) PassArguments(arguments, NewRegister(arguments.size()), elements);
-        Emit(Opcode::CallMember, first, static_cast<std::size_t>(kind), arguments.size());
+        const bool isItem = kind == CallKind::Get && arguments.size() == 1;
+        Emit(isItem ? Opcode::GetItem : Opcode::CallMember, first, static_cast<std::size_t>(kind), arguments.size());
         EmitWordD(static_cast<std::int32_t>(SiteOf(expression.name)), elements.size());
         WriteElementsBack(elements);
     }
@@ -279,6 +280,10 @@ RoutineCompiler::Register RoutineCompiler::CallNamed(const Expression& callee, A
             Emit(Opcode::CallOwn, first, index, arguments.size());
             break;
         case Where::HostMember:
+            if (arguments.empty() && !asStatement) {
+                Emit(Opcode::GetHostMember, first, index);
+                break;
+            }
             Emit(Opcode::CallHostMember, first, index, arguments.size());
             EmitWord(0, static_cast<std::size_t>(asStatement ? CallKind::Call : CallKind::Get));
             break;
