@@ -96,6 +96,7 @@ public:
 
     /// For transfers that begin from now on.
     virtual void SetLimits(const TransferLimits& limits) = 0;
+    virtual const TransferLimits& Limits() const = 0;
 
     virtual std::unique_ptr<UrlTransfer> MakeTransfer() = 0;
 

@@ -27,6 +27,7 @@ public:
     }
 
     void SetLimits(const TransferLimits& allowed) override { limits = allowed; }
+    const TransferLimits& Limits() const override { return limits; }
     std::unique_ptr<UrlTransfer> MakeTransfer() override { return std::make_unique<Transfer>(*this); }
     void Wait(int) override {}
     void Poll() override {

@@ -14,6 +14,8 @@ CurlTransfers::~CurlTransfers() = default;
 
 void CurlTransfers::SetLimits(const TransferLimits& limits) { multi_->limits = limits; }
 
+const TransferLimits& CurlTransfers::Limits() const { return multi_->limits; }
+
 std::unique_ptr<UrlTransfer> CurlTransfers::MakeTransfer() { return std::make_unique<CurlTransfer>(*multi_); }
 
 void CurlTransfers::Poll() { multi_->Poll(); }

@@ -22,6 +22,7 @@ public:
     CurlTransfers& operator=(const CurlTransfers&) = delete;
 
     void SetLimits(const TransferLimits& limits) override;
+    const TransferLimits& Limits() const override;
     std::unique_ptr<UrlTransfer> MakeTransfer() override;
     void Poll() override;
     void Wait(int milliseconds) override;

@@ -7,6 +7,7 @@
 #include "script/library/KeyTable.h"
 #include "script/library/Listing.h"
 #include "vbscript/Array.h"
+#include "vbscript/Holder.h"
 #include "vbscript/MemberTable.h"
 
 namespace tessaloom::library {
@@ -17,13 +18,19 @@ using namespace vbscript;
 
 constexpr int KeyExists = 457, ElementNotFound = 32811;
 
-class Dictionary final : public TableObject<Dictionary> {
+class Dictionary final : public TableObject<Dictionary>, public Holder {
 public:
     static constexpr std::u16string_view Name = u"Dictionary";
     static std::span<const Member<Dictionary>> Members();
 
     std::unique_ptr<Enumerator> Enumerate(Context&) override {
         return std::make_unique<Listing>(Gathered(&KeyTable::Pair::key));
+    }
+
+    void DropValues() override {
+        KeyTable empty;
+        empty.ignoreCase = pairs_.ignoreCase;
+        const KeyTable removed = std::exchange(pairs_, std::move(empty));
     }
 
 private:
@@ -82,9 +89,7 @@ private:
     }
 
     static Value RemoveAll(Dictionary& self, const Arguments&) {
-        KeyTable empty;
-        empty.ignoreCase = self.pairs_.ignoreCase;
-        const KeyTable removed = std::exchange(self.pairs_, std::move(empty));
+        self.DropValues();
         return {};
     }
 

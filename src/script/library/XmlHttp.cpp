@@ -4,6 +4,7 @@
 #include <array>
 #include <memory>
 #include <string>
+#include <utility>
 
 #include "locale/Ascii.h"
 #include "platform/UrlTransfer.h"
@@ -11,6 +12,7 @@
 #include "script/library/TextCodec.h"
 #include "vbscript/Array.h"
 #include "vbscript/Context.h"
+#include "vbscript/Holder.h"
 #include "vbscript/MemberTable.h"
 #include "vbscript/MemoryBudget.h"
 
@@ -64,7 +66,7 @@ Charset CharsetOf(std::string_view headers) {
     return CharsetNamed(name).value_or(Charset::Utf8OrWindows);
 }
 
-class XmlHttp final : public TableObject<XmlHttp> {
+class XmlHttp final : public TableObject<XmlHttp>, public Holder {
 public:
     static constexpr std::u16string_view Name = u"IXMLHTTPRequest";
     static std::span<const Member<XmlHttp>> Members();
@@ -72,6 +74,8 @@ public:
     XmlHttp(const LibraryServices& services, bool forServers)
         : transfers_(services.transfers), transfer_(transfers_.MakeTransfer()), forServers_(forServers) {}
     ~XmlHttp() override { MemoryBudget::GiveBack(body_.size()); }
+
+    void DropValues() override { const Value dropped = std::exchange(listener_, Value()); }
 
 private:
     enum ReadyState { Unsent = 0, Opened = 1, Sent = 2, Receiving = 3, Done = 4 };

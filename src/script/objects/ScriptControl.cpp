@@ -6,6 +6,7 @@
 #include "platform/Dialogs.h"
 #include "platform/Platform.h"
 #include "platform/SystemTime.h"
+#include "platform/UrlTransfer.h"
 
 namespace tessaloom {
 
@@ -55,6 +56,7 @@ ScriptControl::ScriptControl(Platform& platform, const library::LibraryServices&
 void ScriptControl::Reset(std::string_view, int timeoutSeconds) {
     engine_.Reset();
     engine_.SetLimits({.seconds = static_cast<double>(timeoutSeconds), .bytes = MemoryLimit});
+    library_.transfers.SetLimits(platform_.urlTransfers.Limits());
 }
 
 void ScriptControl::AddRootObject(std::string_view name) {

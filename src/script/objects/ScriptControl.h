@@ -33,7 +33,8 @@ public:
 
     // ScriptEngine
 
-    /// There is one language, "vbScript".
+    /// There is one language, "vbScript". Transfers of scripts that begin from then on have the limits of all
+    /// others.
     void Reset(std::string_view language, int timeoutSeconds) override;
     void AddRootObject(std::string_view name) override;
     std::optional<ScriptFault> AddCode(std::string_view code) override;

@@ -45,3 +45,6 @@ d.CompareMode = 0 : Fails 5                                  ' expect: True
 d.Add Array(1), 1 : Fails 5                                  ' expect: True
 d.Add "one" : Fails 450                                      ' expect: True
 d.Count = 3 : Fails 438                                      ' expect: True
+Set d = CreateObject("Scripting.Dictionary") : Set e = CreateObject("Scripting.Dictionary")
+Set d("self") = d : Set d("other") = e : e("list") = Array(e, d, "text")
+Say TypeName(d("self")("other")("list")(1)("self"))          ' expect: Dictionary

@@ -138,6 +138,12 @@ TEST_F(HooksTest, OfShutdownMayShowABoxWithoutTicksOnWhatIsGoing) {
     EXPECT_EQ(Open().FileName(), "");
 }
 
+TEST_F(HooksTest, TransferWithinTheLimitsOfAll) {
+    it_.files[it_.files.CurrentFolder() + "\\Tessaloom.INI"].bytes = "[X-Limits]\r\nDownloadSeconds=7\r\n";
+    Start();
+    EXPECT_EQ(scriptTransfers_.limits.totalMilliseconds, 7000);
+}
+
 TEST_F(HooksTest, DoNotExistInAScriptThatCannotBeLoaded) {
     Start("Sub Interval\n\t\t  x = = 1\nEnd Sub\n");
     EXPECT_THAT(TheScript().Status(), HasSubstr("Script Load-Time Error: Syntax error\r\nLine 2, Column 5\r\n"

@@ -69,8 +69,9 @@ protected:
     double steadySeconds_ = 0, secondsPerLook_ = 0;
     PosixFolders folders_;
     PosixEnvironment environment_;
+    FakeUrlTransfers scriptTransfers_;
     ScriptControl control_{
-        it_.platform, {it_.files,                                             folders_, environment_, it_.urlTransfers},
+        it_.platform, {it_.files,                                             folders_, environment_, scriptTransfers_},
          [this] {
             return steadySeconds_ += secondsPerLook_;
                        }
