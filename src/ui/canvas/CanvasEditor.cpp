@@ -182,7 +182,7 @@ void CanvasEditor::paintEvent(QPaintEvent* event) {
     const QImage& shown = picture_->Shown();
     const QRectF covered(QPointF(place.topLeft()) / ratio, QSizeF(place.size()) / ratio);
     const QRegion around = event->region().subtracted(shown.isNull() ? QRect() : covered.toRect());
-    for (const QRect& part : around) painter.fillRect(part, palette().color(QPalette::Dark));
+    for (const QRect& part : around) painter.fillRect(part, palette().color(QPalette::Mid));
     if (!shown.isNull()) {
         for (const QRect& part : event->region()) {
             const QRectF target = QRectF(part) & covered;

@@ -48,12 +48,12 @@ constexpr Row EditRows[] = {
 };
 
 constexpr Row AddRows[] = {
-    {"cmdAddText",        "&Text",            &CanvasEditor::AddText       },
-    {"cmdAddPictureFile", "&Picture File...", &CanvasEditor::AddPictureFile},
-    {"cmdAddFeed",        "Video &Feed...",   &CanvasEditor::AddFeed       },
-    {"cmdAddAddress",     "&Web Address...",  &CanvasEditor::AddAddress    },
-    {"cmdAddBlock",       "Plain &Block",     &CanvasEditor::AddBlock      },
-    {"cmdAddCanvas",      "Other &Canvas...", &CanvasEditor::AddCanvas     },
+    {"cmdAddText",    "Add &Text",           &CanvasEditor::AddText       },
+    {"cmdAddPicture", "Add &Picture...",     &CanvasEditor::AddPictureFile},
+    {"cmdAddFeed",    "Add Ca&mera...",      &CanvasEditor::AddFeed       },
+    {"cmdAddAddress", "Add &Web Picture...", &CanvasEditor::AddAddress    },
+    {"cmdAddBlock",   "Add &Block",          &CanvasEditor::AddBlock      },
+    {"cmdAddCanvas",  "Add C&anvas...",      &CanvasEditor::AddCanvas     },
 };
 // clang-format on
 

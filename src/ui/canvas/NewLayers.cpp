@@ -9,6 +9,7 @@
 #include <QUrl>
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <utility>
 
 #include "model/Canvas.h"
@@ -17,7 +18,6 @@
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "platform/Platform.h"
-#include "text/Text.h"
 #include "ui/canvas/Background.h"
 #include "ui/shared/Workspace.h"
 
@@ -33,9 +33,18 @@ bool IsWebAddress(const QUrl& url) {
 
 QPointF MiddleOf(const Canvas& canvas) { return {canvas.Width() / 2.0, canvas.Height() / 2.0}; }
 
-/// New texts are readable on large canvases, too: a twentieth of the height, in points.
-float FontSizeFor(const Canvas& canvas) {
-    return static_cast<float>(std::max(14, canvas.Height() * 72 / Text::DotsPerInch / 20));
+/// Puts the layer's middle on `middle`, or as near as keeps it on the canvas; its upper left corner while it
+/// has no size yet.
+void Centre(Canvas& canvas, LayerId layer, QPointF middle) {
+    const auto place = Layers::GeometryOf(canvas, layer);
+    if (!place) return;
+    const auto start = [](double centre, int length, int whole) {
+        return std::clamp(static_cast<int>(std::lround(centre - length / 2.0)), 0,
+                          std::max(0, whole - length));
+    };
+    const int left = start(middle.x(), place->right - place->left, canvas.Width());
+    const int top = start(middle.y(), place->bottom - place->top, canvas.Height());
+    Layers::Move(canvas, std::span(&layer, 1), left - place->left, top - place->top);
 }
 
 }  // namespace
@@ -55,76 +64,37 @@ void NewLayers::Finish(std::optional<LayerId> layer) {
     Q_EMIT Added(*layer);
 }
 
-void NewLayers::AddText(const QString& text, std::optional<QPointF> middle) {
-    Canvas* canvas = TheCanvas();
-    if (!canvas) return;
-    const QPointF place = middle.value_or(MiddleOf(*canvas));
-    std::optional<LayerId> layer;
-    {
-        const HistoryStep recorded(workspace_.HistoryOf(slot_), "Add text");
-        const float points = FontSizeFor(*canvas);
-        // Its size is known only once it is drawn; about half an em a letter is near enough.
-        const double em = points * Text::DotsPerInch / 72;
-        const double width = em / 2 * std::min<double>(static_cast<double>(text.size()), 40);
-        layer = Layers::AddText(*canvas, text.toStdString(),
-                                static_cast<int>(std::max(0.0, place.x() - width / 2)),
-                                static_cast<int>(std::max(0.0, place.y() - em / 2)));
-        if (layer) canvas->Text(layer->slot)->SetFontSize(points);
-    }
-    Finish(layer);
-}
-
-std::optional<LayerId> NewLayers::Place(Canvas& canvas, Graphic::Source source, std::string_view name,
-                                        QSize size, QPointF middle) {
-    QSize room = size;
-    if (size.width() > canvas.Width() || size.height() > canvas.Height())
-        room.scale(canvas.Width(), canvas.Height(), Qt::KeepAspectRatio);
-    const auto start = [](double centre, int length, int whole) {
-        return std::clamp(static_cast<int>(std::lround(centre - length / 2.0)), 0,
-                          std::max(0, whole - length));
-    };
-    const int left = start(middle.x(), room.width(), canvas.Width());
-    const int top = start(middle.y(), room.height(), canvas.Height());
-    const auto layer = Layers::AddGraphic(canvas, source, name, left, top);
-    if (layer && (room != size || source == Graphic::PlainBlock)) {
-        canvas.Graphic(layer->slot)->SetStretchSmoothing(true);
-        Layers::Resize(canvas, *layer, left, top, std::max(room.width(), 1), std::max(room.height(), 1));
-    }
-    return layer;
-}
-
-void NewLayers::Add(std::string_view step, Graphic::Source source, std::string_view name, QSize size,
-                    std::optional<QPointF> middle) {
+void NewLayers::Add(std::string_view step, std::optional<QPointF> middle,
+                    const std::function<std::optional<LayerId>(Canvas&)>& make) {
     Canvas* canvas = TheCanvas();
     if (!canvas) return;
     std::optional<LayerId> layer;
     {
         const HistoryStep recorded(workspace_.HistoryOf(slot_), step);
-        layer = Place(*canvas, source, name, size, middle.value_or(MiddleOf(*canvas)));
+        layer = make(*canvas);
+        if (layer) Centre(*canvas, *layer, middle.value_or(MiddleOf(*canvas)));
     }
     Finish(layer);
 }
 
-void NewLayers::AddFeed(const std::string& name) {
-    const Portfolio* portfolio = workspace_.Portfolio();
-    const Canvas* canvas = TheCanvas();
-    const int feed = portfolio ? portfolio->FeedNamed(name) : -1;
-    if (feed < 0 || !canvas) return;
-    const auto frame = canvas->FeedFrame(feed);
-    // Without a frame yet the layer takes its room from the corner on.
-    Add("Add video feed", Graphic::VideoFeed, name,
-        frame ? QSize(frame->Width(), frame->Height()) : QSize(canvas->Width(), canvas->Height()));
+void NewLayers::AddGraphic(std::string_view step, Graphic::Source source, const std::string& name,
+                           std::optional<QPointF> middle) {
+    Add(step, middle, [&](Canvas& canvas) { return Layers::AddGraphic(canvas, source, name, 0, 0); });
 }
 
-void NewLayers::AddBlock() {
-    if (const Canvas* canvas = TheCanvas())
-        Add("Add block", Graphic::PlainBlock, {}, QSize(canvas->Width() / 3, canvas->Height() / 3));
+void NewLayers::AddText(const QString& text, std::optional<QPointF> middle) {
+    Add("Add text", middle, [&](Canvas& canvas) {
+        const QPointF place = middle.value_or(MiddleOf(canvas));
+        return Layers::AddText(canvas, text.toStdString(), qRound(place.x()), qRound(place.y()));
+    });
 }
+
+void NewLayers::AddFeed(const std::string& name) { AddGraphic("Add camera", Graphic::VideoFeed, name); }
+
+void NewLayers::AddBlock() { AddGraphic("Add block", Graphic::PlainBlock, {}); }
 
 void NewLayers::AddCanvas(int source) {
-    if (const Canvas* other = workspace_.CanvasAt(source))
-        Add("Add canvas", Graphic::OtherCanvas, std::to_string(source),
-            QSize(other->Width(), other->Height()));
+    AddGraphic("Add canvas", Graphic::OtherCanvas, std::to_string(source));
 }
 
 void NewLayers::AddAddress(const QString& address, std::optional<QPointF> middle) {
@@ -133,7 +103,7 @@ void NewLayers::AddAddress(const QString& address, std::optional<QPointF> middle
         Q_EMIT Refused(tr("A web address begins with http:// or https://."));
         return;
     }
-    Add("Add web address", Graphic::Address, url.toString(QUrl::FullyEncoded).toStdString(), {}, middle);
+    AddGraphic("Add web picture", Graphic::Address, url.toString(QUrl::FullyEncoded).toStdString(), middle);
 }
 
 void NewLayers::AddPictureFiles(const QStringList& files, std::optional<QPointF> middle) {
@@ -153,14 +123,15 @@ void NewLayers::AddPictureFiles(const QStringList& files, std::optional<QPointF>
                 refused << QFileInfo(file).fileName();
                 continue;
             }
-            const auto added = Place(*canvas, Graphic::PictureFile, file.toStdString(), reader.size(), place);
+            const auto added = Layers::AddGraphic(*canvas, Graphic::PictureFile, file.toStdString(), 0, 0);
             full = !added;
             if (full) break;
+            Centre(*canvas, *added, place);
             layer = added;
             place += QPointF(NextDrop, NextDrop);
         }
     }
-    if (layer || full) Finish(layer);
+    if (layer || full) Finish(full ? std::nullopt : layer);
     if (refused.size() == 1)
         Q_EMIT Refused(tr("\u201c%1\u201d is not a picture.").arg(refused.front()));
     else if (!refused.isEmpty())
@@ -178,10 +149,10 @@ void NewLayers::AddPicture(const QImage& picture, std::optional<QPointF> middle)
             picture.save(&buffer, "PNG");
             return png;
         },
-        [this, size = picture.size(), middle](const QByteArray& png) { Save(png, size, middle); });
+        [this, middle](const QByteArray& png) { Save(png, middle); });
 }
 
-void NewLayers::Save(const QByteArray& png, QSize size, std::optional<QPointF> middle) {
+void NewLayers::Save(const QByteArray& png, std::optional<QPointF> middle) {
     const Canvas* canvas = TheCanvas();
     if (!canvas) return;
     FileSystem& files = workspace_.Services().fileSystem;
@@ -195,7 +166,7 @@ void NewLayers::Save(const QByteArray& png, QSize size, std::optional<QPointF> m
         Q_EMIT Refused(tr("The picture could not be written to %1.").arg(QString::fromStdString(path)));
         return;
     }
-    Add("Paste picture", Graphic::PictureFile, path, size, middle);
+    AddGraphic("Paste picture", Graphic::PictureFile, path, middle);
 }
 
 bool NewLayers::Takes(const QMimeData& data) { return data.hasUrls() || data.hasImage() || data.hasText(); }

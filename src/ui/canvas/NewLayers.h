@@ -2,7 +2,6 @@
 
 #include <QObject>
 #include <QPointF>
-#include <QSize>
 #include <QString>
 #include <QStringList>
 #include <functional>
@@ -25,7 +24,8 @@ class Workspace;
 /// Makes layers of what people bring: pictures, addresses, feeds, texts. Each is a step of the canvas's
 /// history, and what it made is selected. Once the canvas has gone, nothing happens.
 ///
-/// Places are canvas pixels: where the middle of the new layer lies.
+/// Places are canvas pixels, the canvas's middle where none is given. The middle of the new layer is put
+/// there; the corner of one whose size is not known yet.
 class NewLayers : public QObject {
     Q_OBJECT
 
@@ -58,11 +58,11 @@ Q_SIGNALS:
 private:
     tessaloom::Canvas* TheCanvas() const;
     void TakeUrls(const QList<QUrl>& urls, std::optional<QPointF> middle);
-    void Save(const QByteArray& png, QSize size, std::optional<QPointF> middle);
-    void Add(std::string_view step, Graphic::Source source, std::string_view name, QSize size,
-             std::optional<QPointF> middle = {});
-    std::optional<LayerId> Place(tessaloom::Canvas& canvas, Graphic::Source source, std::string_view name,
-                                 QSize size, QPointF middle);
+    void Save(const QByteArray& png, std::optional<QPointF> middle);
+    void Add(std::string_view step, std::optional<QPointF> middle,
+             const std::function<std::optional<LayerId>(tessaloom::Canvas&)>& make);
+    void AddGraphic(std::string_view step, Graphic::Source source, const std::string& name,
+                    std::optional<QPointF> middle = {});
     void Finish(std::optional<LayerId> layer);
 
     Workspace& workspace_;

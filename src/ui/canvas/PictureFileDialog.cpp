@@ -50,6 +50,7 @@ PictureFileDialog::PictureFileDialog(QWidget* parent, const QString& folder)
     setObjectName("PictureFileDialog");
     setAttribute(Qt::WA_DeleteOnClose);
     setFileMode(QFileDialog::ExistingFiles);
+    setOption(QFileDialog::HideNameFilterDetails);
     setOption(QFileDialog::DontUseNativeDialog);  // the platform's own have no room for a preview
 
     const int side = fontMetrics().height() * 12;
@@ -65,6 +66,7 @@ PictureFileDialog::PictureFileDialog(QWidget* parent, const QString& folder)
     if (auto* grid = qobject_cast<QGridLayout*>(layout()))
         grid->addLayout(preview, 1, grid->columnCount(), 1, 1);
     connect(this, &QFileDialog::currentChanged, this, &PictureFileDialog::Preview);
+    resize(sizeHint().width() * 3 / 2, sizeHint().height());
     Preview({});
 }
 
