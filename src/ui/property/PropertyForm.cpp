@@ -58,6 +58,14 @@ bool SameValue(const std::string& a, std::string_view b) {
     return a == b || (modNumbers::TryDblNI(a, first) && modNumbers::TryDblNI(b, second) && first == second);
 }
 
+/// The editors of one serve the other, too. Defaults may differ.
+bool SameKind(std::span<const Property> a, std::span<const Property> b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](const Property& x, const Property& y) {
+        return x.name == y.name && x.label == y.label && x.group == y.group && x.kind == y.kind &&
+               x.low == y.low && x.high == y.high;
+    });
+}
+
 bool Listed(std::string_view value, std::string_view list) {
     while (!list.empty()) {
         const std::size_t comma = list.find(',');
@@ -240,18 +248,18 @@ void PropertyForm::Show(std::unique_ptr<PropertySet> set, const QString& emptyTe
     Parts& parts = *parts_;
     if (parts.body && parts.set.Exists()) parts.FinishTyping();
     parts.Seal();
-    const auto before = parts.set.Properties();
-    parts.set.inner = std::move(set);
+    std::swap(parts.set.inner, set);
     const auto now = parts.set.Properties();
     if (now.empty()) {
         ShowEmpty(emptyText);
         return;
     }
-    if (!parts.body || before.data() != now.data() || before.size() != now.size()) Build();
+    if (!parts.body || !set || !SameKind(set->Properties(), now)) Build();
     parts.found.clear();
     for (std::size_t row = 0; row < now.size(); ++row) {
         parts.found.push_back(parts.set.Get(row));
         parts.rows[row].Remark({});
+        parts.rows[row].DescribeReset(now[row]);
     }
     parts.Refresh(true);
 }

@@ -36,11 +36,6 @@ QToolButton* MakeReset(const Property& property) {
     reset->setIcon(CommandIcon("reset", reset->palette()));
     reset->setAutoRaise(true);
     reset->setAccessibleName("Reset " + label);
-    QString fallback = property.kind == PropertyKind::Password ? QString() : Words(property.fallback);
-    for (const PropertyChoice& choice : property.choices)
-        if (choice.value == property.fallback) fallback = Words(choice.label);
-    if (property.kind == PropertyKind::Switch) fallback = property.fallback == "True" ? "on" : "off";
-    reset->setToolTip(fallback.isEmpty() ? "Clear" : "Reset to " + fallback);
     QSizePolicy policy = reset->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     reset->setSizePolicy(policy);
@@ -58,6 +53,14 @@ void PropertyRow::Remark(const QString& text) {
     remark->setPalette(palette);
     remark->setVisible(!text.isEmpty());
     if (QWidget* focus = editor->focusProxy()) focus->setAccessibleDescription(text);
+}
+
+void PropertyRow::DescribeReset(const Property& property) {
+    QString fallback = property.kind == PropertyKind::Password ? QString() : Words(property.fallback);
+    for (const PropertyChoice& choice : property.choices)
+        if (choice.value == property.fallback) fallback = Words(choice.label);
+    if (property.kind == PropertyKind::Switch) fallback = property.fallback == "True" ? "on" : "off";
+    reset->setToolTip(fallback.isEmpty() ? "Clear" : "Reset to " + fallback);
 }
 
 void PropertyRow::SetResettable(bool resettable) { reset->setVisible(resettable); }

@@ -26,6 +26,8 @@ struct PropertyRow {
 
     /// Shows why a value is wrong; "" shows nothing.
     void Remark(const QString& text);
+    /// Says what the button brings back.
+    void DescribeReset(const Property& property);
     void SetResettable(bool resettable);
     void SetEnabled(bool enabled);
     void SetVisible(bool visible);

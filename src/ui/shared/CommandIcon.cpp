@@ -4,6 +4,7 @@
 #include <QPainterPath>
 #include <QPalette>
 #include <QPixmap>
+#include <QPixmapCache>
 #include <algorithm>
 #include <cmath>
 #include <iterator>
@@ -210,13 +211,21 @@ constexpr Sign Signs[] = {
 
 QPixmap Drawn(const Sign& sign, int size, const QColor& colour) {
     constexpr double Field = 24;
-    QPixmap pixmap(size, size);
+    const QString key = QString("sign %1 %2 %3")
+                            .arg(QLatin1String(sign.name.data(), static_cast<int>(sign.name.size())))
+                            .arg(size)
+                            .arg(colour.rgba(), 0, 16);
+    QPixmap pixmap;
+    if (QPixmapCache::find(key, &pixmap)) return pixmap;
+    pixmap = QPixmap(size, size);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(size / Field, size / Field);
     painter.setPen(QPen(colour, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     sign.draw(painter);
+    painter.end();
+    QPixmapCache::insert(key, pixmap);
     return pixmap;
 }
 
