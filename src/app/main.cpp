@@ -115,7 +115,13 @@ int RunOnDesktop(const CommandLine& line) {
     DesktopFrontEnd desktop([] { QCoreApplication::exit(); });
     Services services(desktop.Dialogs(), desktop.MainWindow());
     desktop.Connect(services.All());
-    return Run(services.All(), desktop.Views(), line);
+    SetErrorReporter([&desktop](const ErrorReport& report) {
+        LogReport(report);
+        desktop.AddReport(report);
+    });
+    const int status = Run(services.All(), desktop.Views(), line);
+    SetErrorReporter(LogReport);
+    return status;
 }
 
 /// The application object, for a display where the program is to run on one.

@@ -1,8 +1,6 @@
 #include "ui/CanvasWindow.h"
 
-#include <QAction>
 #include <QCloseEvent>
-#include <QContextMenuEvent>
 #include <QMdiArea>
 #include <QScopedValueRollback>
 #include <QScrollArea>
@@ -143,12 +141,6 @@ void CanvasWindow::changeEvent(QEvent* event) {
     if (event->type() != QEvent::WindowStateChange || !Settled()) return;
     const QScopedValueRollback placing(placing_, true);
     if (Canvas* canvas = workspace_.CanvasAt(slot_)) canvas->SetWindowState(isMinimized() ? Minimized : 0);
-}
-
-void CanvasWindow::contextMenuEvent(QContextMenuEvent* event) {
-    if (!scroll_->geometry().contains(event->pos())) return QMdiSubWindow::contextMenuEvent(event);
-    event->accept();
-    Q_EMIT MenuWanted(event->globalPos());
 }
 
 }  // namespace tessaloom

@@ -36,15 +36,11 @@ public:
     /// Shows the window, and a minimized one at its size.
     void BringBack();
 
-Q_SIGNALS:
-    void MenuWanted(const QPoint& place);  ///< In the screen's pixels.
-
 protected:
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
     void changeEvent(QEvent* event) override;
-    void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
     bool Settled() const;

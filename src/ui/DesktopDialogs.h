@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QString>
+#include <QWidget>
 #include <memory>
 
 #include "core/ErrorReport.h"
@@ -9,7 +10,6 @@
 
 class QDialog;
 class QLabel;
-class QWidget;
 
 namespace tessaloom {
 

@@ -2,11 +2,8 @@
 
 #include <utility>
 
-#include "ui/CanvasForm.h"
 #include "ui/DesktopDialogs.h"
 #include "ui/DesktopMainWindow.h"
-#include "ui/frmMain.h"
-#include "ui/shared/Workspace.h"
 
 namespace tessaloom {
 
@@ -31,5 +28,7 @@ Dialogs& DesktopFrontEnd::Dialogs() { return parts_->dialogs; }
 CanvasViewFactory DesktopFrontEnd::Views() {
     return [this](Canvas& canvas) { return parts_->mainWindow.MakeView(canvas); };
 }
+
+void DesktopFrontEnd::AddReport(const ErrorReport& report) { parts_->dialogs.AddReport(report); }
 
 }  // namespace tessaloom

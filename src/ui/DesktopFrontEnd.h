@@ -10,6 +10,7 @@ namespace tessaloom {
 
 class Dialogs;
 class MainWindow;
+struct ErrorReport;
 
 /// The desktop, plugged in: windows in place of the logs and silences of a server.
 ///
@@ -26,6 +27,9 @@ public:
     tessaloom::MainWindow& MainWindow();
     tessaloom::Dialogs& Dialogs();
     CanvasViewFactory Views();
+
+    /// Shows an unexpected error, beside those before it, in one window.
+    void AddReport(const ErrorReport& report);
 
 private:
     struct Parts;

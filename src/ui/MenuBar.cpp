@@ -14,10 +14,10 @@
 #include "platform/Platform.h"
 #include "ui/CanvasKind.h"
 #include "ui/CanvasWindow.h"
-#include "ui/shared/CommandIcon.h"
 #include "ui/DesktopDialogs.h"
 #include "ui/dialogs/Setups.h"
 #include "ui/frmMain.h"
+#include "ui/shared/CommandIcon.h"
 #include "ui/shared/Workspace.h"
 #include "video/VideoFeed.h"
 

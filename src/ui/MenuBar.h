@@ -26,9 +26,6 @@ public:
     QAction* Action(const char* name) const;
     QMenu* Of(Menu menu) const { return menus_.at(menu); }
 
-    /// The commands on the canvas and its selection, as a menu before the canvas.
-    void ShowCanvasMenu(const QPoint& place);
-
     void EnablePortfolioCommands(bool enable);
 
     /// Puts the open portfolio's file, if it has one, first in the list of recent ones.

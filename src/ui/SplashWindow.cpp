@@ -35,7 +35,8 @@ void SplashWindow::paintEvent(QPaintEvent*) {
     painter.setFont(title);
     painter.drawText(text, Qt::AlignLeft | Qt::AlignTop, "Tessaloom");
     painter.setFont(font());
-    painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter, "\nVersion " + QString::fromUtf8(Version.data(), Version.size()));
+    painter.drawText(text, Qt::AlignLeft | Qt::AlignVCenter,
+                     "\nVersion " + QString::fromUtf8(Version.data(), Version.size()));
     painter.drawText(text, Qt::AlignLeft | Qt::AlignBottom, "Live pictures, on time");
 }
 

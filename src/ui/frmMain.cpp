@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDialog>
 #include <QDockWidget>
 #include <QMdiArea>
 #include <QMenu>
@@ -300,7 +301,6 @@ void frmMain::AddCanvasWindow(CanvasWindow* window) {
     ShowPage(1);
     parts_->area->addSubWindow(window);
     window->ReadCanvas();
-    connect(window, &CanvasWindow::MenuWanted, parts_->menus, &MenuBar::ShowCanvasMenu);
     connect(&window->Editor(), &CanvasEditor::EditRequested, this, [this] {
         parts_->properties->show();
         parts_->properties->raise();
