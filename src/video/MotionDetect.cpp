@@ -88,26 +88,25 @@ const MotionDetect::HistogramCounts& MotionDetect::Histogram() const {
 
 void MotionDetect::CalculateMotion() {
     Trap({Module, "CalculateMotion"}, [&] {
-        const int darkMin = change_.lowest > NoChange ? 0 : change_.lowest;
-        const int lightMax = std::max(change_.highest, NoChange);
         const double all = 3.0 * working_.Width() * working_.Height();
-        const float coverage = LogCoverage(all > 0 ? static_cast<double>(change_.beyond) / all : 0);
-        const float ratio = coverageLimit_ <= 0 ? 0 : std::clamp(coverage / coverageLimit_, 0.0F, 2.0F);
+        measurement_ = {.coverage = LogCoverage(all > 0 ? static_cast<double>(change_.beyond) / all : 0),
+                        .darkMin = change_.lowest > NoChange ? 0 : change_.lowest,
+                        .lightMax = std::max(change_.highest, NoChange)};
+        const float ratio =
+            coverageLimit_ <= 0 ? 0 : std::clamp(measurement_.coverage / coverageLimit_, 0.0F, 2.0F);
 
         const double step = motionTriggerRestInterval_ < 0 ? 1 : lastFrameInterval_ * modTime::SecondsPerDay;
         SetMotionTriggerTime(motionTriggerTime_ + step);
-        if (ratio < 1 || !Rested()) return;
-
-        Trigger(coverage, darkMin, lightMax);
+        if (ratio >= 1 && Rested()) Trigger();
     });
 }
 
-void MotionDetect::Trigger(float coverage, int darkMin, int lightMax) {
+void MotionDetect::Trigger() {
     motionTriggerTime_ = 0;
     if (motionBeep_) desktop_.Beep();
-    lastMotionCoverage_ = coverage;
-    lastDarkMin_ = darkMin;
-    lastLightMax_ = lightMax;
+    lastMotionCoverage_ = measurement_.coverage;
+    lastDarkMin_ = measurement_.darkMin;
+    lastLightMax_ = measurement_.lightMax;
     lastMotionTriggerTime_ = modTime::Clock();
     if (onTrigger_) onTrigger_();
     if (frame_) saves_.Save(*this, *frame_);

@@ -125,6 +125,23 @@ public:
     bool ShowDiffImageCoverage() const { return showDiffImageCoverage_; }
     void SetShowDiffImageCoverage(bool show) { Set(showDiffImageCoverage_, show); }
 
+    /// The windows of this detector that are asked for. A desktop opens and closes them after these; without
+    /// one nothing comes of it.
+    void ShowSetup() { setupShown_ = true; }
+    void CloseSetup() { setupShown_ = false; }
+    bool SetupShown() const { return setupShown_; }
+    void ShowDiffFrame() { showDiffFrameImage_ = true; }
+    void CloseDiffFrame() { showDiffFrameImage_ = false; }
+
+    /// What a comparison came to: the coverage on the logarithmic scale, and the lowest (0 .. 128) and
+    /// highest (128 .. 255) difference value.
+    struct Measurement {
+        float coverage = 0;
+        int darkMin = 128;
+        int lightMax = 128;
+    };
+    const Measurement& LastMeasurement() const { return measurement_; }
+
     /// What the last trigger measured; -1 before the first one. Coverage is on the logarithmic scale, the
     /// lowest and highest difference values lie in 0 .. 128 and 128 .. 255.
     float LastMotionCoverage() const { return lastMotionCoverage_; }
@@ -161,7 +178,7 @@ private:
 
     void Measure() const;
     bool Rested() const;
-    void Trigger(float coverage, int darkMin, int lightMax);
+    void Trigger();
 
     SettingsOwner& owner_;
     Desktop& desktop_;
@@ -169,7 +186,8 @@ private:
     const DIB* frame_ = nullptr;  ///< The one being worked on.
     std::function<void()> onTrigger_;
     DIB previous_;
-    DIB working_;                   ///< The frame, blurred if asked for.
+    DIB working_;  ///< The frame, blurred if asked for.
+    Measurement measurement_;
     pixelops::FrameChange change_;  ///< From the previous to the working frame.
     mutable DIB difference_;
     std::string saveFixedFileName_ = "motion\\motion.jpg";
@@ -199,6 +217,7 @@ private:
     bool saveDiff_ = false;
     bool showDiffFrameImage_ = false;
     bool showDiffImageCoverage_ = false;
+    bool setupShown_ = false;
     bool previousDataValid_ = false;
     mutable bool measured_ = true;  ///< The difference image and the histogram show the last comparison.
     mutable HistogramCounts histogram_{};

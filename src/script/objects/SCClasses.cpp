@@ -176,7 +176,7 @@ Value SaveCanvas(SCObject& self, const Arguments& arguments) {
     return Saving(arguments, [slot] { modMain::CanvasSaveProc(slot); });
 }
 
-void ShowDiffFrame(SCObject& self) { ModelAt<MotionDetect>(self.Place()).SetShowDiffFrameImage(true); }
+void ShowDiffFrame(SCObject& self) { ModelAt<MotionDetect>(self.Place()).ShowDiffFrame(); }
 
 /// A server that cannot listen says so in a box, which is not the script's time.
 Value SetServerEnabled(SCObject& self, const Arguments& arguments) {
