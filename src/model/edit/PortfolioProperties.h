@@ -62,7 +62,7 @@ inline constexpr auto Weather = WithDefaults({
      .filter = "Weather data|*.csv *.txt", .tip = "The file that the weather station's program writes."},
     {.name = "CSVDelay", .label = "&Every", .group = "File", .kind = PropertyKind::Rate,
      .low = 0, .high = 86400, .unit = "s"},
-    {.name = "CSVBaseTime", .label = "Counted f&rom", .group = "File", .kind = PropertyKind::TimeOfDay,
+    {.name = "CSVBaseTime", .label = "C&ounted from", .group = "File", .kind = PropertyKind::TimeOfDay,
      .low = 0, .high = 86400, .tip = "A time of day at which the file is read."},
     {.name = "CSVBarometerOffset", .label = "Add to the &barometer", .group = "Station", .kind = PropertyKind::Real,
      .low = -1000, .high = 1000, .decimals = 2},

@@ -104,7 +104,8 @@ TEST_F(PropertySetsTest, ShowEveryKeyOfTheFilesOnce) {
     for (const Case& set : Cases()) {
         SCOPED_TRACE(set.name);
         std::multiset<std::string_view> shown;
-        for (const Property& property : set.make()->Properties())
+        const Set properties = set.make();
+        for (const Property& property : properties->Properties())
             if (property.kind != PropertyKind::Schedule) shown.insert(property.name);
         Names expected = set.keys;
         for (const std::string_view name : set.left) EXPECT_EQ(expected.erase(name), 1u) << name;
