@@ -78,6 +78,7 @@ CanvasEditor::CanvasEditor(Workspace& workspace, int canvas, QWidget* parent)
       overlay_(std::make_unique<Overlay>()),
       notice_(new Notice(this)),
       newLayers_(new NewLayers(workspace, canvas, this)) {
+    canvasSize_ = CanvasSize();
     setObjectName("CanvasEditor");
     setAccessibleName(tr("Canvas"));
     setFocusPolicy(Qt::StrongFocus);
@@ -184,12 +185,10 @@ void CanvasEditor::paintEvent(QPaintEvent* event) {
     const QRegion around = event->region().subtracted(shown.isNull() ? QRect() : covered.toRect());
     for (const QRect& part : around) painter.fillRect(part, palette().color(QPalette::Mid));
     if (!shown.isNull()) {
-        for (const QRect& part : event->region()) {
-            const QRectF target = QRectF(part) & covered;
-            if (target.isEmpty()) continue;
-            const QRectF source((target.topLeft() - covered.topLeft()) * ratio, target.size() * ratio);
-            painter.drawImage(target, shown, source);
-        }
+        painter.save();
+        painter.scale(1 / ratio, 1 / ratio);  // now a unit is a pixel of the screen
+        painter.drawImage(place.topLeft(), shown);
+        painter.restore();
     }
     if (canvas && Layers::InDrawingOrder(*canvas).empty()) PaintHint(painter, covered);
     overlay_->Paint(painter, palette());
