@@ -109,6 +109,14 @@ TEST_F(TagsTest, EveryHundredthIsShownAsItIs) {
     }
 }
 
+TEST_F(TagsTest, EveryTagOfTheListIsReplaced) {
+    UseWeather();
+    for (const std::string& tag : AllTags()) {
+        EXPECT_NE(Expand(tag), tag);
+        EXPECT_EQ(Expand(tag + "\n" + tag.substr(1)), Expand(tag) + "\n" + tag.substr(1));
+    }
+}
+
 /// The rule as it is stated, without any short cut.
 std::string ExpandedPlainly(std::string text, const TagContext& context) {
     const auto upper = [](std::string s) {

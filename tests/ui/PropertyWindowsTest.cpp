@@ -210,7 +210,7 @@ TEST_F(PropertyWindowsTest, TagsAreCompletedAndInsertedFromTheList) {
 
 TEST_F(PropertyWindowsTest, AScheduleIsSetLiveUndoneAndCancelled) {
     OpenSchedule();
-    QWidget* window = &Window("ScheduleSetup");
+    QWidget* window = &Window("frmScheduler");
     EXPECT_EQ(window->windowTitle(), "Schedule Setup");
     const std::pair<const char*, const char*> captions[] = {
         {"Always",             "24-&Hours"             },
@@ -236,7 +236,7 @@ TEST_F(PropertyWindowsTest, AScheduleIsSetLiveUndoneAndCancelled) {
     EXPECT_EQ(workspace->HistoryOf(1)->UndoName(), "Change schedule");
 
     OpenSchedule();
-    window = &Window("ScheduleSetup");
+    window = &Window("frmScheduler");
     Press(*window, "Always");
     EXPECT_EQ(TheSchedule().Description(), "24-hours");
     PressButton(*window, QDialogButtonBox::Cancel);

@@ -6,6 +6,9 @@
 #include <algorithm>
 #include <cmath>
 
+#include "ui/property/ColourGroups.h"
+#include "ui/shared/PictureImage.h"
+
 namespace tessaloom {
 
 namespace {
@@ -23,9 +26,9 @@ PicturePicker::PicturePicker(QWidget* parent) : QWidget(parent) {
     setAccessibleName(tr("Picture to pick colours from"));
 }
 
-void PicturePicker::ShowPicture(const QImage& picture) {
-    const bool sameSize = picture.size() == picture_.size();
-    picture_ = picture;
+void PicturePicker::ShowPicture(const DIB& picture) {
+    const bool sameSize = picture.Width() == picture_.Width() && picture.Height() == picture_.Height();
+    picture_.CopyFrom(picture);
     scaled_ = {};
     if (!sameSize) {
         point_.reset();
@@ -42,10 +45,10 @@ QSize PicturePicker::minimumSizeHint() const {
 }
 
 QRectF PicturePicker::Place() const {
-    if (picture_.isNull()) return {};
-    const double scale = std::min({static_cast<double>(width()) / picture_.width(),
-                                   static_cast<double>(height()) / picture_.height(), LargestScale});
-    QRectF place(0, 0, picture_.width() * scale, picture_.height() * scale);
+    if (Empty()) return {};
+    const double scale = std::min({static_cast<double>(width()) / picture_.Width(),
+                                   static_cast<double>(height()) / picture_.Height(), LargestScale});
+    QRectF place(0, 0, picture_.Width() * scale, picture_.Height() * scale);
     place.moveCenter(QRectF(rect()).center());
     return place;
 }
@@ -55,13 +58,13 @@ QPoint PicturePicker::PixelAt(QPointF position) const {
     const auto pixel = [](double offset, double size, int count) {
         return std::clamp(static_cast<int>(std::floor(offset / size * count)), 0, count - 1);
     };
-    return {pixel(position.x() - place.left(), place.width(), picture_.width()),
-            pixel(position.y() - place.top(), place.height(), picture_.height())};
+    return {pixel(position.x() - place.left(), place.width(), picture_.Width()),
+            pixel(position.y() - place.top(), place.height(), picture_.Height())};
 }
 
 QRectF PicturePicker::OnScreen(const QRect& pixels) const {
     const QRectF place = Place();
-    const double scale = place.width() / picture_.width();
+    const double scale = place.width() / picture_.Width();
     return {place.left() + pixels.left() * scale, place.top() + pixels.top() * scale, pixels.width() * scale,
             pixels.height() * scale};
 }
@@ -78,18 +81,13 @@ void PicturePicker::PointTo(std::optional<QPoint> pixel) {
 
 void PicturePicker::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (picture_.isNull()) {
+    if (Empty()) {
         painter.setPen(palette().color(QPalette::PlaceholderText));
         painter.drawText(rect(), Qt::AlignCenter | Qt::TextWordWrap, tr("The layer has no picture yet."));
         return;
     }
     const QRectF place = Place();
-    if (scaled_.isNull()) {
-        const QSize size = (place.size() * devicePixelRatioF()).toSize().expandedTo(QSize(1, 1));
-        scaled_ = QPixmap::fromImage(picture_.scaled(
-            size, Qt::IgnoreAspectRatio,
-            size.width() < picture_.width() ? Qt::SmoothTransformation : Qt::FastTransformation));
-    }
+    if (scaled_.isNull()) ScalePicture((place.size() * devicePixelRatioF()).toSize().expandedTo(QSize(1, 1)));
     painter.drawPixmap(place, scaled_, QRectF(scaled_.rect()));
     if (hasFocus()) {
         painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
@@ -105,6 +103,16 @@ void PicturePicker::paintEvent(QPaintEvent*) {
     PaintMagnifier(painter);
 }
 
+/// Pixels of a picture that is enlarged stay squares.
+void PicturePicker::ScalePicture(const QSize& size) {
+    const QImage image = ScaledPicture(picture_, size);
+    scaled_ = QPixmap::fromImage(image.size() == size ? image : image.scaled(size));
+}
+
+QColor PicturePicker::ColourAt(QPoint pixel) const {
+    return FromEngineColour(picture_.Pixel(pixel.x(), pixel.y()));
+}
+
 /// Beside the point, on the side where there is room.
 void PicturePicker::PaintMagnifier(QPainter& painter) const {
     constexpr int Side = Magnified * MagnifierField, Away = 16;
@@ -118,13 +126,14 @@ void PicturePicker::PaintMagnifier(QPainter& painter) const {
     painter.setPen(Qt::NoPen);
     painter.setBrush(palette().color(QPalette::Window));
     painter.drawRect(frame);
+    const QRect whole(0, 0, picture_.Width(), picture_.Height());
     for (int row = 0; row < Magnified; ++row)
         for (int column = 0; column < Magnified; ++column) {
             const QPoint pixel = *point_ + QPoint(column - Magnified / 2, row - Magnified / 2);
-            if (!picture_.rect().contains(pixel)) continue;
+            if (!whole.contains(pixel)) continue;
             painter.fillRect(QRectF(frame.left() + column * MagnifierField,
                                     frame.top() + row * MagnifierField, MagnifierField, MagnifierField),
-                             picture_.pixelColor(pixel));
+                             ColourAt(pixel));
         }
     constexpr int Middle = Magnified / 2 * MagnifierField;
     const QRectF middle(frame.left() + Middle, frame.top() + Middle, MagnifierField, MagnifierField);
@@ -136,7 +145,7 @@ void PicturePicker::PaintMagnifier(QPainter& painter) const {
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawRect(frame);
     painter.drawText(QRectF(frame.left(), frame.bottom() - line, Side, line), Qt::AlignCenter,
-                     picture_.pixelColor(*point_).name().toUpper());
+                     ColourAt(*point_).name().toUpper());
 }
 
 void PicturePicker::resizeEvent(QResizeEvent* event) {
@@ -145,14 +154,13 @@ void PicturePicker::resizeEvent(QResizeEvent* event) {
 }
 
 void PicturePicker::mouseMoveEvent(QMouseEvent* event) {
-    if (picture_.isNull()) return;
+    if (Empty()) return;
     const bool inside = press_ || Place().contains(event->position());
     PointTo(inside ? std::optional(PixelAt(event->position())) : std::nullopt);
 }
 
 void PicturePicker::mousePressEvent(QMouseEvent* event) {
-    if (picture_.isNull() || event->button() != Qt::LeftButton || !Place().contains(event->position()))
-        return;
+    if (Empty() || event->button() != Qt::LeftButton || !Place().contains(event->position())) return;
     PointTo(PixelAt(event->position()));
     press_ = point_;
 }
@@ -199,10 +207,10 @@ void PicturePicker::keyPressEvent(QKeyEvent* event) {
             QWidget::keyPressEvent(event);
             return;
     }
-    if (picture_.isNull()) return;
-    const QPoint to = point_ ? *point_ + move : picture_.rect().center();
+    if (Empty()) return;
+    const QPoint to = point_ ? *point_ + move : QPoint(picture_.Width(), picture_.Height()) / 2;
     PointTo(
-        QPoint(std::clamp(to.x(), 0, picture_.width() - 1), std::clamp(to.y(), 0, picture_.height() - 1)));
+        QPoint(std::clamp(to.x(), 0, picture_.Width() - 1), std::clamp(to.y(), 0, picture_.Height() - 1)));
 }
 
 }  // namespace tessaloom

@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QImage>
 #include <QPixmap>
 #include <QWidget>
 #include <optional>
+
+#include "imaging/DIB.h"
 
 namespace tessaloom {
 
@@ -15,8 +16,9 @@ class PicturePicker : public QWidget {
 public:
     explicit PicturePicker(QWidget* parent = nullptr);
 
-    void ShowPicture(const QImage& picture);
-    const QImage& Picture() const { return picture_; }
+    /// Takes a copy; empty where there is none yet.
+    void ShowPicture(const DIB& picture);
+    const DIB& Picture() const { return picture_; }
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -43,7 +45,11 @@ private:
     void PointTo(std::optional<QPoint> pixel);
     void PaintMagnifier(QPainter& painter) const;
 
-    QImage picture_;
+    bool Empty() const { return !picture_.DIBPtr(); }
+    QColor ColourAt(QPoint pixel) const;
+    void ScalePicture(const QSize& size);
+
+    DIB picture_;
     QPixmap scaled_;               ///< `picture_` at the size at which it is shown; null: to be made.
     std::optional<QPoint> point_;  ///< The pixel under the pointer or the keyboard's point.
     std::optional<QPoint> press_;  ///< Where the drag that is under way began.

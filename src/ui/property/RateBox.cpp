@@ -174,6 +174,7 @@ RateBox::RateBox(List list, double low, double high, QWidget* parent)
 }
 
 void RateBox::ShowSeconds(double seconds) {
+    if (seconds == seconds_ && !busy_) return;  // an open list would lose its place
     seconds_ = seconds;
     busy_ = false;
     understood_->hide();

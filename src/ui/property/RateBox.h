@@ -62,7 +62,7 @@ private:
     QComboBox* box_;
     QLabel* understood_;
     const double low_, high_;
-    double seconds_ = 0;
+    double seconds_ = -1;  ///< -1: none was shown yet.
     bool busy_ = false;
 };
 

@@ -69,10 +69,10 @@ QString SunWarning() {
     return {};
 }
 
-class ScheduleSetup : public SetupWindow {
+class frmScheduler : public SetupWindow {
 public:
-    ScheduleSetup(Workspace& workspace, QWidget* parent, std::string name, int canvas, Find find)
-        : SetupWindow(workspace, QStringLiteral("ScheduleSetup"), tr("Schedule Setup"), parent),
+    frmScheduler(Workspace& workspace, QWidget* parent, std::string name, int canvas, Find find)
+        : SetupWindow(workspace, QStringLiteral("frmScheduler"), tr("Schedule Setup"), parent),
           name_(std::move(name)),
           canvas_(canvas),
           find_(std::move(find)) {
@@ -190,7 +190,7 @@ private:
 /// A window that shows another schedule makes room, keeping what was set there.
 void CloseOthers(const std::string& name, int canvas) {
     for (QWidget* window : QApplication::topLevelWidgets())
-        if (auto* open = dynamic_cast<ScheduleSetup*>(window);
+        if (auto* open = dynamic_cast<frmScheduler*>(window);
             open && open->isVisible() && !open->IsFor(name, canvas))
             open->accept();
 }
@@ -200,9 +200,8 @@ void CloseOthers(const std::string& name, int canvas) {
 void ShowScheduleSetup(Workspace& workspace, QWidget* parent, const std::string& name, int canvas,
                        std::function<Schedule*()> find) {
     CloseOthers(name, canvas);
-    SetupWindow::ShowOnly(QStringLiteral("ScheduleSetup"), [&] {
-        return new ScheduleSetup(workspace, parent, name, canvas, std::move(find));
-    });
+    SetupWindow::ShowOnly(QStringLiteral("frmScheduler"),
+                          [&] { return new frmScheduler(workspace, parent, name, canvas, std::move(find)); });
 }
 
 }  // namespace tessaloom

@@ -10,7 +10,8 @@ namespace tessaloom {
 class Schedule;
 class Workspace;
 
-/// Opens "Schedule Setup" for a schedule, which `find` looks up at each use (null when it has gone).
+/// Opens `frmScheduler` ("Schedule Setup") for a schedule, which `find` looks up at each use (null when it
+/// has gone).
 ///
 /// name: of what is scheduled, shown in the window ("Text 3 of Harbour"). canvas: the canvas whose history
 /// records it, 0 for none.

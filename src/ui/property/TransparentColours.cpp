@@ -17,14 +17,14 @@
 #include <algorithm>
 #include <array>
 #include <functional>
+#include <optional>
+#include <utility>
 
 #include "imaging/Graphic.h"
 #include "model/Canvas.h"
 #include "model/edit/History.h"
-#include "model/edit/Layers.h"
 #include "ui/property/ColourGroups.h"
 #include "ui/property/PicturePicker.h"
-#include "ui/shared/PictureImage.h"
 #include "ui/shared/SetupWindow.h"
 #include "ui/shared/Workspace.h"
 
@@ -117,19 +117,17 @@ QString RangeName(const ColourGroup& group) {
 }
 
 /// The range of the colours of all pixels.
-ColourGroup RangeOf(const QImage& picture, const QRect& pixels, ColourGroup group) {
-    std::array<int, 3> low{255, 255, 255}, high{0, 0, 0};
+ColourGroup RangeOf(const DIB& picture, const QRect& pixels, ColourGroup group) {
+    std::array<int, 3> low{255, 255, 255}, high{0, 0, 0};  // blue, green, red
     for (int y = pixels.top(); y <= pixels.bottom(); ++y)
-        for (int x = pixels.left(); x <= pixels.right(); ++x) {
-            const QRgb pixel = picture.pixel(x, y);
-            const std::array<int, 3> parts{qRed(pixel), qGreen(pixel), qBlue(pixel)};
+        for (int x = pixels.left(); x <= pixels.right(); ++x)
             for (std::size_t i = 0; i < 3; ++i) {
-                low[i] = std::min(low[i], parts[i]);
-                high[i] = std::max(high[i], parts[i]);
+                const int part = picture.Row(y)[static_cast<std::size_t>(x) * 3 + i];
+                low[i] = std::min(low[i], part);
+                high[i] = std::max(high[i], part);
             }
-        }
-    group.first = QColor(low[0], low[1], low[2]);
-    group.second = QColor(high[0], high[1], high[2]);
+    group.first = QColor(low[2], low[1], low[0]);
+    group.second = QColor(high[2], high[1], high[0]);
     return group;
 }
 
@@ -209,15 +207,15 @@ private:
         list_->header()->setSectionResizeMode(RangeColumn, QHeaderView::Stretch);
         list_->setMinimumHeight(fontMetrics().lineSpacing() * 7);
         connect(list_, &QTreeWidget::currentItemChanged, this, [this] { ShowCurrent(); });
-        auto* add = new QPushButton(tr("&Add"));
+        add_ = new QPushButton(tr("&Add"));
         remove_ = new QPushButton(tr("&Remove"));
-        add->setObjectName(QStringLiteral("add"));
+        add_->setObjectName(QStringLiteral("add"));
         remove_->setObjectName(QStringLiteral("remove"));
-        for (QPushButton* button : {add, remove_}) button->setAutoDefault(false);
-        connect(add, &QPushButton::clicked, this, &TransparentColours::Add);
+        for (QPushButton* button : {add_, remove_}) button->setAutoDefault(false);
+        connect(add_, &QPushButton::clicked, this, &TransparentColours::Add);
         connect(remove_, &QPushButton::clicked, this, &TransparentColours::Remove);
         auto* buttons = new QHBoxLayout;
-        buttons->addWidget(add);
+        buttons->addWidget(add_);
         buttons->addWidget(remove_);
         buttons->addStretch();
         auto* column = new QVBoxLayout;
@@ -329,12 +327,13 @@ private:
 
     void Refresh() {
         Graphic* graphic = TheGraphic();
-        for (QWidget* part :
-             std::initializer_list<QWidget*>{picker_, enabled_, list_->parentWidget(), hold_, result_})
-            part->setEnabled(graphic || part == list_->parentWidget());
+        for (QWidget* part : std::initializer_list<QWidget*>{picker_, result_, hold_, enabled_, list_, add_})
+            part->setEnabled(graphic);
         setWindowTitle(graphic ? tr("Transparent Colours") : tr("Transparent Colours (the layer is gone)"));
         if (!graphic) {
             editors_->setEnabled(false);
+            remove_->setEnabled(false);
+            shown_.reset();
             return;
         }
         TakePicture(*graphic);
@@ -347,9 +346,7 @@ private:
         const DIB& picture = graphic.Image().GetStretchedDIB();
         revision_ = graphic.Image().Revision();
         havePicture_ = picture.DIBPtr() != nullptr;
-        const QImage image = ScaledPicture(picture, QSize(picture.Width(), picture.Height()));
-        if (image == picker_->Picture()) return;
-        picker_->ShowPicture(image);
+        picker_->ShowPicture(picture);
         TakeSample(picture, LargestPreviewWidth, LargestPreviewHeight, sample_);
         shown_.reset();
     }
@@ -401,6 +398,7 @@ private:
     QCheckBox* hold_ = nullptr;
     QCheckBox* enabled_ = nullptr;
     QTreeWidget* list_ = nullptr;
+    QPushButton* add_ = nullptr;
     QPushButton* remove_ = nullptr;
     QGroupBox* editors_ = nullptr;
     QPushButton* first_ = nullptr;
