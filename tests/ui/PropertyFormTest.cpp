@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <QCheckBox>
+#include <QColorDialog>
 #include <QComboBox>
 #include <QDial>
 #include <QLabel>
@@ -200,12 +201,28 @@ TEST_F(PropertyFormTest, FollowsWhatItShows) {
         << "typing ends when another thing is shown";
     EXPECT_EQ(In<QLineEdit>("SourceFileName").text(), "");
     EXPECT_EQ(Remark("SourceFileName"), "");
+    Type("SourceFileName", "no.png");
+    EXPECT_EQ(Remark("SourceFileName"), "There is no such file.");
+    TheCanvas().Graphic(2)->SetSourceType(Graphic::PlainBlock);
+    Q_EMIT workspace->Pulse();
+    In<QToolButton>("BackgroundColor").click();
+    auto& chooser = *form->findChild<QColorDialog*>();
+    chooser.setCurrentColor(QColor(1, 2, 3));
+    EXPECT_EQ(TheCanvas().Graphic(2)->BackgroundColor(), 0x030201) << "shown live";
+    Show(FirstPicture);
+    EXPECT_FALSE(chooser.isVisible());
+    EXPECT_NE(TheCanvas().Graphic(1)->BackgroundColor(), 0x030201);
+    Show(SecondPicture);
     TheCanvas().RemoveGraphic(2);
     Q_EMIT workspace->Pulse();
     EXPECT_TRUE(form->findChild<QLabel*>("gone")->isVisible());
     EXPECT_FALSE(form->EditorOf("Opacity")->isEnabled());
     Show(FirstPicture);
+    auto& reset = *form->findChild<QToolButton*>("resetSourceType");
+    EXPECT_TRUE(reset.isVisible());
     form->findChild<QLineEdit*>("search")->setText("shadow edge");
+    Q_EMIT workspace->Pulse();
+    EXPECT_FALSE(reset.isVisible());
     EXPECT_TRUE(form->EditorOf("ShadowSize")->isVisible());
     EXPECT_FALSE(form->EditorOf("Shadow")->isVisible());
     EXPECT_FALSE(form->EditorOf("Opacity")->isVisible());

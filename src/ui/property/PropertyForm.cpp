@@ -1,6 +1,7 @@
 #include "ui/property/PropertyForm.h"
 
 #include <QApplication>
+#include <QDialog>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
@@ -180,8 +181,8 @@ struct PropertyForm::Parts {
         }
         PropertyRow& shown = rows[row];
         shown.value = set.Get(row);
-        if (!shown.editor->Busy()) shown.editor->Show(shown.value);
         shown.Remark(Objection(property, fault, text, workspace.Services().locale));
+        if (!shown.editor->Busy()) shown.editor->Show(shown.value);
         Refresh(false);
     }
 
@@ -190,9 +191,12 @@ struct PropertyForm::Parts {
             history->Seal();
     }
 
-    void FinishTyping() {
-        for (PropertyRow& row : rows)
+    /// What is typed is taken; choosers that are open close, as they were opened for what is shown now.
+    void FinishEditing() {
+        for (PropertyRow& row : rows) {
             if (row.editor->Busy()) row.editor->Finish();
+            for (QDialog* chooser : row.editor->findChildren<QDialog*>()) chooser->reject();
+        }
     }
 
     /// Shows the rows that have every word of `search`, all of them in open groups.
@@ -246,7 +250,7 @@ PropertyForm::~PropertyForm() {
 
 void PropertyForm::Show(std::unique_ptr<PropertySet> set, const QString& emptyText) {
     Parts& parts = *parts_;
-    if (parts.body && parts.set.Exists()) parts.FinishTyping();
+    if (parts.body) parts.FinishEditing();
     parts.Seal();
     std::swap(parts.set.inner, set);
     const auto now = parts.set.Properties();

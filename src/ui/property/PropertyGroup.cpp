@@ -46,12 +46,12 @@ QToolButton* MakeReset(const Property& property) {
 }  // namespace
 
 void PropertyRow::Remark(const QString& text) {
-    if (remark->text() == text && remark->isHidden() == text.isEmpty()) return;
+    if (remark->text() == text) return;
     remark->setText(text);
     QPalette palette = remark->palette();
     palette.setColor(QPalette::WindowText, WrongColour(editor->palette()));
     remark->setPalette(palette);
-    remark->setVisible(!text.isEmpty());
+    remark->setVisible(sought && !text.isEmpty());
     if (QWidget* focus = editor->focusProxy()) focus->setAccessibleDescription(text);
 }
 
@@ -63,7 +63,7 @@ void PropertyRow::DescribeReset(const Property& property) {
     reset->setToolTip(fallback.isEmpty() ? "Clear" : "Reset to " + fallback);
 }
 
-void PropertyRow::SetResettable(bool resettable) { reset->setVisible(resettable); }
+void PropertyRow::SetResettable(bool resettable) { reset->setVisible(sought && resettable); }
 
 void PropertyRow::SetEnabled(bool enabled) {
     if (label) label->setEnabled(enabled);
@@ -72,6 +72,7 @@ void PropertyRow::SetEnabled(bool enabled) {
 }
 
 void PropertyRow::SetVisible(bool visible) {
+    sought = visible;
     if (label) label->setVisible(visible);
     editor->setVisible(visible);
     if (!visible) reset->hide();

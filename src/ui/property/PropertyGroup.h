@@ -22,7 +22,8 @@ struct PropertyRow {
     PropertyEditor* editor = nullptr;
     QToolButton* reset = nullptr;
     QLabel* remark = nullptr;
-    std::string value;  ///< As it was read last.
+    std::string value;   ///< As it was shown last.
+    bool sought = true;  ///< A search hides the others.
 
     /// Shows why a value is wrong; "" shows nothing.
     void Remark(const QString& text);

@@ -1,7 +1,9 @@
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QCompleter>
 #include <QHBoxLayout>
 #include <QLineEdit>
+#include <QScrollBar>
 #include <algorithm>
 #include <functional>
 #include <string>
@@ -36,6 +38,9 @@ public:
 
     void showPopup() override {
         refresh_();
+        // Labels that are longer than the form is wide can be read in full.
+        view()->setMinimumWidth(view()->sizeHintForColumn(0) +
+                                view()->verticalScrollBar()->sizeHint().width());
         QComboBox::showPopup();
     }
 
@@ -83,6 +88,7 @@ protected:
             for (const Item& item : items) box_->addItem(item.label, QString::fromStdString(item.value));
         }
         box_->setCurrentIndex(box_->findData(QString::fromStdString(stored_)));
+        box_->setToolTip(subject_.Description().tip.empty() ? box_->currentText() : QString());
     }
 
     QComboBox* Box() const { return box_; }
