@@ -99,7 +99,7 @@ inline constexpr auto Scripting = WithDefaults({
     {.name = "AllowNewCSVData", .label = "&New weather data", .group = "Events", .kind = PropertyKind::Switch},
     {.name = "AllowWebRequest", .label = "&Web request", .group = "Events", .kind = PropertyKind::Switch},
     {.name = "Rate", .label = "Interval &every", .group = "Timing", .kind = PropertyKind::Rate,
-     .low = 0, .high = 86400, .unit = "s", .relevantIf = "AllowInterval", .relevantValues = "True"},
+     .low = 0, .high = 86400, .decimals = 1, .unit = "s", .relevantIf = "AllowInterval", .relevantValues = "True"},
     {.name = "BaseTime", .label = "C&ounted from", .group = "Timing", .kind = PropertyKind::TimeOfDay,
      .low = 0, .high = 86399, .relevantIf = "AllowInterval", .relevantValues = "True"},
 }, PortfolioKeys::Scripting);

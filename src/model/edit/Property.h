@@ -24,8 +24,8 @@ enum class PropertyKind {
     Folder,              ///< A folder that is written into.
     Address,             ///< A web address.
     Font,                ///< A font's family name.
-    Rate,                ///< Seconds between two runs, chosen from a list or typed; 0: not by itself. The
-                         ///< list has parts of a second where there are `decimals`.
+    Rate,                ///< Seconds between two runs, from a list or typed; 0: not by itself. The list
+                         ///< has half a second with one of the `decimals`, smaller parts with more.
     TimeOfDay,           ///< "HH:MM:SS".
     Feed,                ///< The name of a video feed of the portfolio.
     Canvas,              ///< The slot of another canvas.

@@ -53,7 +53,9 @@ public:
 
 private:
     static RateBox::List ListOf(const Property& property) {
-        return property.decimals > 0 ? RateBox::List::SubSecond : RateBox::List::WholeSeconds;
+        return property.decimals > 1    ? RateBox::List::SubSecond
+               : property.decimals == 1 ? RateBox::List::HalfSecond
+                                        : RateBox::List::WholeSeconds;
     }
 
     RateBox* rate_;
