@@ -89,6 +89,7 @@ frmMain::frmMain(Workspace& workspace, DesktopDialogs& dialogs)
     setDockNestingEnabled(true);
     const int unit = fontMetrics().height();
     setMinimumSize(24 * unit, 18 * unit);
+    parts_->area = new QMdiArea(this);
     parts_->menus = new MenuBar({workspace, *this, dialogs}, this);
     MakePages();
     MakePanels();
@@ -116,7 +117,6 @@ frmMain::~frmMain() {
 }
 
 void frmMain::MakePages() {
-    parts_->area = new QMdiArea;
     parts_->area->setObjectName("Canvases");
     parts_->area->setBackground(palette().brush(QPalette::Mid));
     parts_->area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -149,7 +149,13 @@ void frmMain::MakePanels() {
     };
     parts_->preview = new FeedPreview(workspace);
     parts_->form = new PropertyForm(workspace);
-    QDockWidget* layers = dock("dockLayers", "Layers", new LayerPanel(workspace));
+    auto* list = new LayerPanel(workspace);
+    auto* newLayers = new QMenu(this);
+    for (const char* command :
+         {"cmdAddText", "cmdAddPicture", "cmdAddFeed", "cmdAddAddress", "cmdAddBlock", "cmdAddCanvas"})
+        newLayers->addAction(parts_->menus->Of(Menu::Canvas)->findChild<QAction*>(command));
+    list->SetAddMenu(newLayers);
+    QDockWidget* layers = dock("dockLayers", "Layers", list);
     QDockWidget* preview = dock("dockPreview", "Feed Preview", parts_->preview);
     parts_->properties = dock("dockProperties", "Properties", parts_->form);
     tabifyDockWidget(layers, preview);
@@ -304,6 +310,7 @@ void frmMain::AddCanvasWindow(CanvasWindow* window) {
     connect(&window->Editor(), &CanvasEditor::EditRequested, this, [this] {
         parts_->properties->show();
         parts_->properties->raise();
+        parts_->form->FocusOn("Text");
     });
     window->show();
     if (!window->isMinimized()) parts_->area->setActiveSubWindow(window);
