@@ -1,7 +1,9 @@
 #include "ui/dialogs/CanvasSetup.h"
 
+#include <QTabBar>
 #include <QTabWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "model/Canvas.h"
 #include "model/edit/History.h"
@@ -42,7 +44,8 @@ CanvasSetup::CanvasSetup(Workspace& workspace, int canvas, QWidget* parent)
     connect(&workspace, &Workspace::Pulse, this, &CanvasSetup::Refresh);
     Refresh();
     const QFontMetrics font = fontMetrics();
-    resize(font.averageCharWidth() * 90, font.height() * 38);
+    const int allTabs = tabs_->tabBar()->sizeHint().width() + font.averageCharWidth() * 8;
+    resize(std::max(font.averageCharWidth() * 90, allTabs), font.height() * 38);
 }
 
 void CanvasSetup::SelectPage(CanvasPage page) { tabs_->setCurrentIndex(static_cast<int>(page)); }

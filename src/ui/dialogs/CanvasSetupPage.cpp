@@ -28,10 +28,10 @@ QString CanvasSetupPage::Clash(const Portfolio& portfolio, int slot, const QStri
 
 void CanvasSetupPage::AddFolderActions(std::function<std::string(Canvas&)> folder) {
     folder_ = std::move(folder);
-    makeFolder_ = AddAction("cmdMakeFolder", "&Make Folder", [this] {
+    makeFolder_ = AddAction("cmdMakeFolder", "M&ake Folder", [this] {
         if (Canvas* canvas = TheCanvas()) TheWorkspace().Services().fileSystem.MakeFolder(folder_(*canvas));
     });
-    openFolder_ = AddAction("cmdOpenFolder", "Op&en Folder", [this] {
+    openFolder_ = AddAction("cmdOpenFolder", "&Open Folder", [this] {
         Canvas* canvas = TheCanvas();
         const FileSystem& files = TheWorkspace().Services().fileSystem;
         if (canvas)

@@ -12,7 +12,7 @@ namespace tessaloom {
 
 namespace {
 
-constexpr const char* Sample = "Harbour 12:34  17.5 °C";
+constexpr const char* Sample = "Harbour 17.5 °C";
 constexpr int PixelHeight = 19;  ///< 14 points, the size of new texts.
 constexpr int Margin = 6;        // pixels
 
@@ -47,7 +47,7 @@ QImage Draw(Fonts& fonts, QRgb text, QRgb ground) {
 ClearTypeSample::ClearTypeSample(Fonts& fonts, QWidget* parent)
     : QWidget(parent), fonts_(fonts), shown_(fonts.ClearType()) {
     setObjectName("sample");
-    setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
 }
 
 QSize ClearTypeSample::sizeHint() const {

@@ -66,6 +66,7 @@ public:
         steps_->setRootIsDecorated(false);
         steps_->setUniformRowHeights(true);
         steps_->setMinimumHeight(fontMetrics().height() * 7);
+        steps_->setMaximumHeight(fontMetrics().height() * 10);
         steps_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
         busy_->setRange(0, 0);
         busy_->setTextVisible(false);
@@ -74,7 +75,7 @@ public:
         Extras()->addWidget(steps_);
         Extras()->addWidget(busy_);
         test_ = AddAction("cmdTestNow", "&Test Now", [this] { Test(); });
-        cancel_ = AddAction("cmdCancelTest", "&Cancel Upload", [this] {
+        cancel_ = AddAction("cmdCancelTest", "Cance&l Upload", [this] {
             if (Canvas* of = TheCanvas()) of->VideoStreaming().FTPPush().UnloadClass();
         });
     }

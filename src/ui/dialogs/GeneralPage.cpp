@@ -60,7 +60,7 @@ public:
         presets_ = AddAction("cmdSizePresets", "Size &Presets", [] {});
         presets_->setMenu(sizes_);
         connect(sizes_, &QMenu::aboutToShow, this, [this] { FillSizes(); });
-        turn_ = AddAction("cmdTurnSize", "S&wap Width and Height", [this] {
+        turn_ = AddAction("cmdTurnSize", "Swap Wid&th and Height", [this] {
             if (const Canvas* now = TheCanvas()) SetSize(now->Height(), now->Width());
         });
     }

@@ -36,7 +36,7 @@ struct Save {
 };
 
 const Save Fixed = {PropertySets::FixedSave,
-                    "Save &Now",
+                    "Sa&ve Now",
                     "Last saved",
                     &CanvasSaves::FixedEnabled,
                     &CanvasSaves::FixedRate,
@@ -48,7 +48,7 @@ const Save Fixed = {PropertySets::FixedSave,
                     "The same file is written by %1: each overwrites the other's picture."};
 
 const Save Sequential = {PropertySets::SequentialSave,
-                         "Save &Now",
+                         "Sa&ve Now",
                          "Last saved",
                          &CanvasSaves::SequentialEnabled,
                          &CanvasSaves::SequentialRate,
@@ -60,7 +60,7 @@ const Save Sequential = {PropertySets::SequentialSave,
                          "Files of like names are written there by %1, too: one may overwrite the other."};
 
 const Save Background = {PropertySets::Wallpaper,
-                         "Change &Now",
+                         "Chan&ge Now",
                          "Last changed",
                          &CanvasSaves::BackgroundEnabled,
                          &CanvasSaves::BackgroundRate,

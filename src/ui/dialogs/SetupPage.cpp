@@ -21,7 +21,9 @@ SetupPage::SetupPage(Workspace& workspace, std::unique_ptr<PropertySet> set, QWi
       extras_(new QVBoxLayout),
       actions_(new QHBoxLayout) {
     auto* line = new QFrame;
-    line->setFrameStyle(QFrame::HLine | QFrame::Sunken);
+    line->setFrameStyle(QFrame::HLine | QFrame::Plain);
+    line->setForegroundRole(QPalette::Mid);
+    setAutoFillBackground(true);  // as the form: some styles draw pages of tabs in another shade
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(form_, 1);
     layout->addWidget(line);

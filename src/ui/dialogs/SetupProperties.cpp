@@ -38,7 +38,7 @@ constexpr Property Table[] = {
     {.name = "ClearTypeContrast", .label = "ClearType &Contrast: ", .group = "ClearType", .fallback = "1400",
      .kind = PropertyKind::Whole, .low = 1000, .high = 2200,
      .tip = "How strongly texts with ClearType smoothing are drawn."},
-    {.name = "ClearTypeOrientation", .label = "&Order of the sub-pixels", .group = "ClearType", .fallback = "1",
+    {.name = "ClearTypeOrientation", .label = "Order of the sub-pi&xels", .group = "ClearType", .fallback = "1",
      .kind = PropertyKind::Choice, .low = 0, .high = 1, .choices = SubPixelOrders,
      .tip = "Of the screen on which the pictures are looked at."},
 };

@@ -17,7 +17,8 @@ namespace {
 constexpr int Minute = 60, Hour = 60 * Minute;  // seconds
 
 QString Span(double seconds) {
-    const auto whole = static_cast<long long>(std::ceil(seconds));
+    constexpr double Rounding = 0.01;  // of moments, far less than a tick shows
+    const auto whole = static_cast<long long>(std::ceil(seconds - Rounding));
     if (whole < 2 * Minute) return QString("%1 s").arg(whole);
     if (whole < 2 * Hour) return QString("%1 min").arg((whole + Minute / 2) / Minute);
     return QString("%1 h").arg((whole + Hour / 2) / Hour);
