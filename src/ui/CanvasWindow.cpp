@@ -43,7 +43,6 @@ CanvasWindow::CanvasWindow(Workspace& workspace, int slot) : workspace_(workspac
     connect(&workspace_, &Workspace::Pulse, this, [this] {
         if (isVisible()) ShowCaption();
     });
-    ReadCanvas();
 }
 
 CanvasWindow::~CanvasWindow() = default;

@@ -135,6 +135,7 @@ std::optional<std::string> DesktopDialogs::InputBox(std::string_view prompt, std
     QLabel countdown(&box);
     countdown.setObjectName("lblCountdown");
     countdown.hide();
+    box.setModal(true);
     box.show();  // The dialog lays itself out only now.
     if (box.layout()) box.layout()->addWidget(&countdown);
     if (Wait(box, &countdown) != QDialog::Accepted) return std::nullopt;

@@ -337,14 +337,9 @@ CanvasWindow* frmMain::ActiveWindow() const {
     return window && !window->isHidden() && !window->isMinimized() ? window : nullptr;
 }
 
+/// A canvas whose window was hidden stays the active one until another window is chosen.
 void frmMain::WindowActivated(QMdiSubWindow* window) {
-    if (auto* canvas = qobject_cast<CanvasWindow*>(window)) {
-        parts_->workspace.Activate(canvas->Slot());
-        return;
-    }
-    // None is active either when all are hidden or when the person turned to another window of the program.
-    const CanvasWindow* active = WindowOf(parts_->workspace.ActiveSlot());
-    if (!active || active->isHidden()) parts_->workspace.Activate(0);
+    if (auto* canvas = qobject_cast<CanvasWindow*>(window)) parts_->workspace.Activate(canvas->Slot());
 }
 
 void frmMain::FollowActiveCanvas() {

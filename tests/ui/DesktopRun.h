@@ -57,13 +57,15 @@ public:
 
     /// general: lines of section "General" of the settings file.
     void Start(const std::string& general = "", const std::string& portfolio = "") {
-        it.files["Tessaloom.INI"].bytes = "[General]\r\n" + general;
+        it.files[SettingsPath()].bytes = "[General]\r\n" + general;
         modMain::StartOptions options;
         options.views = front_.Views();
         options.portfolio = portfolio;
         modMain::Main(platform_, options);
         QCoreApplication::processEvents();
     }
+
+    std::string SettingsPath() const { return it.files.CurrentFolder() + "\\Tessaloom.INI"; }
 
     Dialogs& TheDialogs() { return front_.Dialogs(); }
     DesktopFrontEnd& Front() { return front_; }

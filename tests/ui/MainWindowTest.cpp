@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QInputDialog>
 #include <QLabel>
@@ -44,9 +45,10 @@ auto Press(QMessageBox::StandardButton button, QString* shown = nullptr) {
 }
 
 void Type(QWidget& dialog, const char* text) {
-    dynamic_cast<QInputDialog&>(dialog).findChild<QLineEdit*>()->selectAll();
-    QTest::keyClicks(dialog.findChild<QLineEdit*>(), text);
-    QTest::keyClick(&dialog, Qt::Key_Return);
+    auto* line = dialog.findChild<QLineEdit*>();
+    line->selectAll();
+    QTest::keyClicks(line, text);
+    QTest::mouseClick(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
 }
 
 TEST_F(MainWindowTest, AppearsAsTheStartUpModeSays) {
@@ -92,7 +94,7 @@ TEST_F(MainWindowTest, KeepsItsPlaceWhileItIsMoved) {
     run.Window().resize(610, 520);
     run.Window().move(40, 30);
     modMain::modMain_Shutdown();
-    const std::string settings = run.it.files["Tessaloom.INI"].bytes;
+    const std::string settings = run.it.files[run.SettingsPath()].bytes;
     for (const auto& [key, pixels] : {
              std::pair("StartupWidth", 610), {"StartupHeight", 520},
                {"StartupLeft",   40 },
@@ -146,7 +148,7 @@ TEST_F(MainWindowTest, EnablesCommandsOnlyWhereTheyMakeSense) {
     EXPECT_EQ(states(), "1111111001");
     EXPECT_EQ(Open().Canvas(1).Name(), "Pier");
     run.Command("cmdHideWindow").trigger();
-    EXPECT_EQ(states(), "1111000001");
+    EXPECT_EQ(states(), "1111100001");
 }
 
 TEST_F(MainWindowTest, KeepsThePlaceOfAChildWindowInItsCanvas) {
