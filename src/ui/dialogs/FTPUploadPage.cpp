@@ -72,6 +72,7 @@ public:
         busy_->setTextVisible(false);
         busy_->setAccessibleName("Uploading");
         busy_->hide();
+        steps_->hide();
         Extras()->addWidget(steps_);
         Extras()->addWidget(busy_);
         test_ = AddAction("cmdTestNow", "&Test Now", [this] { Test(); });
@@ -123,6 +124,7 @@ private:
         const int count = static_cast<int>(steps.size());
         if (count == steps_->topLevelItemCount() && latest == latest_) return;
         latest_ = latest;
+        steps_->setVisible(count > 0);
         steps_->clear();
         for (const InetFTP::Shown& step : steps)
             steps_->addTopLevelItem(

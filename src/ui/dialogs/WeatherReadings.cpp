@@ -129,7 +129,7 @@ WeatherReadings::WeatherReadings(QWidget* parent) : QTreeWidget(parent) {
         row->setTextAlignment(ValueText, Qt::AlignRight | Qt::AlignVCenter);
         rows_.push_back(row);
     }
-    header()->setStretchLastSection(true);
+    header()->setStretchLastSection(false);
     header()->setSectionResizeMode(QHeaderView::ResizeToContents);
 }
 

@@ -84,7 +84,7 @@ public:
         sides->setChildrenCollapsible(false);
         sides->setStretchFactor(1, 1);
         Contents()->addWidget(sides);
-        resize(fontMetrics().averageCharWidth() * 150, fontMetrics().height() * 36);
+        resize(fontMetrics().averageCharWidth() * 160, fontMetrics().height() * 36);
     }
 
 protected:
