@@ -8,6 +8,7 @@
 #include "model/Canvas.h"
 #include "platform/MainWindow.h"
 #include "ui/CanvasKind.h"
+#include "ui/ProgramIcon.h"
 #include "ui/Twips.h"
 #include "ui/canvas/CanvasEditor.h"
 #include "ui/shared/Workspace.h"
@@ -32,6 +33,7 @@ QPoint PlaceOf(const Canvas& canvas) {
 CanvasWindow::CanvasWindow(Workspace& workspace, int slot) : workspace_(workspace), slot_(slot) {
     setObjectName(QString("Canvas%1").arg(slot, 2, 10, QChar('0')));
     setAttribute(Qt::WA_DeleteOnClose, false);
+    setWindowIcon(ProgramIcon());
     editor_ = new CanvasEditor(workspace, slot);
     scroll_ = new QScrollArea(this);
     scroll_->setFrameShape(QFrame::NoFrame);

@@ -78,7 +78,7 @@ void CloseCanvasWindow(Context context) {
 
 void ShowReports(Context context) { context.dialogs.ShowReports(); }
 
-void ShowManual(Context) {
+void ShowManual(Context context) {
     const QString program = QApplication::applicationDirPath();
     for (const char* folder : {"/../share/doc/tessaloom", "/../../../docs"}) {
         const QDir found(program + folder);
@@ -87,6 +87,7 @@ void ShowManual(Context) {
         QDesktopServices::openUrl(QUrl::fromLocalFile(manual ? found.filePath("manual") : found.path()));
         return;
     }
+    context.dialogs.MessageBox("The manual is not installed.", "Manual", Buttons::Ok);
 }
 
 void ShowAbout(Context context) { ShowAboutBox(&context.frame); }
