@@ -117,6 +117,7 @@ StatusLine::StatusLine(Workspace& workspace, QStatusBar* bar) : QObject(bar), wo
         label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         if (stretch == 0) label->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
         bar->addWidget(label, stretch);
+        label->hide();  // until there is something to say
         return label;
     };
     load_ = add("lblLoad", "Work of a tick, and its share of the time that a tick has", 0);
