@@ -83,6 +83,12 @@ protected:
         return form->findChild<QLabel*>(QString("remark") + property)->text();
     }
 
+    double Stored(std::string_view property) {
+        if (property == "LocationX") return TheText().x();
+        if (property == "FontSize") return TheText().FontSize();
+        return property == "Color" ? TheText().Color() : TheText().UpdateBaseTime();
+    }
+
     /// Types into the property's editor as if it had been empty.
     void Type(std::string_view property, const char* text, Qt::Key end = Qt::Key_Return) {
         QWidget* focus = form->EditorOf(property)->focusProxy();
@@ -135,16 +141,16 @@ TEST_F(PropertyFormTest, TakesWhatIsTypedAndSaysWhatItDidNotTake) {
         double stored;
     };
     constexpr Case Cases[] = {
-        {"LocationX",      "120",     "120",      "",                                  120  },
-        {"LocationX",      "99999",   "3000",     "Is at most 3000\u00A0px.",          3000 },
-        {"LocationX",      "abc",     "abc",      "Must be a whole number.",           3000 },
-        {"LocationX",      "-7 px",   "-7",       "",                                  -7   },
-        {"FontSize",       "12,5",    "12.5",     "",                                  12.5 },
-        {"FontSize",       "1",       "2",        "Is at least 2\u00A0pt.",            2    },
-        {"Color",          "#ff8800", "#FF8800",  "",                                  0    },
-        {"Color",          "#ff88",   "#ff88",    "Must be a colour such as #FF8800.", 0    },
-        {"UpdateBaseTime", "7:30",    "07:30:00", "",                                  27000},
-        {"UpdateBaseTime", "25",      "25",       "Must be a time such as 07:30:00.",  27000},
+        {"LocationX",      "120",     "120",      "",                                  120     },
+        {"LocationX",      "99999",   "3000",     "Is at most 3000\u00A0px.",          3000    },
+        {"LocationX",      "abc",     "abc",      "Must be a whole number.",           3000    },
+        {"LocationX",      "-7 px",   "-7",       "",                                  -7      },
+        {"FontSize",       "12,5",    "12.5",     "",                                  12.5    },
+        {"FontSize",       "1",       "2",        "Is at least 2\u00A0pt.",            2       },
+        {"Color",          "#ff8800", "#FF8800",  "",                                  0x0088FF},
+        {"Color",          "#ff88",   "#ff88",    "Must be a colour such as #FF8800.", 0x0088FF},
+        {"UpdateBaseTime", "7:30",    "07:30:00", "",                                  27000   },
+        {"UpdateBaseTime", "25",      "25",       "Must be a time such as 07:30:00.",  27000   },
     };
     Show(FirstText);
     for (const Case& each : Cases) {
@@ -152,10 +158,7 @@ TEST_F(PropertyFormTest, TakesWhatIsTypedAndSaysWhatItDidNotTake) {
         Type(each.property, each.typed);
         EXPECT_EQ(In<QLineEdit>(each.property).text(), each.shown);
         EXPECT_EQ(Remark(std::string(each.property).c_str()), each.remark);
-        if (each.property == "LocationX") EXPECT_EQ(TheText().x(), each.stored);
-        if (each.property == "FontSize") EXPECT_EQ(TheText().FontSize(), each.stored);
-        if (each.property == "Color") EXPECT_EQ(TheText().Color(), 0x0088FF);
-        if (each.property == "UpdateBaseTime") EXPECT_EQ(TheText().UpdateBaseTime(), each.stored);
+        EXPECT_EQ(Stored(each.property), each.stored);
     }
     TheText().SetColor(1);
     Q_EMIT workspace->Pulse();

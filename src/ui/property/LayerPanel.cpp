@@ -199,6 +199,7 @@ LayerPanel::LayerPanel(Workspace& workspace, QWidget* parent)
             [this](LayerId layer, bool enabled) { parts_->Switch(layer, enabled); });
     connect(parts.tree, &LayerTree::Dropped, this,
             [this](LayerId layer, int pass, LayerId below) { parts_->Move(layer, pass, below); });
+    connect(parts.tree, &LayerTree::DeletePressed, this, [this] { parts_->Delete(); });
     connect(&workspace, &Workspace::SelectionChanged, this, [this] { parts_->ShowSelection(); });
     for (auto signal : {&Workspace::Pulse, &Workspace::LayersChanged, &Workspace::ActiveCanvasChanged})
         connect(&workspace, signal, this, [this] {
@@ -237,15 +238,11 @@ QWidget* LayerPanel::MakeTools() {
         QWidget* button = tools->widgetForAction(action);
         button->setObjectName(name);
         button->setFocusPolicy(Qt::StrongFocus);
-        return action;
     };
     tool("duplicate", "layerDuplicate", "Duplicate", [this] { parts_->Duplicate(); });
-    QAction* remove = tool("delete", "layerDelete", "Delete", [this] { parts_->Delete(); });
+    tool("delete", "layerDelete", "Delete", [this] { parts_->Delete(); });
     tool("up", "layerUp", "Raise", [this] { parts_->Shift("Raise", &Layers::Raise); });
     tool("down", "layerDown", "Lower", [this] { parts_->Shift("Lower", &Layers::Lower); });
-    remove->setShortcut(Qt::Key_Delete);
-    remove->setShortcutContext(Qt::WidgetShortcut);
-    parts.tree->addAction(remove);
     return tools;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QDropEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <iterator>
@@ -160,6 +161,23 @@ LayerTree::Place LayerTree::PlaceAt(const QPoint& position, LayerId dragged) con
             break;
         }
     return place;
+}
+
+/// The window has a command of the same key, which acts on its canvas.
+bool LayerTree::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride &&
+        static_cast<QKeyEvent*>(event)->matches(QKeySequence::Delete)) {
+        event->accept();
+        return true;
+    }
+    return QTreeWidget::event(event);
+}
+
+void LayerTree::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Delete))
+        Q_EMIT DeletePressed();
+    else
+        QTreeWidget::keyPressEvent(event);
 }
 
 void LayerTree::dropEvent(QDropEvent* event) {

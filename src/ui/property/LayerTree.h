@@ -46,8 +46,11 @@ Q_SIGNALS:
     void SelectionMade();
     void Switched(LayerId layer, bool enabled);
     void Dropped(LayerId layer, int pass, LayerId below);
+    void DeletePressed();
 
 protected:
+    bool event(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
     void dropEvent(QDropEvent* event) override;
     void changeEvent(QEvent* event) override;
 
