@@ -42,7 +42,7 @@ namespace {
 
 constexpr int NudgeStep = 1;
 constexpr int LargeNudgeStep = 10;
-constexpr int LargestCells = 12;  ///< Of the least size of a scaled picture, in heights of the font.
+constexpr int LeastSide = 12;  ///< Of a scaled picture, in heights of the font.
 
 struct Arrow {
     int key, dx, dy;
@@ -161,7 +161,7 @@ QSize CanvasEditor::sizeHint() const { return (QSizeF(CanvasSize()) / devicePixe
 
 QSize CanvasEditor::minimumSizeHint() const {
     if (!scaled_) return sizeHint();
-    const int least = fontMetrics().height() * LargestCells;
+    const int least = fontMetrics().height() * LeastSide;
     return sizeHint().boundedTo({least, least});
 }
 
@@ -182,7 +182,9 @@ void CanvasEditor::paintEvent(QPaintEvent* event) {
     const double ratio = devicePixelRatioF();
     const QImage& shown = picture_->Shown();
     const QRectF covered(QPointF(place.topLeft()) / ratio, QSizeF(place.size()) / ratio);
-    const QRegion around = event->region().subtracted(shown.isNull() ? QRect() : covered.toRect());
+    // Up to under the picture's edge, which may lie within a pixel of the widget.
+    const QRect inside = shown.isNull() ? QRect() : covered.toRect().adjusted(1, 1, -1, -1);
+    const QRegion around = event->region().subtracted(inside);
     for (const QRect& part : around) painter.fillRect(part, palette().color(QPalette::Mid));
     if (!shown.isNull()) {
         painter.save();

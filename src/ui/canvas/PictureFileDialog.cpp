@@ -66,7 +66,7 @@ PictureFileDialog::PictureFileDialog(QWidget* parent, const QString& folder)
     if (auto* grid = qobject_cast<QGridLayout*>(layout()))
         grid->addLayout(preview, 1, grid->columnCount(), 1, 1);
     connect(this, &QFileDialog::currentChanged, this, &PictureFileDialog::Preview);
-    resize(sizeHint().width() * 3 / 2, sizeHint().height());
+    resize(sizeHint());
     Preview({});
 }
 
