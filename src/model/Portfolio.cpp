@@ -50,7 +50,7 @@ Portfolio::Portfolio(Platform& platform)
     webHost_ = std::make_unique<PublishedCanvases>(*this);
     webServer_ = std::make_unique<tessaloom::WebServer>(
         *this, *webHost_,
-        tessaloom::WebServer::Tools{platform.sockets, platform.fileSystem, platform.dialogs});
+        tessaloom::WebServer::Tools{platform.sockets, platform.fileSystem, platform.dialogs, platform.timer});
     for (int feed = 0; feed < MaxFeed; ++feed) {
         feeds_[Index(feed)] = std::make_unique<tessaloom::VideoFeed>(*this, *this, FeedTools(platform));
         tessaloom::MotionDetect& motion = feeds_[Index(feed)]->MotionDetect();

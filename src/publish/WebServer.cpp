@@ -5,6 +5,7 @@
 #include "core/ErrorReport.h"
 #include "core/Log.h"
 #include "platform/Dialogs.h"
+#include "platform/Timer.h"
 #include "publish/WebConnection.h"
 #include "time/modTime.h"
 
@@ -41,10 +42,12 @@ bool WebServer::Start() {
         return true;
     }
     Log(LogLevel::Warning, "The web server cannot listen on port " + std::to_string(port_) + ": " + failure_);
-    tools_.dialogs.MessageBox(
-        "There was an error starting the web server.  Make sure the port is not already in use and the "
-        "network is available.",
-        "Web Start Error");
+    tools_.timer.Post([&dialogs = tools_.dialogs] {
+        dialogs.MessageBox(
+            "There was an error starting the web server.  Make sure the port is not already in use and the "
+            "network is available.",
+            "Web Start Error");
+    });
     return false;
 }
 

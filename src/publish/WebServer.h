@@ -14,6 +14,7 @@ namespace tessaloom {
 
 class Dialogs;
 class FileSystem;
+class Timer;
 class WebConnection;
 class WebHost;
 
@@ -28,6 +29,7 @@ public:
         Sockets& sockets;
         FileSystem& files;
         Dialogs& dialogs;
+        Timer& timer;  ///< Boxes are shown between ticks, so that nobody's answer is waited for in one.
     };
 
     /// Connections that are served at a time.

@@ -28,6 +28,7 @@
 #include "ui/Twips.h"
 #include "ui/WelcomePage.h"
 #include "ui/canvas/CanvasEditor.h"
+#include "ui/dialogs/MotionWindows.h"
 #include "ui/property/LayerPanel.h"
 #include "ui/property/PropertyForm.h"
 #include "ui/shared/Workspace.h"
@@ -94,6 +95,7 @@ frmMain::frmMain(Workspace& workspace, DesktopDialogs& dialogs)
     MakePages();
     MakePanels();
     new StatusLine(workspace, statusBar());
+    new MotionWindows(workspace, this);
     connect(&workspace, &Workspace::Pulse, this, [this] {
         ShowTitle();
         UpdateAwake();

@@ -340,6 +340,8 @@ TEST_F(WebServerTest, StaysSwitchedOffWhenItCannotListen) {
     other.WebServer().SetPort(port);
     other.WebServer().SetEnabled(true);
     EXPECT_FALSE(other.WebServer().Enabled());
+    EXPECT_TRUE(dialogs.shown.empty());
+    timer.Tick();
     EXPECT_THAT(
         dialogs.shown,
         ElementsAre("Web Start Error: There was an error starting the web server.  Make sure the port is "
