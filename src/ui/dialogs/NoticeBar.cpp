@@ -40,6 +40,7 @@ void NoticeBar::Tell(const QString& text, const std::vector<Answer>& answers) {
         button->setAutoDefault(false);
         connect(button, &QPushButton::clicked, this, [act = answer.act] { act(); });
         row_->addWidget(button);
+        button->show();  // at once, so that it can take the focus
     }
     setVisible(!text.isEmpty());
 }

@@ -1,6 +1,5 @@
 #include "ui/dialogs/ScriptFile.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "platform/TextEncoding.h"

@@ -113,6 +113,7 @@ void ScriptPane::Discard() {
 
 void ScriptPane::AskToClose(std::function<void()> close) {
     close_ = std::move(close);
+    notSaved_.clear();
     ShowNotice();
     notice_->FocusFirst();
 }
@@ -226,7 +227,7 @@ void ScriptPane::ShowNotice() {
     using State = ScriptFile::State;
     switch (file_.TheState()) {
         case State::NoName:
-            return notice_->Tell("No file is named yet: choose one beside this text.");
+            return notice_->Tell("No file is named yet: choose one under Settings.");
         case State::Unreadable:
             return notice_->Tell("The file cannot be read: " + Wording::Words(file_.Failure()) + ".");
         case State::NotText:

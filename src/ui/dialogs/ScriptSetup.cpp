@@ -31,8 +31,8 @@ ScriptSetup::ScriptSetup(Workspace& workspace, QWidget* parent)
     auto* texts = new QSplitter(Qt::Vertical);
     texts->addWidget(MakeTextSide());
     texts->addWidget(MakeStatusSide());
-    texts->setStretchFactor(0, 4);
-    texts->setStretchFactor(1, 1);
+    texts->setStretchFactor(0, 1);
+    texts->setSizes({3000, 1000});
     auto* sides = new QSplitter;
     sides->addWidget(texts);
     sides->addWidget(MakeHelpSide());
@@ -157,6 +157,7 @@ void ScriptSetup::Refresh() {
     if (shown_ != script->Status()) {
         shown_ = script->Status();
         status_->setPlainText(Wording::Words(*shown_));
+        status_->moveCursor(QTextCursor::End);
         pane_->ShowFault(ScriptWords::FaultIn(*shown_));
     }
     ShowState();
