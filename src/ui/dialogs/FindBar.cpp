@@ -34,7 +34,7 @@ FindBar::FindBar(QPlainTextEdit* editor, QWidget* parent)
         row->addWidget(button);
     };
     add("cmdFindPrevious", "Pre&vious", &FindBar::FindPrevious);
-    add("cmdFindNext", "Ne&xt", &FindBar::FindNext);
+    add("cmdFindNext", "Next", &FindBar::FindNext);
     row->addWidget(matchCase_);
     row->addWidget(outcome_);
     add("cmdCloseFind", "Hide", &FindBar::Close);

@@ -238,7 +238,7 @@ void ScriptPane::ShowNotice() {
             if (!editor_->document()->isEmpty()) break;
             return notice_->Tell("There is no such file yet; saving makes it.",
                                  {
-                                     {"cmdStartExample", "Start from an &Example", [this] {
+                                     {"cmdStartExample", "Start from an E&xample", [this] {
                                           editor_->ReplaceText(ScriptWords::Example());
                                           ShowNotice();
                                           editor_->setFocus();

@@ -31,8 +31,8 @@ ScriptSetup::ScriptSetup(Workspace& workspace, QWidget* parent)
     auto* texts = new QSplitter(Qt::Vertical);
     texts->addWidget(MakeTextSide());
     texts->addWidget(MakeStatusSide());
-    texts->setStretchFactor(0, 1);
-    texts->setSizes({3000, 1000});
+    texts->setStretchFactor(0, 3);
+    texts->setStretchFactor(1, 1);
     auto* sides = new QSplitter;
     sides->addWidget(texts);
     sides->addWidget(MakeHelpSide());
@@ -95,6 +95,7 @@ QWidget* ScriptSetup::MakeStatusSide() {
     status_->setReadOnly(true);
     status_->setTabChangesFocus(true);
     status_->setPlaceholderText("Not loaded");
+    status_->setMinimumHeight(status_->fontMetrics().lineSpacing() * 8);
     label->setBuddy(status_);
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins({});
