@@ -19,7 +19,8 @@ bool askedForNowhere = false;
 
 DesktopApplication::DesktopApplication(int& argc, char** argv) : QApplication(argc, argv) {
     setApplicationName("Tessaloom");
-    setApplicationDisplayName("Tessaloom");
+    // Else the toolkit puts the program's name behind the title of every box.
+    setApplicationDisplayName("");
     setDesktopFileName("tessaloom");
     // The main window may be in the tray while the last set-up window closes.
     setQuitOnLastWindowClosed(false);
