@@ -72,7 +72,7 @@ void CanvasWindow::Place(const Canvas& canvas) {
     const QSize size(canvas.Width(), canvas.Height());
     if (!isMinimized() && !isMaximized()) {
         if (size != shownSize_) {
-            resize(FittingSize(canvas));
+            Fit(canvas);
             shownSize_ = size;
         }
         // Without a place of its own it stays where the frame puts it.
@@ -84,10 +84,21 @@ void CanvasWindow::Place(const Canvas& canvas) {
     setWindowState(minimized ? Qt::WindowMinimized : Qt::WindowNoState);
 }
 
+void CanvasWindow::Fit(const Canvas& canvas) {
+    resize(FittingSize(canvas));
+    fitted_ = size();
+}
+
+/// The frame has its own size only after its windows were made; what the person sized stays as it is.
+void CanvasWindow::FrameResized() {
+    const Canvas* canvas = workspace_.CanvasAt(slot_);
+    if (canvas && size() == fitted_ && !isMinimized() && !isMaximized()) Fit(*canvas);
+}
+
 /// The whole picture, as large as it is or as large as the frame allows.
 QSize CanvasWindow::FittingSize(const Canvas& canvas) const {
     const QMdiArea* frame = mdiArea();
-    const QSize area = (frame ? frame->viewport()->size() : QSize()).expandedTo(SmallestArea);
+    const QSize area = (frame ? frame->contentsRect().size() : QSize()).expandedTo(SmallestArea);
     const QMargins border = contentsMargins();
     const QSize around(border.left() + border.right(), border.top() + border.bottom());
     const QSize most = area * LargestShare - around;
@@ -116,6 +127,7 @@ bool CanvasWindow::Settled() const { return settled_ && !placing_ && isVisible()
 void CanvasWindow::showEvent(QShowEvent* event) {
     QMdiSubWindow::showEvent(event);
     if (settled_) return;
+    if (QMdiArea* frame = mdiArea()) frame->installEventFilter(this);
     // The frame finds a place for a new window while it shows it.
     QMetaObject::invokeMethod(
         this,
@@ -124,6 +136,11 @@ void CanvasWindow::showEvent(QShowEvent* event) {
             settled_ = true;
         },
         Qt::QueuedConnection);
+}
+
+bool CanvasWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == mdiArea() && event->type() == QEvent::Resize) FrameResized();
+    return QMdiSubWindow::eventFilter(watched, event);
 }
 
 void CanvasWindow::moveEvent(QMoveEvent* event) {

@@ -37,6 +37,7 @@ public:
     void BringBack();
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void moveEvent(QMoveEvent* event) override;
@@ -45,6 +46,8 @@ protected:
 private:
     bool Settled() const;
     void Place(const Canvas& canvas);
+    void Fit(const Canvas& canvas);
+    void FrameResized();
     QSize FittingSize(const Canvas& canvas) const;
 
     Workspace& workspace_;
@@ -52,6 +55,7 @@ private:
     QScrollArea* scroll_;
     CanvasEditor* editor_;
     QSize shownSize_;      ///< Of the canvas when the window was last fitted to it.
+    QSize fitted_;         ///< Of the window then.
     QPoint knownPlace_;    ///< The canvas's place when it was last looked at.
     QPoint settledPlace_;  ///< Where the window was when it was last left alone.
     bool settled_ = false;

@@ -163,7 +163,7 @@ void frmMain::MakePanels() {
     tabifyDockWidget(layers, preview);
     layers->raise();
     const int unit = fontMetrics().height();
-    resizeDocks({layers, parts_->properties}, {22 * unit, 22 * unit}, Qt::Horizontal);
+    resizeDocks({layers, parts_->properties}, {24 * unit, 24 * unit}, Qt::Horizontal);
     resizeDocks({layers, parts_->properties}, {14 * unit, 26 * unit}, Qt::Vertical);
 }
 

@@ -68,6 +68,21 @@ bool SameKind(std::span<const Property> a, std::span<const Property> b) {
 }
 
 bool Listed(std::string_view value, std::string_view list) {
+/// Tab goes from `first` through all of `page`, which was made later than its neighbours in the window.
+void FollowInTabOrder(QWidget* first, QWidget* page) {
+    std::vector<QWidget*> chain;
+    for (QWidget* next = page->nextInFocusChain(); page->isAncestorOf(next); next = next->nextInFocusChain())
+        if (next->focusPolicy() & Qt::TabFocus && !next->focusProxy()) chain.push_back(next);
+    for (QWidget* next : chain) QWidget::setTabOrder(std::exchange(first, next), next);
+}
+
+/// Brings the page of tabs that holds `part` to the front.
+void ShowPage(QWidget* part) {
+    for (QWidget* page = part; page->parentWidget(); page = page->parentWidget())
+        if (auto* tabs = qobject_cast<QTabWidget*>(page->parentWidget()->parentWidget()))
+            tabs->setCurrentWidget(page);
+}
+
     while (!list.empty()) {
         const std::size_t comma = list.find(',');
         if (list.substr(0, comma) == value) return true;
@@ -373,6 +388,7 @@ PropertyGroup* PropertyForm::AddGroup(const QString& heading, std::size_t firstR
             parts_->folded.insert(heading);
         else
             parts_->folded.erase(heading);
+    FollowInTabOrder(parts.search, page);
         parts_->RememberFolded();
         if (!folded) parts_->Refresh(false);
     });

@@ -29,6 +29,12 @@ QColor WrongColour(const QPalette& palette) {
     return dark ? QColor(255, 138, 128) : QColor(176, 0, 32);
 }
 
+void KeepRoom(QToolButton* reset, bool keep) {
+    QSizePolicy policy = reset->sizePolicy();
+    policy.setRetainSizeWhenHidden(keep);
+    reset->setSizePolicy(policy);
+}
+
 QToolButton* MakeReset(const Property& property) {
     auto* reset = new QToolButton;
     const QString label = Words(property.label).remove('&');
@@ -36,9 +42,7 @@ QToolButton* MakeReset(const Property& property) {
     reset->setIcon(CommandIcon("reset", reset->palette()));
     reset->setAutoRaise(true);
     reset->setAccessibleName("Reset " + label);
-    QSizePolicy policy = reset->sizePolicy();
-    policy.setRetainSizeWhenHidden(true);
-    reset->setSizePolicy(policy);
+    KeepRoom(reset, true);
     reset->hide();
     return reset;
 }
@@ -76,6 +80,7 @@ void PropertyRow::SetVisible(bool visible) {
     if (label) label->setVisible(visible);
     editor->setVisible(visible);
     if (!visible) reset->hide();
+    KeepRoom(reset, visible);
     remark->setVisible(visible && !remark->text().isEmpty());
 }
 
