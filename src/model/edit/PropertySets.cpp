@@ -12,12 +12,10 @@ namespace {
 
 using Set = std::unique_ptr<PropertySet>;
 
-constexpr auto GraphicSchedule =
-    std::to_array({ScheduleEntry<Graphic, [](auto& layer) -> auto& { return layer.Schedule();
-}  // namespace
-> ()
-}  // namespace tessaloom::PropertySets
-);
+/// A rate or base time that a person sets counts from now on, not only from the next time on that lies ahead.
+bool IsTiming(std::string_view name) {
+    return name == "Interval" || name.ends_with("Rate") || name.ends_with("BaseTime");
+}
 
 /// The canvas of `slot` while it is in use.
 Canvas* CanvasOf(Portfolio& portfolio, int slot) {
@@ -40,11 +38,15 @@ Set OfText(Portfolio& portfolio, int canvas, LayerId layer) {
         Canvas* const owner = CanvasOf(portfolio, canvas);
         return owner ? owner->Text(layer.slot) : nullptr;
     };
-    return std::make_unique<KeySet<Text>>(LayerProperties::OfText,
-                                          std::initializer_list<KeySet<Text>::Keys>{
-                                              LayerKeys::TextHead, CanvasKeys::TextBeforeSchedule,
-                                              CanvasKeys::TextAfterSchedule, LayerProperties::TextSchedule},
-                                          KeySet<Text>::Subject{find, &OnlySchedule<Text>, canvas, layer});
+    const auto set = [find](std::string_view name) {
+        if (Text* const text = find(); text && IsTiming(name)) text->RestartTiming();
+    };
+    return std::make_unique<KeySet<Text>>(
+        LayerProperties::OfText,
+        std::initializer_list<KeySet<Text>::Keys>{LayerKeys::TextHead, CanvasKeys::TextBeforeSchedule,
+                                                  CanvasKeys::TextAfterSchedule,
+                                                  LayerProperties::TextSchedule},
+        KeySet<Text>::Subject{find, &OnlySchedule<Text>, canvas, layer, set});
 }
 
 Set OfGraphic(Portfolio& portfolio, int canvas, LayerId layer) {
@@ -53,8 +55,10 @@ Set OfGraphic(Portfolio& portfolio, int canvas, LayerId layer) {
         return owner ? owner->Graphic(layer.slot) : nullptr;
     };
     const auto set = [&portfolio, canvas, find](std::string_view name) {
-        if (name != "SourceVideoFeedName") return;
-        if (Graphic* const graphic = find()) LayerKeys::FollowFeedName(portfolio.Canvas(canvas), *graphic);
+        Graphic* const graphic = find();
+        if (!graphic) return;
+        if (name == "SourceVideoFeedName") LayerKeys::FollowFeedName(portfolio.Canvas(canvas), *graphic);
+        if (IsTiming(name)) graphic->RestartTiming();
     };
     return std::make_unique<KeySet<Graphic>>(
         LayerProperties::OfGraphic,
@@ -64,17 +68,20 @@ Set OfGraphic(Portfolio& portfolio, int canvas, LayerId layer) {
         KeySet<Graphic>::Subject{find, &OnlySchedule<Graphic>, canvas, layer, set});
 }
 
-/// A set of a part of a canvas; `part` gives it for the canvas.
+/// A set of a part of a canvas; `part` gives it for the canvas, `restart` computes its next times anew.
 template <typename Owner>
 Set OfCanvas(Portfolio& portfolio, int canvas, std::span<const Property> rows,
              std::initializer_list<std::span<const Key<Owner>>> keys, Owner& (*part)(Canvas&),
-             Schedule* (*schedule)(Owner&) = nullptr) {
+             Schedule* (*schedule)(Owner&) = nullptr, void (Owner::*restart)() = nullptr) {
     const auto find = [&portfolio, canvas, part]() -> Owner* {
         Canvas* const owner = CanvasOf(portfolio, canvas);
         return owner ? &part(*owner) : nullptr;
     };
+    const auto set = [find, restart](std::string_view name) {
+        if (Owner* const owner = find(); owner && restart && IsTiming(name)) (owner->*restart)();
+    };
     return std::make_unique<KeySet<Owner>>(rows, keys,
-                                           typename KeySet<Owner>::Subject{find, schedule, canvas});
+                                           typename KeySet<Owner>::Subject{find, schedule, canvas, {}, set});
 }
 
 /// A set of something that no canvas owns.
@@ -101,28 +108,32 @@ Set CanvasGeneral(Portfolio& portfolio, int canvas) {
 }
 
 Set FixedSave(Portfolio& portfolio, int canvas) {
-    return OfCanvas<CanvasSaves>(portfolio, canvas, OutputProperties::FixedSave,
-                                 {CanvasKeys::Capture, OutputProperties::FixedSchedule}, &SavesOf,
-                                 [](CanvasSaves& saves) { return &saves.FixedSchedule(); });
+    return OfCanvas<CanvasSaves>(
+        portfolio, canvas, OutputProperties::FixedSave,
+        {CanvasKeys::Capture, OutputProperties::FixedSchedule}, &SavesOf,
+        [](CanvasSaves& saves) { return &saves.FixedSchedule(); }, &CanvasSaves::RestartTimes);
 }
 
 Set SequentialSave(Portfolio& portfolio, int canvas) {
-    return OfCanvas<CanvasSaves>(portfolio, canvas, OutputProperties::SequentialSave,
-                                 {CanvasKeys::Capture, OutputProperties::SequentialSchedule}, &SavesOf,
-                                 [](CanvasSaves& saves) { return &saves.SequentialSchedule(); });
+    return OfCanvas<CanvasSaves>(
+        portfolio, canvas, OutputProperties::SequentialSave,
+        {CanvasKeys::Capture, OutputProperties::SequentialSchedule}, &SavesOf,
+        [](CanvasSaves& saves) { return &saves.SequentialSchedule(); }, &CanvasSaves::RestartTimes);
 }
 
 Set Wallpaper(Portfolio& portfolio, int canvas) {
-    return OfCanvas<CanvasSaves>(portfolio, canvas, OutputProperties::Wallpaper,
-                                 {CanvasKeys::Background, OutputProperties::BackgroundSchedule}, &SavesOf,
-                                 [](CanvasSaves& saves) { return &saves.BackgroundSchedule(); });
+    return OfCanvas<CanvasSaves>(
+        portfolio, canvas, OutputProperties::Wallpaper,
+        {CanvasKeys::Background, OutputProperties::BackgroundSchedule}, &SavesOf,
+        [](CanvasSaves& saves) { return &saves.BackgroundSchedule(); }, &CanvasSaves::RestartTimes);
 }
 
 Set FTPUpload(Portfolio& portfolio, int canvas) {
     return OfCanvas<FTPPush>(
         portfolio, canvas, OutputProperties::FTPUpload,
         {CanvasKeys::FTPPushKeys, OutputProperties::UploadSchedule},
-        [](Canvas& owner) -> FTPPush& { return owner.VideoStreaming().FTPPush(); }, &OnlySchedule<FTPPush>);
+        [](Canvas& owner) -> FTPPush& { return owner.VideoStreaming().FTPPush(); }, &OnlySchedule<FTPPush>,
+        &FTPPush::RestartTime);
 }
 
 Set WebPicture(Portfolio& portfolio, int canvas) {
