@@ -131,13 +131,13 @@ std::optional<std::string> DesktopDialogs::InputBox(std::string_view prompt, std
     box.setWindowTitle(TextOf(title));
     box.setLabelText(TextOf(prompt));
     box.setTextValue(TextOf(defaultText));
-    box.setMinimumWidth(box.fontMetrics().averageCharWidth() * 50);
     QLabel countdown(&box);
     countdown.setObjectName("lblCountdown");
     countdown.hide();
     box.setModal(true);
     box.show();  // The dialog lays itself out only now.
     if (box.layout()) box.layout()->addWidget(&countdown);
+    box.resize(box.fontMetrics().averageCharWidth() * 50, box.height());  // room for the title, too
     if (Wait(box, &countdown) != QDialog::Accepted) return std::nullopt;
     return box.textValue().toStdString();
 }

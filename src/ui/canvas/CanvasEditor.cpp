@@ -419,6 +419,7 @@ void CanvasEditor::AddAddress() {
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(tr("Add Web Address"));
     dialog->setLabelText(tr("&Address of a picture, such as http://camera/picture.jpg"));
+    dialog->resize(fontMetrics().averageCharWidth() * 60, dialog->sizeHint().height());
     connect(dialog, &QInputDialog::textValueSelected, newLayers_,
             [this](const QString& address) { newLayers_->AddAddress(address); });
     connect(&workspace_, &Workspace::SetupMustClose, dialog, &QDialog::reject);
