@@ -29,6 +29,7 @@
 #include "ui/WelcomePage.h"
 #include "ui/canvas/CanvasEditor.h"
 #include "ui/dialogs/MotionWindows.h"
+#include "ui/dialogs/Setups.h"
 #include "ui/property/LayerPanel.h"
 #include "ui/property/PropertyForm.h"
 #include "ui/shared/Workspace.h"
@@ -314,6 +315,8 @@ void frmMain::AddCanvasWindow(CanvasWindow* window) {
         parts_->properties->raise();
         parts_->form->FocusOn("Text");
     });
+    connect(&window->Editor(), &CanvasEditor::FeedsWanted, this,
+            [this] { ShowVideoFeedsSetup(parts_->workspace, this); });
     window->show();
     if (!window->isMinimized()) parts_->area->setActiveSubWindow(window);
 }

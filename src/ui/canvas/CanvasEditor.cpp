@@ -444,7 +444,8 @@ void CanvasEditor::AddFeed() {
     for (int feed = 0; feed < Portfolio::MaxFeed; ++feed)
         if (const std::string& name = portfolio->VideoFeed(feed).FeedName(); !name.empty())
             choices.push_back({QString::fromStdString(name), [this, name] { newLayers_->AddFeed(name); }});
-    Choose("FeedMenu", choices, tr("There is no video feed yet. Add one with Setup, Video Feeds."));
+    Choose("FeedMenu", choices, tr("There is no video feed yet. Add one, then add the camera here."));
+    if (choices.empty()) Q_EMIT FeedsWanted();
 }
 
 void CanvasEditor::AddCanvas() {

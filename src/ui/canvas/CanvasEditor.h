@@ -67,6 +67,8 @@ public:
 Q_SIGNALS:
     /// The layer's settings are wanted at hand: it was double-clicked or has just been made.
     void EditRequested(tessaloom::LayerId layer);
+    /// A camera was to be added, and none is set up.
+    void FeedsWanted();
 
 protected:
     void paintEvent(QPaintEvent* event) override;

@@ -105,11 +105,11 @@ QWidget* VideoFeedsSetup::MakeListSide() {
     sources_ = new QMenu(add_);
     add_->setMenu(sources_);
     connect(sources_, &QMenu::aboutToShow, this, &VideoFeedsSetup::FillAddMenu);
-    auto* remove = AddButton("cmdRemoveFeed", "&Remove", &VideoFeedsSetup::Remove);
+    remove_ = AddButton("cmdRemoveFeed", "&Remove", &VideoFeedsSetup::Remove);
 
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(add_);
-    buttons->addWidget(remove);
+    buttons->addWidget(remove_);
     buttons->addStretch();
     auto* layout = new QVBoxLayout(side);
     layout->setContentsMargins({});
@@ -202,6 +202,7 @@ void VideoFeedsSetup::Choose() {
     form_->Show(some ? PropertySets::Feed(*portfolio, slot) : nullptr,
                 "Add a camera of this computer, the address of a stream, or a video file.");
     feedSide_->setEnabled(some);
+    remove_->setEnabled(some);
     Refresh();
 }
 

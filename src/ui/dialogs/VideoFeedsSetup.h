@@ -54,6 +54,7 @@ private:
     QListWidget* list_ = nullptr;
     QMenu* sources_ = nullptr;
     QPushButton* add_ = nullptr;
+    QPushButton* remove_ = nullptr;
     QWidget* feedSide_ = nullptr;
     PictureBox* preview_ = nullptr;
     QLabel* state_ = nullptr;

@@ -100,6 +100,7 @@ struct LayerPanel::Parts {
         const Canvas* canvas = workspace.ActiveCanvas();
         const std::vector<LayerLine> lines = canvas ? LinesOf(*canvas) : std::vector<LayerLine>();
         tree->ShowLines(lines);
+        add->setEnabled(canvas != nullptr);
         empty->setText(canvas ? "This canvas has no layers yet." : "No canvas is open.");
         pages->setCurrentWidget(lines.empty() ? static_cast<QWidget*>(empty) : tree);
         ShowSelection();
