@@ -5,6 +5,7 @@
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -114,6 +115,7 @@ QString Objection(const Property& property, KeyFault fault, const std::string& t
         case KeyFault::OutOfRange:
             break;
     }
+    if (property.kind == PropertyKind::Switch) return "Could not be switched on.";
     double value = 0;
     const bool isNumber = modNumbers::TryDblNI(text, value);
     const QString outside = isNumber ? NumberText::OutsideRange(property, value, locale) : QString();
@@ -312,6 +314,8 @@ void PropertyForm::FocusOn(std::string_view name) {
         if (group->isAncestorOf(editor)) group->SetOpen(true);
     ensureWidgetVisible(editor);
     editor->setFocus(Qt::OtherFocusReason);
+    // What is typed replaces what was there, as after Tab.
+    if (auto* text = editor->findChild<QPlainTextEdit*>()) text->selectAll();
 }
 
 void PropertyForm::Clear() {

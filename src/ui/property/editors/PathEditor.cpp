@@ -28,7 +28,8 @@ public:
 
     void Show(const std::string& text) override {
         TypedEditor::Show(text);
-        setToolTip(QString::fromStdString(text));  // often longer than the line
+        setToolTip(QString::fromStdString(text));  // often longer than the line, where its end matters most
+        if (!Line()->hasFocus()) Line()->end(false);
         Q_EMIT Wrong(Objection(text));
     }
 
