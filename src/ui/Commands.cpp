@@ -72,6 +72,11 @@ void ScaleToWindow(Context context) {
     canvas->SetFormType(scaled ? CanvasKind::Unscaled : CanvasKind::Scaled);
 }
 
+void ShowCanvasWindows(Context context) {
+    for (int slot = Portfolio::MaxCanvas; slot > 0; --slot)
+        if (CanvasWindow* window = context.frame.WindowOf(slot)) window->BringBack();
+}
+
 void CloseCanvasWindow(Context context) {
     if (CanvasWindow* window = context.frame.ActiveWindow()) window->close();
 }
@@ -169,6 +174,7 @@ std::vector<Command> MakeCommands() {
         {Menu::Window, "cmdCascade", "&Cascade", Canvas, Keys(), Arrange<&QMdiArea::cascadeSubWindows>},
         {Menu::Window, "cmdTile", "&Tile", Canvas, Keys(), Arrange<&QMdiArea::tileSubWindows>},
         {Menu::Window, "cmdNextWindow", "&Next", Canvas, Keys(Control | Qt::Key_F6), Arrange<&QMdiArea::activateNextSubWindow>},
+        {Menu::Window, "cmdShowWindows", "Show &All", Canvas, Keys(), ShowCanvasWindows},
         {Menu::Window, "cmdHideWindow", "&Hide", Window, Keys(Control | Qt::Key_W), CloseCanvasWindow},
         Separator(Menu::Window),
 

@@ -149,7 +149,7 @@ bool MenuBar::MakesSense(Needs needs) const {
         case Needs::Redo:
             break;
     }
-    const History* history = window ? workspace.HistoryOf(workspace.ActiveSlot()) : nullptr;
+    const History* history = workspace.HistoryOf(workspace.ActiveSlot());
     return history && (needs == Needs::Undo ? history->CanUndo() : history->CanRedo());
 }
 

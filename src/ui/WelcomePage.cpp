@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/ProgramIcon.h"
 
@@ -31,16 +32,19 @@ WelcomePage::WelcomePage(const std::vector<Choice>& choices, QWidget* parent) : 
         button->setMinimumWidth(16 * unit);
         connect(button, &QPushButton::clicked, choice.action, &QAction::trigger);
         column->addWidget(button, 0, Qt::AlignHCenter);
-        rows_.push_back({button, choice.beforePortfolio});
+        rows_.push_back({button, choice.when});
     }
     column->addStretch(3);
-    ShowFor(false);
+    ShowFor(Lack::Portfolio);
 }
 
-void WelcomePage::ShowFor(bool portfolioOpen) {
-    advice_->setText(portfolioOpen ? "A canvas is a picture that is composed of cameras, pictures and text."
-                                   : "A portfolio holds your canvases and cameras.");
-    for (const Row& row : rows_) row.button->setVisible(row.beforePortfolio != portfolioOpen);
+void WelcomePage::ShowFor(Lack lack) {
+    constexpr const char* Advice[] = {"A portfolio holds your canvases and cameras.",
+                                      "A canvas is a picture that is composed of cameras, pictures and text.",
+                                      "The canvases are hidden; they go on being made and published."};
+    advice_->setText(Advice[static_cast<int>(lack)]);
+    for (const Row& row : rows_)
+        row.button->setVisible(std::find(row.when.begin(), row.when.end(), lack) != row.when.end());
 }
 
 }  // namespace tessaloom

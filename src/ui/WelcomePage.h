@@ -8,25 +8,28 @@ class QLabel;
 
 namespace tessaloom {
 
-/// What the frame shows while no canvas is open: what can be done next, as buttons.
+/// What the frame shows while no canvas can be seen: what can be done next, as buttons.
 class WelcomePage final : public QWidget {
     Q_OBJECT
 
 public:
+    /// Why no canvas can be seen.
+    enum class Lack { Portfolio, Canvas, VisibleCanvas };
+
     struct Choice {
-        QAction* action;  ///< Its button is shown while it is enabled.
+        QAction* action;
         QString text;
-        bool beforePortfolio;  ///< Shown while no portfolio is open, else while one is.
+        std::vector<Lack> when;  ///< Shown while one of these is so.
     };
 
     WelcomePage(const std::vector<Choice>& choices, QWidget* parent);
 
-    void ShowFor(bool portfolioOpen);
+    void ShowFor(Lack lack);
 
 private:
     struct Row {
         QWidget* button;
-        bool beforePortfolio;
+        std::vector<Lack> when;
     };
 
     QLabel* advice_;

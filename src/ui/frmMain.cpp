@@ -11,6 +11,7 @@
 #include <QStackedWidget>
 #include <QStatusBar>
 #include <QTimer>
+#include <algorithm>
 
 #include "core/RunFlags.h"
 #include "core/SetupValues.h"
@@ -99,6 +100,7 @@ frmMain::frmMain(Workspace& workspace, DesktopDialogs& dialogs)
     new MotionWindows(workspace, this);
     connect(&workspace, &Workspace::Pulse, this, [this] {
         ShowTitle();
+        ShowPage();
         UpdateAwake();
     });
     connect(&workspace, &Workspace::PortfolioChanged, this, [this] {
@@ -127,12 +129,14 @@ void frmMain::MakePages() {
     connect(parts_->area, &QMdiArea::subWindowActivated, this, &frmMain::WindowActivated);
     const MenuBar& menus = *parts_->menus;
     parts_->pages = new QStackedWidget(this);
+    using enum WelcomePage::Lack;
     parts_->welcome = new WelcomePage(
         {
-            {menus.Action("cmdPortfolioNew"),  "&New Portfolio",     true },
-            {menus.Action("cmdPortfolioOpen"), "&Open Portfolio...", true },
-            {menus.Action("cmdCanvasNew"),     "New &Canvas...",     false},
-            {menus.Action("cmdCanvasOpen"),    "Op&en Canvas...",    false},
+            {menus.Action("cmdPortfolioNew"),  "&New Portfolio",     {WelcomePage::Lack::Portfolio}            },
+            {menus.Action("cmdPortfolioOpen"), "&Open Portfolio...", {WelcomePage::Lack::Portfolio}            },
+            {menus.Action("cmdShowWindows"),   "Show &All Canvases", {VisibleCanvas}                           },
+            {menus.Action("cmdCanvasNew"),     "New &Canvas...",     {WelcomePage::Lack::Canvas, VisibleCanvas}},
+            {menus.Action("cmdCanvasOpen"),    "Op&en Canvas...",    {WelcomePage::Lack::Canvas, VisibleCanvas}},
     },
         parts_->pages);
     parts_->pages->addWidget(parts_->welcome);
@@ -355,9 +359,13 @@ void frmMain::FollowActiveCanvas() {
 
 /// more: windows about to be added.
 void frmMain::ShowPage(int more) {
-    const bool any = more > 0 || !parts_->area->subWindowList().isEmpty();
-    parts_->welcome->ShowFor(parts_->workspace.Portfolio() != nullptr);
-    parts_->pages->setCurrentWidget(any ? static_cast<QWidget*>(parts_->area) : parts_->welcome);
+    const auto windows = parts_->area->subWindowList();
+    const bool seen = more > 0 || std::any_of(windows.begin(), windows.end(),
+                                              [](const QWidget* window) { return !window->isHidden(); });
+    parts_->welcome->ShowFor(!parts_->workspace.Portfolio() ? WelcomePage::Lack::Portfolio
+                             : windows.isEmpty()            ? WelcomePage::Lack::Canvas
+                                                            : WelcomePage::Lack::VisibleCanvas);
+    parts_->pages->setCurrentWidget(seen ? static_cast<QWidget*>(parts_->area) : parts_->welcome);
 }
 
 void frmMain::ShowTitle() {
