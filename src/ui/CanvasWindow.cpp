@@ -1,7 +1,9 @@
 #include "ui/CanvasWindow.h"
 
+#include <QAction>
 #include <QCloseEvent>
 #include <QMdiArea>
+#include <QMenu>
 #include <QScopedValueRollback>
 #include <QScrollArea>
 
@@ -42,6 +44,9 @@ CanvasWindow::CanvasWindow(Workspace& workspace, int slot) : workspace_(workspac
     scroll_->setWidgetResizable(true);
     scroll_->setWidget(editor_);
     setWidget(scroll_);
+    // The commands of the menus have the same keys.
+    if (systemMenu())
+        for (QAction* action : systemMenu()->actions()) action->setShortcut({});
     connect(&workspace_, &Workspace::Pulse, this, [this] {
         if (isVisible()) ShowCaption();
     });
