@@ -16,6 +16,8 @@ public:
     TrayIcon(const QString& tip, std::function<void()> restore, std::function<void()> exit);
     ~TrayIcon() override;
 
+    void Hide() { icon_.hide(); }
+
     /// There is a notification area, so that a window in it can be brought back.
     static bool Available() { return QSystemTrayIcon::isSystemTrayAvailable(); }
 

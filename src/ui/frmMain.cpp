@@ -42,6 +42,8 @@ namespace {
 /// What the settings file holds of one value, in characters, is limited; the layout takes several.
 constexpr qsizetype LayoutPiece = 200;
 constexpr int MostLayoutPieces = 16;
+/// How often a window in the tray looks whether that is still there.
+constexpr int TrayLookMilliseconds = 3000;
 /// Told to the toolkit, so that a layout with other panels is not taken for this one.
 constexpr int LayoutVersion = 1;
 
@@ -67,6 +69,12 @@ QRect Reachable(QRect place) {
     return place;
 }
 
+WindowState StateOf(Qt::WindowStates states) {
+    return states & Qt::WindowMinimized   ? WindowState::Minimized
+           : states & Qt::WindowMaximized ? WindowState::Maximized
+                                          : WindowState::Normal;
+}
+
 }  // namespace
 
 struct frmMain::Parts {
@@ -80,8 +88,10 @@ struct frmMain::Parts {
     QDockWidget* properties = nullptr;
     MenuBar* menus = nullptr;
     std::unique_ptr<TrayIcon> tray = nullptr;
+    QTimer* trayLook = nullptr;
     WindowState state = WindowState::Normal;  ///< In which the window is to appear.
     bool appeared = false;                    ///< From then on its place and state are the person's.
+    bool closing = false;                     ///< The person is being asked about the end.
 };
 
 frmMain::frmMain(Workspace& workspace, DesktopDialogs& dialogs)
@@ -98,6 +108,8 @@ frmMain::frmMain(Workspace& workspace, DesktopDialogs& dialogs)
     MakePanels();
     new StatusLine(workspace, statusBar());
     new MotionWindows(workspace, this);
+    parts_->trayLook = new QTimer(this);
+    connect(parts_->trayLook, &QTimer::timeout, this, &frmMain::LookForTray);
     connect(&workspace, &Workspace::Pulse, this, [this] {
         ShowTitle();
         ShowPage();
@@ -176,10 +188,15 @@ void frmMain::MakePanels() {
 
 void frmMain::AddTrayIcon(const QString& tip) {
     parts_->tray = std::make_unique<TrayIcon>(
-        tip, [this] { ShowMe(); }, [this] { close(); });
+        tip, [this] { ShowMe(); }, [this] { AskToClose(); });
 }
 
-void frmMain::RemoveTrayIcon() { parts_->tray.reset(); }
+void frmMain::RemoveTrayIcon() {
+    if (!parts_->tray) return;
+    parts_->tray->Hide();
+    // Its own menu may be on the stack.
+    parts_->tray.release()->deleteLater();
+}
 
 void frmMain::SetState(WindowState state) { parts_->state = state; }
 
@@ -193,11 +210,9 @@ void frmMain::SetPlace(const WindowPlace& place) {
 
 void frmMain::Appear() {
     if (parts_->appeared) return;
-    parts_->appeared = true;
     switch (parts_->state) {
         case WindowState::Minimized:
-            Setup().startupState = static_cast<int>(WindowState::Minimized);
-            if (!InTray()) showMinimized();
+            AppearMinimized();
             break;
         case WindowState::Maximized:
             showMaximized();
@@ -206,6 +221,28 @@ void frmMain::Appear() {
             show();
             break;
     }
+    parts_->appeared = true;
+    if (parts_->state != WindowState::Minimized) KeepState(windowState());
+}
+
+/// In the tray, else in the task bar: shown and then minimized, as window managers open a window that is
+/// shown for the first time in whatever state.
+void frmMain::AppearMinimized() {
+    Setup().startupState = static_cast<int>(WindowState::Minimized);
+    if (InTray()) return parts_->trayLook->start(TrayLookMilliseconds);
+    const bool maximized = Setup().startupLastNonMinimizedState == static_cast<int>(WindowState::Maximized);
+    setAttribute(Qt::WA_ShowWithoutActivating);
+    if (maximized) setWindowState(Qt::WindowMaximized);
+    show();
+    setWindowState(windowState() | Qt::WindowMinimized);
+    setAttribute(Qt::WA_ShowWithoutActivating, false);
+}
+
+/// A window that is hidden in a notification area which goes must not go with it.
+void frmMain::LookForTray() {
+    if (!isVisible() && InTray()) return;
+    parts_->trayLook->stop();
+    if (!isVisible()) showMinimized();
 }
 
 bool frmMain::InTray() const { return parts_->tray && TrayIcon::Available(); }
@@ -217,16 +254,15 @@ void frmMain::ShowMe() {
         showNormal();
     raise();
     activateWindow();
-    KeepState();
+    KeepState(windowState());
 }
 
-void frmMain::KeepState() {
+/// before: the state that the window left for a minimized one.
+void frmMain::KeepState(Qt::WindowStates before) {
     if (!parts_->appeared) return;
-    const WindowState state = isMinimized()   ? WindowState::Minimized
-                              : isMaximized() ? WindowState::Maximized
-                                              : WindowState::Normal;
-    Setup().startupState = static_cast<int>(state);
-    if (state != WindowState::Minimized) Setup().startupLastNonMinimizedState = static_cast<int>(state);
+    Setup().startupState = static_cast<int>(StateOf(windowState()));
+    const WindowState last = StateOf(isMinimized() ? before : windowState());
+    if (last != WindowState::Minimized) Setup().startupLastNonMinimizedState = static_cast<int>(last);
 }
 
 void frmMain::KeepPlace() {
@@ -241,10 +277,17 @@ void frmMain::KeepPlace() {
 void frmMain::closeEvent(QCloseEvent* event) {
     // The window goes when the program is taken down, not before.
     event->ignore();
+    AskToClose();
+}
+
+/// Not by closing the window: the toolkit would take a second close, while a question about the first one is
+/// open, for granted.
+void frmMain::AskToClose() {
+    if (parts_->closing) return;
+    const QScopedValueRollback closing(parts_->closing, true);
     parts_->dialogs.SetClosing(true);
-    DesktopDialogs& dialogs = parts_->dialogs;
     modMain::MDIForm_QueryUnload(modMain::CloseCause::Person);
-    dialogs.SetClosing(false);
+    parts_->dialogs.SetClosing(false);
 }
 
 void frmMain::changeEvent(QEvent* event) {
@@ -254,11 +297,14 @@ void frmMain::changeEvent(QEvent* event) {
         parts_->area->setBackground(palette().brush(QPalette::Mid));
     }
     if (event->type() != QEvent::WindowStateChange) return;
-    if (isVisible()) KeepState();
+    const auto before = static_cast<QWindowStateChangeEvent*>(event)->oldState();
+    if (isVisible()) KeepState(before);
     UpdateAwake();
     if (isMinimized() && isVisible() && InTray())
         QTimer::singleShot(0, this, [this] {
-            if (isMinimized()) hide();
+            if (!isMinimized()) return;
+            hide();
+            parts_->trayLook->start(TrayLookMilliseconds);
         });
 }
 

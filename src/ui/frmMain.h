@@ -35,6 +35,9 @@ public:
     /// Brings the window back to its last state other than minimized, before all others.
     void ShowMe();
 
+    /// The person wants the program to end, which may be called off. The window itself need not be open.
+    void AskToClose();
+
     void EnablePortfolioCommands(bool enable);
 
     PreviewSize Preview() const;
@@ -63,7 +66,9 @@ private:
     void MakePages();
     void MakePanels();
     bool InTray() const;
-    void KeepState();
+    void AppearMinimized();
+    void LookForTray();
+    void KeepState(Qt::WindowStates before);
     void KeepPlace();
     void UpdateAwake();
     void KeepLayout();

@@ -65,10 +65,11 @@ void PlaceMainWindow(MainWindow& window) {
         default:
             break;
     }
-    window.Show();
     const bool asRead = setup.startupMode != StartMinimized && setup.startupMode != StartMaximized;
-    Setup().startupLastNonMinimizedState =
-        asRead ? setup.startupLastNonMinimizedState : static_cast<int>(WindowState::Maximized);
+    const int last = asRead ? setup.startupLastNonMinimizedState : static_cast<int>(WindowState::Maximized);
+    Setup().startupLastNonMinimizedState = last;
+    window.Show();
+    Setup().startupLastNonMinimizedState = last;
 }
 
 void LoadPortfolio(Program& program, const std::string& file) {
