@@ -79,6 +79,11 @@ QString NameFilter(const std::string& filter) {
 DesktopDialogs::DesktopDialogs() = default;
 DesktopDialogs::~DesktopDialogs() = default;
 
+/// Null while the window cannot be seen: what belongs to a minimized window is not shown either.
+QWidget* DesktopDialogs::Parent() const {
+    return parent_ && parent_->isVisible() && !parent_->isMinimized() ? parent_.data() : nullptr;
+}
+
 /// Runs the dialog in an event loop of its own; the code it ended with.
 int DesktopDialogs::Wait(QDialog& dialog, QLabel* countdown) {
     const bool wasRunning = Flags().running;
@@ -104,12 +109,11 @@ Answer DesktopDialogs::MessageBox(std::string_view text, std::string_view title,
     const ButtonRow row = RowOf(buttons);
     // A plain statement has no icon of a question, and the other way round.
     QMessageBox box(buttons == Buttons::Ok ? QMessageBox::Information : QMessageBox::Question, TextOf(title),
-                    TextOf(text), row.offered, parent_);
+                    TextOf(text), row.offered, Parent());
     box.setObjectName("MessageBox");
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     box.setDefaultButton(row.first);
-    box.setInformativeText(QString());
     QLabel countdown(&box);
     countdown.setObjectName("lblCountdown");
     countdown.hide();
@@ -126,7 +130,7 @@ Answer DesktopDialogs::MessageBox(std::string_view text, std::string_view title,
 
 std::optional<std::string> DesktopDialogs::InputBox(std::string_view prompt, std::string_view title,
                                                     std::string_view defaultText) {
-    QInputDialog box(parent_);
+    QInputDialog box(Parent());
     box.setObjectName("InputBox");
     box.setWindowTitle(TextOf(title));
     box.setLabelText(TextOf(prompt));
@@ -143,7 +147,7 @@ std::optional<std::string> DesktopDialogs::InputBox(std::string_view prompt, std
 }
 
 std::optional<std::string> DesktopDialogs::ChooseFile(const FileDialog& dialog, bool save) {
-    QFileDialog box(parent_, TextOf(dialog.title), QDir::currentPath(), NameFilter(dialog.filter));
+    QFileDialog box(Parent(), TextOf(dialog.title), QDir::currentPath(), NameFilter(dialog.filter));
     box.setObjectName("FileDialog");
     box.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
     box.setFileMode(save ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
@@ -175,11 +179,11 @@ void DesktopDialogs::ShowStatus(std::string_view text) {
     }
     status_->setText(TextOf(text));
     status_->adjustSize();
-    const bool beforeWindow = parent_ && parent_->isVisible() && !parent_->isMinimized();
+    const QWidget* window = Parent();
     const QScreen* screen = QGuiApplication::primaryScreen();
-    const QPoint centre = beforeWindow ? parent_->frameGeometry().center()
-                          : screen     ? screen->availableGeometry().center()
-                                       : QPoint();
+    const QPoint centre = window   ? window->frameGeometry().center()
+                          : screen ? screen->availableGeometry().center()
+                                   : QPoint();
     status_->move(centre - status_->rect().center());
     status_->show();
     UpdateStatus();

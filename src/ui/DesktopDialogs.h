@@ -48,6 +48,7 @@ public:
     void UnloadStatus() override;
 
 private:
+    QWidget* Parent() const;
     int Wait(QDialog& dialog, QLabel* countdown);
     std::optional<std::string> ChooseFile(const FileDialog& dialog, bool save);
 

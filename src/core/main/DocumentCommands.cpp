@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "core/ErrorReport.h"
 #include "core/SetupValues.h"
@@ -84,10 +85,31 @@ bool ChoosePortfolioFile(Program& program, tessaloom::Portfolio& portfolio) {
     return true;
 }
 
+/// True when there are no `failed` files. Else the person is told of them; a script that saves is not held
+/// up, and they stand in the log.
+bool AllWritten(Program& program, const std::vector<std::string>& failed) {
+    if (failed.empty()) return true;
+    if (ScriptRuns(program)) return false;
+    std::string text = "Could not be written:";
+    for (const std::string& file : failed) text += "\n" + file;
+    program.platform.dialogs.MessageBox(text, "Not Saved");
+    return false;
+}
+
+/// Writes one document under status, and tells the person when that fails.
+template <typename Document>
+bool WriteDocument(Program& program, Document& document) {
+    bool written = false;
+    {
+        const Status status(program.platform.dialogs, "Saving...");
+        written = document.SaveFile();
+    }
+    return written || AllWritten(program, {document.FileName()});
+}
+
 bool SaveCanvas(Program& program, tessaloom::Canvas& canvas) {
     if (canvas.FileName().empty()) return CanvasSaveAsProc(canvas.CanvasIndex());
-    const Status status(program.platform.dialogs, "Saving...");
-    return canvas.SaveFile();
+    return WriteDocument(program, canvas);
 }
 
 /// Gives every open canvas a file name. False when one was refused a name.
@@ -140,6 +162,10 @@ void NoFileSelected(Program& program) {
     program.platform.dialogs.MessageBox("No file was selected.  Aborting process.", "No file selected");
 }
 
+void Unreadable(Program& program, const std::string& file, std::string_view title) {
+    program.platform.dialogs.MessageBox(file + " could not be read.", title);
+}
+
 bool IsInUse(const tessaloom::Portfolio& portfolio, int slot) {
     return slot >= 1 && slot <= tessaloom::Portfolio::MaxCanvas && portfolio.Canvas(slot).Enabled();
 }
@@ -179,17 +205,17 @@ void PortfolioOpenFile(const std::string& file) {
         ReleasePortfolio(program);
         tessaloom::Portfolio& portfolio = MakePortfolio(program);
         portfolio.SetFileName(file);
-        portfolio.LoadFile();
+        const bool loaded = portfolio.LoadFile();
         Setup().lastPortfolio = file;
         program.platform.mainWindow.EnablePortfolioCommands(true);
+        if (!loaded) Unreadable(program, file, "Portfolio Open");
     });
 }
 
 bool PortfolioSave() {
     return PortfolioCommand("PortfolioSave", [](Program& program, tessaloom::Portfolio& portfolio) {
         if (portfolio.FileName().empty()) return PortfolioSaveAs();
-        const Status status(program.platform.dialogs, "Saving...");
-        return portfolio.SaveFile();
+        return WriteDocument(program, portfolio);
     });
 }
 
@@ -208,8 +234,15 @@ bool SaveAllProc(bool everything) {
                 portfolio.Canvas(slot).SetNeedSaving(true);
         const bool named = NameCanvases(portfolio);
         portfolio.SaveCanvases();
-        // A canvas that could not be written keeps its mark.
-        return portfolio.SaveFile() && named && !portfolio.NeedSaving();
+        std::vector<std::string> failed;
+        for (int slot = 1; slot <= tessaloom::Portfolio::MaxCanvas; ++slot) {
+            // A canvas that could not be written keeps its mark.
+            const tessaloom::Canvas& canvas = portfolio.Canvas(slot);
+            if (canvas.Enabled() && canvas.NeedSaving() && !canvas.FileName().empty())
+                failed.push_back(canvas.FileName());
+        }
+        if (!portfolio.SaveFile()) failed.push_back(portfolio.FileName());
+        return AllWritten(program, failed) && named;
     });
 }
 
@@ -245,6 +278,7 @@ void CanvasOpen() {
         if (!loaded) {
             portfolio.ResetCanvas(slot);
             portfolio.SetNeedSaving(needSaving);
+            Unreadable(program, *file, "Canvas Open");
             return;
         }
         if (canvas.Name().empty())
@@ -292,8 +326,7 @@ bool CanvasSaveAsProc(int slot) {
         tessaloom::Canvas& canvas = portfolio.Canvas(slot);
         canvas.SetFileName(*file);
         portfolio.SettingChanged();
-        const Status status(dialogs, "Saving...");
-        return canvas.SaveFile();
+        return WriteDocument(program, canvas);
     });
 }
 

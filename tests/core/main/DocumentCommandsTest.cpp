@@ -158,7 +158,11 @@ TEST_F(DocumentCommandsTest, KeepsThePortfolioOpenWhenACanvasCannotBeSaved) {
               "done");
     it_.files.WriteFile("c.can", std::string_view("\0", 1));  // never written to
     old.Canvas(1).SetName("B");
-    Run(PortfolioNew, {.boxes = {Yes}});
+    EXPECT_EQ(Run(PortfolioNew,
+                  {
+                      .boxes = {Yes, Answer::Ok}
+    }),
+              (Lines{SaveOpen, "Not Saved: Could not be written:\nc.can"}));
     EXPECT_EQ(OpenPortfolio(), &old);
     EXPECT_EQ(old.Canvas(1).Name(), "B");
 }
