@@ -61,7 +61,7 @@ void Arrange(Context context) {
     (context.frame.Area().*Operation)();
 }
 
-void Exit(Context context) { context.frame.close(); }
+void Exit(Context context) { context.frame.AskToClose(); }
 
 void SaveAll(Context) { modMain::SaveAllProc(false); }
 
