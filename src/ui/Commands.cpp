@@ -1,10 +1,6 @@
 #include "ui/Commands.h"
 
-#include <QApplication>
-#include <QDesktopServices>
-#include <QDir>
 #include <QMdiArea>
-#include <QUrl>
 #include <vector>
 
 #include "core/main/DocumentCommands.h"
@@ -14,6 +10,7 @@
 #include "ui/CanvasKind.h"
 #include "ui/CanvasWindow.h"
 #include "ui/DesktopDialogs.h"
+#include "ui/ManualWindow.h"
 #include "ui/canvas/CanvasEditor.h"
 #include "ui/dialogs/Setups.h"
 #include "ui/frmMain.h"
@@ -84,12 +81,9 @@ void CloseCanvasWindow(Context context) {
 void ShowReports(Context context) { context.dialogs.ShowReports(); }
 
 void ShowManual(Context context) {
-    const QString program = QApplication::applicationDirPath();
-    for (const char* folder : {"/../share/doc/tessaloom", "/../../../docs"}) {
-        const QDir found(program + folder);
-        if (!found.exists()) continue;
-        const bool manual = found.exists("manual");
-        QDesktopServices::openUrl(QUrl::fromLocalFile(manual ? found.filePath("manual") : found.path()));
+    const QString page = ManualWindow::FirstPage();
+    if (!page.isEmpty()) {
+        ManualWindow::ShowPage(page, &context.frame);
         return;
     }
     context.dialogs.MessageBox("The manual is not installed.", "Manual", Buttons::Ok);
