@@ -177,6 +177,8 @@ TEST_F(PropertyWindowsTest, ARateIsTakenOnlyWhenItIsOne) {
     EXPECT_EQ(wrong, "At most 1 hr.");
     EXPECT_THAT(entered, ::testing::ElementsAre(100));
     box.findChild<QComboBox*>()->clearFocus();
+    EXPECT_TRUE(box.Mistaken());
+    QTest::keyClick(box.findChild<QComboBox*>(), Qt::Key_Escape);
     EXPECT_EQ(line->text(), "1 min 40 sec");
     EXPECT_EQ(wrong, "");
     EXPECT_EQ(box.findChild<QComboBox*>()->itemText(0), "1 sec");

@@ -49,6 +49,7 @@ int Add(Portfolio& portfolio, std::string_view source) {
 void Remove(Portfolio& portfolio, int feed) {
     ResetToDefaults(*PropertySets::Feed(portfolio, feed));
     ResetToDefaults(*PropertySets::Motion(portfolio, feed));
+    portfolio.VideoFeed(feed).MotionDetect().CloseDiffFrame();
     portfolio.VideoFeed(feed).CloseFeed();
 }
 

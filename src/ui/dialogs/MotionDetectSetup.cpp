@@ -6,6 +6,7 @@
 #include <QVBoxLayout>
 
 #include "core/Log.h"
+#include "model/edit/Feeds.h"
 #include "model/edit/PropertySet.h"
 #include "ui/dialogs/MotionPane.h"
 #include "ui/dialogs/Setups.h"
@@ -19,6 +20,7 @@ namespace tessaloom {
 MotionDetectSetup::MotionDetectSetup(Workspace& workspace, int feed, QWidget* parent)
     : SetupWindow(workspace, NameOf(feed), {}, parent),
       feed_(feed),
+      hadSource_(workspace.Portfolio() && !Feeds::IsFree(*workspace.Portfolio(), feed)),
       form_(new PropertyForm(workspace)),
       difference_(new QCheckBox("&Keep the difference picture in a window of its own")) {
     difference_->setObjectName("showDiffFrame");
@@ -47,6 +49,7 @@ MotionDetect* MotionDetectSetup::Motion() const {
 void MotionDetectSetup::Refresh() {
     const MotionDetect* motion = Motion();
     if (!motion) return;
+    if (hadSource_ && Feeds::IsFree(*TheWorkspace().Portfolio(), feed_)) return accept();
     const std::string& name = TheWorkspace().Portfolio()->VideoFeed(feed_).FeedName();
     const QString title = "Motion Detect Setup: " + Wording::Words(MaskSecrets(name));
     if (title != windowTitle()) setWindowTitle(title);

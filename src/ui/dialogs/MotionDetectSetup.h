@@ -27,6 +27,7 @@ private:
     void Refresh();
 
     const int feed_;
+    const bool hadSource_;  ///< The window closes when the feed is removed.
     PropertyForm* form_;
     QCheckBox* difference_;
 };

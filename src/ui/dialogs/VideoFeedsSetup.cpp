@@ -60,8 +60,8 @@ struct OwnDialog {
 };
 constexpr OwnDialog OwnDialogs[] = {
     {"cmdSource",  "S&ource...",  &VideoFeed::HasSource,  &VideoFeed::ShowSourceDialog },
-    {"cmdFormat",  "For&mat...",  &VideoFeed::HasFormat,  &VideoFeed::ShowFormatDialog },
-    {"cmdDisplay", "D&isplay...", &VideoFeed::HasDisplay, &VideoFeed::ShowDisplayDialog},
+    {"cmdFormat",  "Forma&t...",  &VideoFeed::HasFormat,  &VideoFeed::ShowFormatDialog },
+    {"cmdDisplay", "Dis&play...", &VideoFeed::HasDisplay, &VideoFeed::ShowDisplayDialog},
 };
 
 QPushButton* Button(const char* name, const QString& text) {
@@ -136,7 +136,7 @@ QWidget* VideoFeedsSetup::MakeFeedSide() {
 
     auto* buttons = new QHBoxLayout;
     buttons->addWidget(AddButton("cmdMotion", "&Motion Detection...", &VideoFeedsSetup::DetectMotion));
-    buttons->addWidget(AddButton("cmdFrameInfo", "Frame &Info", &VideoFeedsSetup::ShowFrameInfo));
+    buttons->addWidget(AddButton("cmdFrameInfo", "Frame I&nfo", &VideoFeedsSetup::ShowFrameInfo));
     for (const OwnDialog& dialog : OwnDialogs) {
         QPushButton* button = Button(dialog.name, dialog.text);
         connect(button, &QPushButton::clicked, this, [this, show = dialog.show] {

@@ -54,6 +54,20 @@ Maker MakerFor(PropertyKind kind) {
 
 }  // namespace
 
+QWidget& PropertyEditor::Field() {
+    QWidget* field = this;
+    while (field->focusProxy()) field = field->focusProxy();
+    return *field;
+}
+
+void PropertyEditor::Describe(const QString& label, const QString& remark) {
+    QWidget& field = Field();
+    field.setAccessibleName(label);
+    // What is chosen in a combo box goes for its name.
+    const bool named = !field.inherits("QComboBox");
+    field.setAccessibleDescription(named || !remark.isEmpty() ? remark : label);
+}
+
 PropertyEditor* MakePropertyEditor(Workspace& workspace, PropertySet& set, std::size_t row, QWidget* parent) {
     const Property& property = set.Properties()[row];
     PropertyEditor* editor = MakerFor(property.kind)({workspace, set, row, parent});
@@ -62,7 +76,7 @@ PropertyEditor* MakePropertyEditor(Workspace& workspace, PropertySet& set, std::
     };
     editor->setObjectName(text(property.name));
     editor->setToolTip(text(property.tip));
-    if (QWidget* focus = editor->focusProxy()) focus->setAccessibleName(text(property.label).remove('&'));
+    editor->Describe(text(property.label).remove('&'), {});
     return editor;
 }
 

@@ -26,6 +26,15 @@ public:
     /// Takes what was typed so far as entered, where it is a value.
     virtual void Finish() {}
 
+    /// What is typed is no value, so that it cannot be taken.
+    virtual bool Mistaken() const { return false; }
+
+    /// The control that has the keyboard while the property is edited.
+    QWidget& Field();
+
+    /// For screen readers: what is edited and, where something is wrong, what.
+    void Describe(const QString& label, const QString& remark);
+
 Q_SIGNALS:
     /// The person chose or typed a value.
     void Entered(const std::string& text);

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QScrollBar>
+#include <QTabWidget>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -68,7 +69,6 @@ bool SameKind(std::span<const Property> a, std::span<const Property> b) {
     });
 }
 
-bool Listed(std::string_view value, std::string_view list) {
 /// Tab goes from `first` through all of `page`, which was made later than its neighbours in the window.
 void FollowInTabOrder(QWidget* first, QWidget* page) {
     std::vector<QWidget*> chain;
@@ -84,6 +84,7 @@ void ShowPage(QWidget* part) {
             tabs->setCurrentWidget(page);
 }
 
+bool Listed(std::string_view value, std::string_view list) {
     while (!list.empty()) {
         const std::size_t comma = list.find(',');
         if (list.substr(0, comma) == value) return true;
@@ -306,10 +307,22 @@ QWidget* PropertyForm::EditorOf(std::string_view name) const {
     return row ? parts_->rows[*row].editor : nullptr;
 }
 
+bool PropertyForm::TakeTyped() {
+    if (!parts_->body || !parts_->set.Exists()) return true;
+    for (std::size_t row = 0; row < parts_->rows.size(); ++row) {
+        parts_->rows[row].editor->Finish();
+        if (!parts_->rows[row].editor->Mistaken()) continue;
+        FocusOn(parts_->Description(row).name);
+        return false;
+    }
+    return true;
+}
+
 void PropertyForm::FocusOn(std::string_view name) {
     QWidget* editor = EditorOf(name);
     if (!editor) return;
     parts_->search->clear();
+    ShowPage(this);
     for (PropertyGroup* group : parts_->groups)
         if (group->isAncestorOf(editor)) group->SetOpen(true);
     ensureWidgetVisible(editor);
@@ -379,6 +392,7 @@ void PropertyForm::Build() {
     parts.search->setVisible(isLong);
     setViewportMargins(0, isLong ? parts.search->sizeHint().height() : 0, 0, 0);
     setWidget(page);
+    FollowInTabOrder(parts.search, page);
     setMinimumWidth(page->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width());
 }
 
@@ -392,7 +406,6 @@ PropertyGroup* PropertyForm::AddGroup(const QString& heading, std::size_t firstR
             parts_->folded.insert(heading);
         else
             parts_->folded.erase(heading);
-    FollowInTabOrder(parts.search, page);
         parts_->RememberFolded();
         if (!folded) parts_->Refresh(false);
     });

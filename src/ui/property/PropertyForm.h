@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "model/edit/PropertySet.h"
+#include "ui/shared/EntryForm.h"
 
 namespace tessaloom {
 
@@ -18,7 +19,7 @@ class Workspace;
 /// others change shows within a quarter of a second, but never under the hands of who is typing. A value that
 /// cannot be taken is shown as wrong beside its editor, with the reason; the thing keeps its last good one.
 /// When the thing goes, the form is disabled and says so.
-class PropertyForm : public QScrollArea {
+class PropertyForm : public QScrollArea, public EntryForm {
     Q_OBJECT
 
 public:
@@ -36,7 +37,9 @@ public:
     /// The editor widget of a property, to be found by its name as object name, too. Null when there is none.
     QWidget* EditorOf(std::string_view name) const;
 
-    /// Opens the group of a property, brings its editor into view and gives it the focus.
+    bool TakeTyped() override;
+
+    /// Opens the page and the group of a property, brings its editor into view and gives it the focus.
     void FocusOn(std::string_view name);
 
 Q_SIGNALS:

@@ -56,7 +56,7 @@ void PropertyRow::Remark(const QString& text) {
     palette.setColor(QPalette::WindowText, WrongColour(editor->palette()));
     remark->setPalette(palette);
     remark->setVisible(sought && !text.isEmpty());
-    if (QWidget* focus = editor->focusProxy()) focus->setAccessibleDescription(text);
+    editor->Describe(editor->Field().accessibleName(), text);
 }
 
 void PropertyRow::DescribeReset(const Property& property) {
@@ -131,7 +131,7 @@ PropertyRow PropertyGroup::AddRow(const Property& property, PropertyEditor* edit
     const bool wide = IsWide(property.kind);
     if (!BearsItsLabel(property.kind)) {
         row.label = new QLabel(Words(property.label));
-        row.label->setBuddy(editor->focusProxy() ? editor->focusProxy() : editor);
+        row.label->setBuddy(&editor->Field());
         row.label->setToolTip(Words(property.tip));
         grid_->addWidget(row.label, line + LabelLine, Labels, 1, wide ? 2 : 1);
     }

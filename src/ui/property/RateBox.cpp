@@ -2,6 +2,7 @@
 
 #include <QComboBox>
 #include <QEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
@@ -16,6 +17,7 @@
 
 #include "core/modNumbers.h"
 #include "time/RateChoices.h"
+#include "ui/property/editors/Parts.h"
 
 namespace tessaloom {
 
@@ -212,19 +214,32 @@ void RateBox::Finish() {
     Q_EMIT Entered(seconds_);
 }
 
+bool RateBox::Mistaken() const {
+    std::optional<double> seconds;
+    return busy_ && !Refusal(box_->currentText(), seconds).isEmpty();
+}
+
+void RateBox::Revert() {
+    ShowSeconds(seconds_);
+    Q_EMIT Wrong({});
+}
+
 bool RateBox::eventFilter(QObject* object, QEvent* event) {
     // The wheel turns pages; it must not change a rate that it passes over.
     if (event->type() == QEvent::Wheel && !box_->hasFocus()) {
         event->ignore();
         return true;
     }
-    if (event->type() == QEvent::FocusOut && busy_) {
-        Finish();
-        if (busy_) {
-            ShowSeconds(seconds_);
-            Q_EMIT Wrong({});
-        }
+    if (busy_ && Editors::EndsTyping(*event)) {
+        event->accept();
+        if (event->type() != QEvent::KeyPress) return true;
+        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
+            Revert();
+        else
+            Finish();
+        return true;
     }
+    if (event->type() == QEvent::FocusOut) Finish();
     return QWidget::eventFilter(object, event);
 }
 

@@ -44,6 +44,13 @@ public:
     /// The person is typing.
     bool Busy() const { return busy_; }
 
+    /// What is typed is no rate.
+    bool Mistaken() const;
+
+    /// Takes what was typed where it is a rate; else it stays in the field until it is mended or left with
+    /// Escape.
+    void Finish();
+
 Q_SIGNALS:
     /// A rate was chosen, or typed and ended with Enter or by leaving the field.
     void Entered(double seconds);
@@ -56,7 +63,7 @@ protected:
 
 private:
     void Typed(const QString& text);
-    void Finish();
+    void Revert();
     QString Refusal(const QString& text, std::optional<double>& seconds) const;
 
     QComboBox* box_;

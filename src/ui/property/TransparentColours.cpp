@@ -39,8 +39,10 @@ enum Column { RangeColumn, ToleranceColumn, OpacityColumn };
 /// A percentage, by number and by slider.
 class PercentRow : public QWidget {
 public:
-    PercentRow(const QString& name, std::function<void(int)> changed) : changed_(std::move(changed)) {
+    PercentRow(const QString& name, const QString& label, std::function<void(int)> changed)
+        : changed_(std::move(changed)) {
         box_->setObjectName(name);
+        box_->setAccessibleName(label);
         box_->setRange(0, 100);
         box_->setSuffix(tr(" %"));
         slider_->setRange(0, 100);
@@ -229,8 +231,10 @@ private:
         auto* form = new QFormLayout(editors_);
         first_ = MakeColourButton(QStringLiteral("first"), &ColourGroup::first);
         second_ = MakeColourButton(QStringLiteral("second"), &ColourGroup::second);
-        tolerance_ = MakePercent(QStringLiteral("tolerance"), &ColourGroup::tolerance);
-        opacity_ = MakePercent(QStringLiteral("opacity"), &ColourGroup::opacity);
+        tolerance_ = MakePercent(QStringLiteral("tolerance"), tr("Tolerance"), &ColourGroup::tolerance);
+        opacity_ = MakePercent(QStringLiteral("opacity"), tr("Kept"), &ColourGroup::opacity);
+        first_->setAccessibleName(tr("First colour"));
+        second_->setAccessibleName(tr("Second colour"));
         tolerance_->setToolTip(tr("How far beside the range a colour still belongs to it."));
         opacity_->setToolTip(tr("How much of these colours is kept; 0 % makes them vanish."));
         form->addRow(tr("&First colour:"), first_);
@@ -240,8 +244,8 @@ private:
         return editors_;
     }
 
-    PercentRow* MakePercent(const QString& name, int ColourGroup::*field) {
-        return new PercentRow(name, [this, name, field](int percent) {
+    PercentRow* MakePercent(const QString& name, const QString& label, int ColourGroup::*field) {
+        return new PercentRow(name, label, [this, name, field](int percent) {
             ChangeCurrent(name, [field, percent](ColourGroup& group) { group.*field = percent; });
         });
     }
@@ -381,6 +385,7 @@ private:
              {std::pair(first_, group.first), std::pair(second_, group.second)}) {
             button->setIcon(Swatch(colour, colour, fontMetrics().height()));
             button->setText(NameOf(colour));
+            button->setAccessibleDescription(NameOf(colour));
         }
         tolerance_->ShowValue(group.tolerance);
         opacity_->ShowValue(group.opacity);

@@ -4,6 +4,7 @@
 #include <QDialogButtonBox>
 #include <QVBoxLayout>
 
+#include "ui/shared/EntryForm.h"
 #include "ui/shared/Workspace.h"
 
 namespace tessaloom {
@@ -18,7 +19,7 @@ SetupWindow::SetupWindow(Workspace& workspace, const QString& name, const QStrin
     buttons_ = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
     layout->addLayout(contents_, 1);
     layout->addWidget(buttons_);
-    connect(buttons_, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(buttons_, &QDialogButtonBox::accepted, this, &SetupWindow::Keep);
     connect(buttons_, &QDialogButtonBox::rejected, this, &QDialog::reject);
     connect(&workspace_, &Workspace::SetupMustClose, this, &QDialog::accept);
 }
@@ -33,6 +34,12 @@ void SetupWindow::done(int result) {
         workspace_.Remember(objectName().toStdString(), saveGeometry().toBase64().toStdString());
     }
     QDialog::done(result);
+}
+
+void SetupWindow::Keep() {
+    for (QWidget* part : findChildren<QWidget*>())
+        if (auto* form = dynamic_cast<EntryForm*>(part); form && !form->TakeTyped()) return;
+    accept();
 }
 
 SetupWindow* SetupWindow::FindOpen(const QString& name) {

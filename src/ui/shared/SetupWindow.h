@@ -11,7 +11,8 @@ namespace tessaloom {
 class Workspace;
 
 /// A set-up window: beside the others, never before them. What is set takes effect at once; "OK" keeps it,
-/// "Cancel", Escape and the close button put back what the window found.
+/// "Cancel", Escape and the close button put back what the window found. While a field holds what is no
+/// value, "OK" shows that field instead.
 ///
 /// It closes by itself, keeping what was set, when its portfolio goes. Its place is remembered under its
 /// object name. One window of a kind is open at most: `ShowOnly` brings an open one to the front.
@@ -48,6 +49,9 @@ protected:
     virtual void Closing() {}
 
 private:
+    /// Closes the window unless something that was typed is no value.
+    void Keep();
+
     static SetupWindow* FindOpen(const QString& name);
     void ShowInFront();
 

@@ -2,6 +2,7 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QToolButton>
 
 namespace tessaloom::Editors {
@@ -30,6 +31,12 @@ QString Words(std::string_view text) {
 void GuardWheel(QWidget* widget) {
     widget->setFocusPolicy(Qt::StrongFocus);
     new WheelGuard(widget);
+}
+
+bool EndsTyping(const QEvent& event) {
+    if (event.type() != QEvent::KeyPress && event.type() != QEvent::ShortcutOverride) return false;
+    const int key = static_cast<const QKeyEvent&>(event).key();
+    return key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter;
 }
 
 QHBoxLayout* LayParts(QWidget* editor, QWidget* focus) {

@@ -3,6 +3,7 @@
 #include <QString>
 #include <string_view>
 
+class QEvent;
 class QHBoxLayout;
 class QToolButton;
 class QWidget;
@@ -14,6 +15,10 @@ QString Words(std::string_view text);
 
 /// The wheel turns the form unless `widget` has the focus, so that no value changes by the way.
 void GuardWheel(QWidget* widget);
+
+/// A key that ends typing in a field: Enter takes what was typed, Escape leaves it. A window, for which they
+/// mean "OK" and "Cancel", is to get them only while nothing is being typed.
+bool EndsTyping(const QEvent& event);
 
 /// The row of an editor's parts: no margins of its own. `focus` gets the focus for the editor.
 QHBoxLayout* LayParts(QWidget* editor, QWidget* focus);

@@ -50,6 +50,8 @@ public:
     }
 
     bool Busy() const override { return rate_->Busy(); }
+    void Finish() override { rate_->Finish(); }
+    bool Mistaken() const override { return rate_->Mistaken(); }
 
 private:
     static RateBox::List ListOf(const Property& property) {

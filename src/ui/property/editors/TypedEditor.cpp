@@ -2,6 +2,8 @@
 
 #include <QKeyEvent>
 
+#include "ui/property/editors/Parts.h"
+
 namespace tessaloom::Editors {
 
 TypedEditor::TypedEditor(const Subject& subject) : PropertyEditor(subject.parent), subject_(subject) {}
@@ -57,10 +59,13 @@ void TypedEditor::Revert() {
 }
 
 bool TypedEditor::eventFilter(QObject* object, QEvent* event) {
-    const bool key = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
-    if (typing_ && key && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    if (typing_ && EndsTyping(*event)) {
         event->accept();
-        if (event->type() == QEvent::KeyPress) Revert();
+        if (event->type() != QEvent::KeyPress) return true;
+        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
+            Revert();
+        else
+            Finish();
         return true;
     }
     return PropertyEditor::eventFilter(object, event);

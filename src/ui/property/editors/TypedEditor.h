@@ -19,6 +19,7 @@ public:
     void Show(const std::string& text) override;
     bool Busy() const override { return typing_; }
     void Finish() override;
+    bool Mistaken() const override { return typing_ && !Read(line_->text()).value; }
 
 protected:
     struct Reading {
