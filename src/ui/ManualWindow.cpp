@@ -37,7 +37,7 @@ private:
 };
 
 QString ManualWindow::FirstPage() {
-    for (const char* folder : {"/../share/doc/tessaloom", "/../../../docs"}) {
+    for (const char* folder : {"/../share/doc/tessaloom/docs", "/../../../docs"}) {
         const QFileInfo page(QApplication::applicationDirPath() + folder + "/desktop.md");
         if (page.isFile()) return page.canonicalFilePath();
     }
