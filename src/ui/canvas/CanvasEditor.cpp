@@ -42,7 +42,7 @@ namespace {
 
 constexpr int NudgeStep = 1;
 constexpr int LargeNudgeStep = 10;
-constexpr int LeastSide = 12;  ///< Of a scaled picture, in heights of the font.
+constexpr int LeastSide = 5;  ///< Of a scaled picture, in heights of the font.
 
 struct Arrow {
     int key, dx, dy;

@@ -16,7 +16,7 @@ namespace {
 // In the widget's units.
 constexpr double GripSide = 8;
 constexpr double GripReach = 7;
-constexpr double TurnDistance = 24;   ///< Of the turning grip above the frame.
+constexpr double TurnDistance = 24;   ///< Of the turning grip from the frame.
 constexpr double RoomyGripSide = 36;  ///< Sides below it have no grip in their middle.
 constexpr double RoomyFrame = 24;     ///< Frames below it are gripped only from outside.
 constexpr double EmptySide = 16;      ///< Of the frame of a layer without a picture.
@@ -80,9 +80,21 @@ QList<Grip> Overlay::Grips() const {
 
 QPointF Overlay::PlaceOf(const Grip& grip) const {
     if (!gripped) return {};
-    const QPointF place = map.ToWidget(gripped->Corner(grip.column, grip.row));
-    if (grip.kind != Grip::Kind::Turn) return place;
-    return place + LayerFrame::Turned({0, -TurnDistance}, gripped->angle);
+    if (grip.kind == Grip::Kind::Turn) return TurnStalk().p2();
+    return map.ToWidget(gripped->Corner(grip.column, grip.row));
+}
+
+/// Above the frame; where that cannot be seen, beneath it, or else within it.
+QLineF Overlay::TurnStalk() const {
+    const auto stalk = [&](int row, double length) {
+        const QPointF foot = map.ToWidget(gripped->Corner(0, row));
+        return QLineF(foot, foot + LayerFrame::Turned({0, length}, gripped->angle));
+    };
+    const QLineF above = stalk(-1, -TurnDistance);
+    const QRectF seen = room.adjusted(GripSide / 2, GripSide / 2, -GripSide / 2, -GripSide / 2);
+    for (const QLineF& line : {above, stalk(1, TurnDistance), stalk(-1, TurnDistance)})
+        if (seen.contains(line.p2())) return line;
+    return above;
 }
 
 Grip Overlay::GripAt(QPointF point) const {
@@ -113,9 +125,7 @@ QRegion Overlay::Area(const QFont& font) const {
         area += upright ? AroundSides(frame) : Around(frame.boundingRect());
     }
     for (const Grip& grip : Grips()) area += Around(QRectF(PlaceOf(grip), QSizeF()), GripSide);
-    if (gripped)
-        area += Around(
-            QRectF(PlaceOf({Grip::Kind::Turn, 0, -1}), PlaceOf({Grip::Kind::Size, 0, -1})).normalized());
+    if (gripped) area += Around(QRectF(TurnStalk().p1(), TurnStalk().p2()).normalized());
     if (!span.isEmpty()) area += Around(span);
     for (const QLineF& guide : guides) area += Around(QRectF(guide.p1(), guide.p2()));
     if (!values.isEmpty()) area += Around(ValuesBox(font));
@@ -135,10 +145,7 @@ void Overlay::Paint(QPainter& painter, const QPalette& palette) const {
     painter.setBrush(Qt::NoBrush);
     for (const QPolygonF& frame : frames) stroke([&] { painter.drawPolygon(frame); });
 
-    if (gripped)
-        stroke([&] {
-            painter.drawLine(PlaceOf({Grip::Kind::Size, 0, -1}), PlaceOf({Grip::Kind::Turn, 0, -1}));
-        });
+    if (gripped) stroke([&] { painter.drawLine(TurnStalk()); });
     painter.setPen(line);
     painter.setBrush(Qt::white);
     for (const Grip& grip : Grips()) {

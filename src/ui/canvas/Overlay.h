@@ -31,7 +31,7 @@ struct Overlay {
     QList<QLineF> guides;
     QString values;
     QPointF pointer;
-    QRectF room;  ///< Of the widget; the values stay within it.
+    QRectF room;  ///< Of the widget; the values and the turning grip stay within it.
 
     /// The frames of `selection`, with grips when it is one layer that has a size.
     static Overlay Of(const Canvas& canvas, std::span<const LayerId> selection, const ViewMap& map);
@@ -41,6 +41,7 @@ struct Overlay {
 
     /// The place of a grip's middle.
     QPointF PlaceOf(const Grip& grip) const;
+    QLineF TurnStalk() const;  ///< From the frame to the turning grip.
 
     /// All that `Paint` touches.
     QRegion Area(const QFont& font) const;

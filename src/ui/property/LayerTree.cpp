@@ -1,5 +1,6 @@
 #include "ui/property/LayerTree.h"
 
+#include <QDragLeaveEvent>
 #include <QDropEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
@@ -185,7 +186,8 @@ void LayerTree::dropEvent(QDropEvent* event) {
     // The lines move when the layers have: the list itself moves nothing.
     event->setDropAction(Qt::IgnoreAction);
     event->accept();
-    setState(NoState);
+    QDragLeaveEvent end;
+    dragLeaveEvent(&end);  // which takes the mark of the place away and ends scrolling
     if (!dragged || event->source() != this) return;
     const Place place = PlaceAt(event->position().toPoint(), *dragged);
     QMetaObject::invokeMethod(
