@@ -32,8 +32,12 @@ void CanvasForm::CanvasChanged() {
 /// The window looks at its canvas with the workspace's pulse.
 void CanvasForm::ActivitateFormTimer() {}
 
-int CanvasForm::Left() const { return window_ ? window_->x() * Twips::PerPixel(Qt::Horizontal) : 0; }
+int CanvasForm::Left() const {
+    return window_ ? window_->FramePlace().x() * Twips::PerPixel(Qt::Horizontal) : 0;
+}
 
-int CanvasForm::Top() const { return window_ ? window_->y() * Twips::PerPixel(Qt::Vertical) : 0; }
+int CanvasForm::Top() const {
+    return window_ ? window_->FramePlace().y() * Twips::PerPixel(Qt::Vertical) : 0;
+}
 
 }  // namespace tessaloom

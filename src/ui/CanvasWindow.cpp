@@ -6,6 +6,7 @@
 #include <QMenu>
 #include <QScopedValueRollback>
 #include <QScrollArea>
+#include <QScrollBar>
 
 #include "model/Canvas.h"
 #include "platform/MainWindow.h"
@@ -29,6 +30,9 @@ QPoint PlaceOf(const Canvas& canvas) {
     return {qRound(double(canvas.Left()) / Twips::PerPixel(Qt::Horizontal)),
             qRound(double(canvas.Top()) / Twips::PerPixel(Qt::Vertical))};
 }
+
+/// The frame finds a place for a canvas whose file holds none, which reads as the very corner.
+bool HasPlace(const Canvas& canvas) { return canvas.Left() != 0 || canvas.Top() != 0; }
 
 }  // namespace
 
@@ -80,9 +84,8 @@ void CanvasWindow::Place(const Canvas& canvas) {
             Fit(canvas);
             shownSize_ = size;
         }
-        // Without a place of its own it stays where the frame puts it.
         const QPoint place = PlaceOf(canvas);
-        if (!place.isNull() && place != knownPlace_) move(place);
+        if (HasPlace(canvas) && place != knownPlace_) move(place - Scrolled());
         knownPlace_ = place;
     }
     if (minimized == isMinimized() || (!minimized && isMaximized())) return;
@@ -137,7 +140,7 @@ void CanvasWindow::showEvent(QShowEvent* event) {
     QMetaObject::invokeMethod(
         this,
         [this] {
-            settledPlace_ = pos();
+            settledPlace_ = FramePlace();
             settled_ = true;
         },
         Qt::QueuedConnection);
@@ -148,15 +151,26 @@ bool CanvasWindow::eventFilter(QObject* watched, QEvent* event) {
     return QMdiSubWindow::eventFilter(watched, event);
 }
 
+/// How far the frame's contents are scrolled: that moves its windows, but not their places.
+QPoint CanvasWindow::Scrolled() const {
+    const QMdiArea* frame = mdiArea();
+    return frame ? QPoint(frame->horizontalScrollBar()->value(), frame->verticalScrollBar()->value())
+                 : QPoint();
+}
+
+QPoint CanvasWindow::FramePlace() const { return pos() + Scrolled(); }
+
 void CanvasWindow::moveEvent(QMoveEvent* event) {
     QMdiSubWindow::moveEvent(event);
-    if (!Settled() || isMinimized() || isMaximized() || pos() == settledPlace_) return;
+    const QPoint place = FramePlace();
+    if (!Settled() || isMinimized() || isMaximized() || place == settledPlace_) return;
     Canvas* canvas = workspace_.CanvasAt(slot_);
     if (!canvas) return;
     const QScopedValueRollback placing(placing_, true);
-    settledPlace_ = knownPlace_ = pos();
-    canvas->SetLeft(x() * Twips::PerPixel(Qt::Horizontal));
-    canvas->SetTop(y() * Twips::PerPixel(Qt::Vertical));
+    settledPlace_ = knownPlace_ = place;
+    // The very corner would read as no place: less than a pixel beside it does not.
+    canvas->SetLeft(place.isNull() ? 1 : place.x() * Twips::PerPixel(Qt::Horizontal));
+    canvas->SetTop(place.y() * Twips::PerPixel(Qt::Vertical));
 }
 
 void CanvasWindow::changeEvent(QEvent* event) {

@@ -33,6 +33,9 @@ public:
     /// The caption, with the mark of unsaved changes.
     void ShowCaption();
 
+    /// Where the window is in the frame, however far that is scrolled.
+    QPoint FramePlace() const;
+
     /// Shows the window, and a minimized one at its size.
     void BringBack();
 
@@ -45,6 +48,7 @@ protected:
 
 private:
     bool Settled() const;
+    QPoint Scrolled() const;
     void Place(const Canvas& canvas);
     void Fit(const Canvas& canvas);
     void FrameResized();

@@ -225,14 +225,17 @@ void frmMain::Appear() {
     if (parts_->state != WindowState::Minimized) KeepState(windowState());
 }
 
-/// In the tray, else in the task bar: shown and then minimized, as window managers open a window that is
-/// shown for the first time in whatever state.
 void frmMain::AppearMinimized() {
     Setup().startupState = static_cast<int>(WindowState::Minimized);
     if (InTray()) return parts_->trayLook->start(TrayLookMilliseconds);
+    ShowInTaskBar();
+}
+
+/// Shown and then minimized, as window managers open a window that is shown and activated in whatever state.
+void frmMain::ShowInTaskBar() {
     const bool maximized = Setup().startupLastNonMinimizedState == static_cast<int>(WindowState::Maximized);
     setAttribute(Qt::WA_ShowWithoutActivating);
-    if (maximized) setWindowState(Qt::WindowMaximized);
+    setWindowState(maximized ? Qt::WindowMaximized : Qt::WindowNoState);
     show();
     setWindowState(windowState() | Qt::WindowMinimized);
     setAttribute(Qt::WA_ShowWithoutActivating, false);
@@ -242,7 +245,7 @@ void frmMain::AppearMinimized() {
 void frmMain::LookForTray() {
     if (!isVisible() && InTray()) return;
     parts_->trayLook->stop();
-    if (!isVisible()) showMinimized();
+    if (!isVisible()) ShowInTaskBar();
 }
 
 bool frmMain::InTray() const { return parts_->tray && TrayIcon::Available(); }

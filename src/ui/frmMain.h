@@ -67,6 +67,7 @@ private:
     void MakePanels();
     bool InTray() const;
     void AppearMinimized();
+    void ShowInTaskBar();
     void LookForTray();
     void KeepState(Qt::WindowStates before);
     void KeepPlace();

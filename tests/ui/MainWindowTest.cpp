@@ -5,10 +5,12 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTableWidget>
 
 #include "core/ErrorReport.h"
@@ -77,7 +79,7 @@ TEST_F(MainWindowTest, AppearsAsTheStartUpModeSays) {
         DesktopRun one;
         one.Start(settings);
         EXPECT_EQ(one.Window().isMinimized(), state == WindowState::Minimized);
-        EXPECT_EQ(one.Window().isMaximized(), state == WindowState::Maximized);
+        EXPECT_EQ(one.Window().isMaximized() && !one.Window().isMinimized(), state == WindowState::Maximized);
         EXPECT_EQ(tessaloom::Setup().startupState, static_cast<int>(state));
         EXPECT_EQ(tessaloom::Setup().startupLastNonMinimizedState, lastState);
         if (place.isValid()) {
@@ -87,6 +89,28 @@ TEST_F(MainWindowTest, AppearsAsTheStartUpModeSays) {
         EXPECT_FALSE(one.Window().isMinimized());
         EXPECT_EQ(one.Window().isMaximized(), lastState == 2);
     }
+}
+
+TEST_F(MainWindowTest, FitsWindowsToTheFrameUntilTheyAreSizedAndLeadsTabFromTheSearchIntoTheForm) {
+    StartWithCanvas();
+    Open().Canvas(1).SetWidth(1600);
+    Open().Canvas(1).SetHeight(1200);
+    auto& window = run.Find<QMdiSubWindow>("Canvas01");
+    QCoreApplication::processEvents();
+    const QSize fitted = window.size();
+    run.Window().resize(run.Window().size() + QSize(300, 300));
+    QCoreApplication::processEvents();
+    EXPECT_GT(window.width(), fitted.width());
+    window.resize(200, 150);
+    run.Window().resize(run.Window().size() - QSize(100, 100));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(window.size(), QSize(200, 150));
+
+    run.Command("cmdAddText").trigger();
+    QWidget* next = &run.Find<QLineEdit>("search");
+    do next = next->nextInFocusChain();
+    while (!(next->focusPolicy() & Qt::TabFocus) || !next->isVisible());
+    EXPECT_EQ(next->objectName(), "groupText");
 }
 
 TEST_F(MainWindowTest, KeepsItsPlaceWhileItIsMoved) {
@@ -162,6 +186,19 @@ TEST_F(MainWindowTest, KeepsThePlaceOfAChildWindowInItsCanvas) {
     child.move(20, 10);
     EXPECT_EQ(canvas.Left(), 20 * Twips::PerPixel(Qt::Horizontal));
     EXPECT_EQ(canvas.Top(), 10 * Twips::PerPixel(Qt::Vertical));
+    child.move(0, 0);  // still a place of its own
+    EXPECT_NE(canvas.Left(), 0);
+    EXPECT_EQ(canvas.Top(), 0);
+
+    // Scrolling the frame moves its windows and changes nothing.
+    child.move(2000, 10);
+    Open().Canvas(1).SetNeedSaving(false);
+    QScrollBar& bar = *run.Window().Area().horizontalScrollBar();
+    ASSERT_GT(bar.maximum(), 0);
+    bar.setValue(bar.maximum());
+    EXPECT_LT(child.x(), 2000);
+    EXPECT_EQ(canvas.Left(), 2000 * Twips::PerPixel(Qt::Horizontal));
+    EXPECT_FALSE(canvas.NeedSaving());
     child.showMinimized();
     EXPECT_EQ(canvas.WindowState(), 1);
     child.showNormal();
