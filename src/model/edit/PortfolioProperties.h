@@ -31,7 +31,7 @@ inline constexpr auto Motion = WithDefaults({
      .tip = "How much of the picture must change; the scale is logarithmic: 50 % are a thousandth of it."},
     {.name = "MotionDiffPreBlurRadius", .label = "&Blur before", .group = "Detection", .kind = PropertyKind::Choice,
      .low = 0, .high = 3, .choices = PropertyChoices::Blurs, .tip = "Against the noise of the camera."},
-    {.name = "MotionTriggerRestInterval", .label = "&Rest between two motions", .group = "Detection",
+    {.name = "MotionTriggerRestInterval", .label = "&Rest after a motion", .group = "Detection",
      .kind = PropertyKind::Choice, .low = -60, .high = 60, .choices = PropertyChoices::RestIntervals},
     {.name = "MotionBeep", .label = "Bee&p", .group = "On motion", .kind = PropertyKind::Switch},
     {.name = "MotionSaveFixed", .label = "&Save to one file", .group = "On motion", .kind = PropertyKind::Switch},

@@ -31,14 +31,14 @@ MotionDetectSetup::MotionDetectSetup(Workspace& workspace, int feed, QWidget* pa
     settings->addWidget(form_, 1);
     settings->addWidget(difference_);
     auto* sides = new QHBoxLayout;
-    sides->addLayout(settings, 1);
-    sides->addWidget(new MotionPane(workspace, feed), 1);
+    sides->addLayout(settings, 2);
+    sides->addWidget(new MotionPane(workspace, feed), 3);
     Contents()->addLayout(sides);
     if (Portfolio* portfolio = workspace.Portfolio()) form_->Show(PropertySets::Motion(*portfolio, feed));
     connect(&workspace, &Workspace::Pulse, this, &MotionDetectSetup::Refresh);
     Refresh();
     const QFontMetrics font = fontMetrics();
-    resize(font.averageCharWidth() * 130, font.height() * 40);
+    resize(font.averageCharWidth() * 155, font.height() * 40);
 }
 
 MotionDetect* MotionDetectSetup::Motion() const {

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPointer>
 #include <QScrollBar>
 #include <QTabWidget>
 #include <QToolButton>
@@ -40,7 +41,7 @@ constexpr QChar HeadingSeparator = '|';
 /// Hands on to the set that is shown now, so that the editors outlive a change between things of one kind.
 class ShownSet final : public PropertySet {
 public:
-    std::unique_ptr<PropertySet> inner;
+    std::shared_ptr<PropertySet> inner;
 
     std::span<const Property> Properties() const override {
         return inner ? inner->Properties() : std::span<const Property>();
@@ -48,7 +49,8 @@ public:
     bool Exists() const override { return inner && inner->Exists(); }
     std::string Get(std::size_t row) const override { return inner ? inner->Get(row) : std::string(); }
     KeyFault Set(std::size_t row, const std::string& text) override {
-        return inner ? inner->Set(row, text) : KeyFault::None;
+        const auto kept = inner;  // another may be shown meanwhile
+        return kept ? kept->Set(row, text) : KeyFault::None;
     }
     int CanvasSlot() const override { return inner ? inner->CanvasSlot() : 0; }
     Schedule* ScheduleOf(std::size_t row) const override { return inner ? inner->ScheduleOf(row) : nullptr; }
@@ -187,7 +189,8 @@ struct PropertyForm::Parts {
                 for (std::size_t row = group->First(); row < group->End(); ++row) RefreshRow(row, always);
     }
 
-    void Apply(std::size_t row, const std::string& text) {
+    /// form: may go meanwhile, as what is set may run a script that shows a box.
+    void Apply(std::size_t row, const std::string& text, const QPointer<PropertyForm>& form) {
         if (!set.Exists()) return;
         const Property& property = Description(row);
         const int slot = set.CanvasSlot();
@@ -197,6 +200,7 @@ struct PropertyForm::Parts {
                              MergeKey(row));
             fault = set.Set(row, text);
         }
+        if (!form || row >= rows.size()) return;
         PropertyRow& shown = rows[row];
         shown.value = set.Get(row);
         shown.Remark(Objection(property, fault, text, workspace.Services().locale));
@@ -270,13 +274,13 @@ void PropertyForm::Show(std::unique_ptr<PropertySet> set, const QString& emptyTe
     Parts& parts = *parts_;
     if (parts.body) parts.FinishEditing();
     parts.Seal();
-    std::swap(parts.set.inner, set);
+    const std::shared_ptr<PropertySet> before = std::exchange(parts.set.inner, std::move(set));
     const auto now = parts.set.Properties();
     if (now.empty()) {
         ShowEmpty(emptyText);
         return;
     }
-    if (!parts.body || !set || !SameKind(set->Properties(), now)) Build();
+    if (!parts.body || !before || !SameKind(before->Properties(), now)) Build();
     parts.found.clear();
     for (std::size_t row = 0; row < now.size(); ++row) {
         parts.found.push_back(parts.set.Get(row));
@@ -310,8 +314,9 @@ QWidget* PropertyForm::EditorOf(std::string_view name) const {
 bool PropertyForm::TakeTyped() {
     if (!parts_->body || !parts_->set.Exists()) return true;
     for (std::size_t row = 0; row < parts_->rows.size(); ++row) {
-        parts_->rows[row].editor->Finish();
-        if (!parts_->rows[row].editor->Mistaken()) continue;
+        PropertyEditor& editor = *parts_->rows[row].editor;
+        editor.Finish();
+        if (!editor.isEnabled() || !editor.Mistaken()) continue;
         FocusOn(parts_->Description(row).name);
         return false;
     }
@@ -415,18 +420,22 @@ PropertyGroup* PropertyForm::AddGroup(const QString& heading, std::size_t firstR
 
 void PropertyForm::ConnectRow(std::size_t row) {
     const PropertyRow& made = parts_->rows[row];
-    connect(made.editor, &PropertyEditor::Entered, this, [this, row](const std::string& text) {
-        parts_->Apply(row, text);
-        Q_EMIT Changed(Words(parts_->Description(row).name));
-    });
+    connect(made.editor, &PropertyEditor::Entered, this,
+            [this, row](const std::string& text) { Apply(row, text); });
     connect(made.editor, &PropertyEditor::Wrong, this,
             [this, row](const QString& reason) { parts_->rows[row].Remark(reason); });
     connect(made.reset, &QToolButton::clicked, this, [this, row] {
-        const Property& property = parts_->Description(row);
-        parts_->rows[row].editor->Show(std::string(property.fallback));
-        parts_->Apply(row, std::string(property.fallback));
-        Q_EMIT Changed(Words(property.name));
+        const std::string fallback(parts_->Description(row).fallback);
+        parts_->rows[row].editor->Show(fallback);
+        Apply(row, fallback);
     });
+}
+
+void PropertyForm::Apply(std::size_t row, std::string text) {
+    const QPointer<PropertyForm> form(this);
+    const std::shared_ptr<Parts> parts = parts_;  // outlive the form
+    parts->Apply(row, text, form);
+    if (form && row < parts->rows.size()) Q_EMIT Changed(Words(parts->Description(row).name));
 }
 
 void PropertyForm::FocusMoved(QWidget* from, QWidget* to) {

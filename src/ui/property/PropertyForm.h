@@ -2,6 +2,7 @@
 
 #include <QScrollArea>
 #include <memory>
+#include <string>
 #include <string_view>
 
 #include "model/edit/PropertySet.h"
@@ -57,9 +58,10 @@ private:
     void Build();
     PropertyGroup* AddGroup(const QString& heading, std::size_t firstRow);
     void ConnectRow(std::size_t row);
+    void Apply(std::size_t row, std::string text);
     void FocusMoved(QWidget* from, QWidget* to);
 
-    std::unique_ptr<Parts> parts_;
+    std::shared_ptr<Parts> parts_;
 };
 
 }  // namespace tessaloom

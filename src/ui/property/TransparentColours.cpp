@@ -46,6 +46,7 @@ public:
         box_->setRange(0, 100);
         box_->setSuffix(tr(" %"));
         slider_->setRange(0, 100);
+        slider_->setMinimumWidth(fontMetrics().averageCharWidth() * 12);
         slider_->setFocusPolicy(Qt::NoFocus);  // the number does for the keyboard
         auto* row = new QHBoxLayout(this);
         row->setContentsMargins(0, 0, 0, 0);
@@ -101,7 +102,9 @@ private:
 
 /// Half one colour, half the other.
 QIcon Swatch(const QColor& first, const QColor& second, int size) {
-    QPixmap picture(size, size);
+    const qreal pixels = qApp->devicePixelRatio();
+    QPixmap picture(QSize(size, size) * pixels);
+    picture.setDevicePixelRatio(pixels);
     picture.fill(first);
     QPainter painter(&picture);
     painter.fillRect(QRect(size / 2, 0, size - size / 2, size), second);
