@@ -26,7 +26,12 @@ private:
         if (type != QTextDocument::ImageResource) return QTextBrowser::loadResource(type, name);
         QImage picture(address.toLocalFile());
         const int room = width() - 2 * fontMetrics().height() - verticalScrollBar()->sizeHint().width();
-        return picture.width() > room ? picture.scaledToWidth(room, Qt::SmoothTransformation) : picture;
+        if (picture.width() <= room) return picture;
+        // Fine screens show all of its pixels in the same room.
+        const int pixels = std::min(picture.width(), qRound(room * devicePixelRatioF()));
+        if (pixels < picture.width()) picture = picture.scaledToWidth(pixels, Qt::SmoothTransformation);
+        picture.setDevicePixelRatio(double(pixels) / room);
+        return picture;
     }
 
     void doSetSource(const QUrl& name, QTextDocument::ResourceType type) override {
@@ -83,8 +88,9 @@ ManualWindow::ManualWindow(const QString& file, QWidget* parent)
     connect(close, &QAction::triggered, this, &QWidget::close);
     addAction(close);
     const QFontMetrics font = fontMetrics();
-    resize(font.averageCharWidth() * 120, font.height() * 48);
+    resize(font.averageCharWidth() * 140, font.height() * 48);
     pages_->resize(size());  // pictures are fitted as they are read
+    pages_->setFocus();
     pages_->setSource(QUrl::fromLocalFile(file));
 }
 
