@@ -65,6 +65,7 @@ private:
         return Description().kind != PropertyKind::Real && Description().kind != PropertyKind::Angle;
     }
 
+    /// Most ranges are of one width, so that boxes and units stand beneath each other.
     int Characters() const {
         const auto digits = [](double value) { return modNumbers::CStrNI(std::trunc(value)).size(); };
         const auto whole = std::max(digits(Description().low), digits(Description().high));
