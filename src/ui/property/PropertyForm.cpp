@@ -314,9 +314,10 @@ QWidget* PropertyForm::EditorOf(std::string_view name) const {
 bool PropertyForm::TakeTyped() {
     if (!parts_->body || !parts_->set.Exists()) return true;
     for (std::size_t row = 0; row < parts_->rows.size(); ++row) {
-        PropertyEditor& editor = *parts_->rows[row].editor;
-        editor.Finish();
-        if (!editor.isEnabled() || !editor.Mistaken()) continue;
+        const QPointer<PropertyEditor> editor(parts_->rows[row].editor);
+        editor->Finish();
+        if (!editor) return true;  // the form went while what was taken showed a box
+        if (!editor->isEnabled() || !editor->Mistaken()) continue;
         FocusOn(parts_->Description(row).name);
         return false;
     }

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QPointer>
 #include <QVBoxLayout>
 
 #include "ui/shared/EntryForm.h"
@@ -37,8 +38,9 @@ void SetupWindow::done(int result) {
 }
 
 void SetupWindow::Keep() {
+    const QPointer<SetupWindow> alive(this);  // what is taken may show a box, while which the window may go
     for (QWidget* part : findChildren<QWidget*>())
-        if (auto* form = dynamic_cast<EntryForm*>(part); form && !form->TakeTyped()) return;
+        if (auto* form = dynamic_cast<EntryForm*>(part); form && (!form->TakeTyped() || !alive)) return;
     accept();
 }
 
