@@ -91,6 +91,18 @@ TEST_F(MainWindowTest, AppearsAsTheStartUpModeSays) {
     }
 }
 
+TEST_F(MainWindowTest, HasEachMnemonicOnceInAMenu) {
+    run.Start();
+    for (const QMenu* menu : run.Window().findChildren<QMenu*>()) {
+        QStringList seen;
+        for (const QAction* action : menu->actions()) {
+            const QString keys = QKeySequence::mnemonic(action->text()).toString();
+            EXPECT_FALSE(!keys.isEmpty() && seen.contains(keys)) << action->text().toStdString();
+            seen += keys;
+        }
+    }
+}
+
 TEST_F(MainWindowTest, FitsWindowsToTheFrameUntilTheyAreSizedAndLeadsTabFromTheSearchIntoTheForm) {
     StartWithCanvas();
     Open().Canvas(1).SetWidth(1600);

@@ -93,7 +93,7 @@ QMenu* MakeLayerMenu(CanvasEditor& editor, Workspace& workspace, int canvas, std
     }
     AddCommands(*menu, EditRows, editor, !selection.empty());
     menu->addSeparator();
-    QMenu* add = menu->addMenu(QObject::tr("A&dd"));
+    QMenu* add = menu->addMenu(QObject::tr("Add &New"));
     add->setObjectName("AddMenu");
     AddCommands(*add, AddRows, editor, true);
     return menu;
