@@ -92,9 +92,13 @@ public:
         return nullptr;
     }
 
+    /// Other windows may come up meanwhile.
     static void Activate(QWidget& window) {
-        window.activateWindow();
-        EXPECT_TRUE(Wait([&] { return window.isActiveWindow(); })) << window.windowTitle().toStdString();
+        const auto active = [&] {
+            if (!window.isActiveWindow()) window.activateWindow();
+            return window.isActiveWindow();
+        };
+        EXPECT_TRUE(Wait(active)) << window.windowTitle().toStdString();
     }
 
     static void Click(QWidget& control) {
