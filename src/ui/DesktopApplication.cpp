@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "core/ErrorReport.h"
+#include "ui/ProgramIcon.h"
 
 namespace tessaloom {
 
@@ -22,6 +23,7 @@ DesktopApplication::DesktopApplication(int& argc, char** argv) : QApplication(ar
     // Else the toolkit puts the program's name behind the title of every box.
     setApplicationDisplayName("");
     setDesktopFileName("tessaloom");
+    setWindowIcon(ProgramIcon());
     // The main window may be in the tray while the last set-up window closes.
     setQuitOnLastWindowClosed(false);
 }
