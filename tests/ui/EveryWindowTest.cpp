@@ -166,6 +166,8 @@ bool IsInner(const QWidget& widget) {
 
 TEST_F(EveryWindowTest, NamesAllThatTheKeyboardReachesAndHasEachMnemonicOnce) {
     ForEach([](QWidget& window) {
+        const QWidget* first = window.focusWidget();
+        EXPECT_TRUE(first && !first->inherits("QPushButton")) << "the first field has the focus";
         ForEachPage(window, [&] {
             std::map<QString, QStringList> mnemonics;
             const auto note = [&](const QString& text) {

@@ -48,7 +48,10 @@ CanvasSetup::CanvasSetup(Workspace& workspace, int canvas, QWidget* parent)
     resize(std::max(font.averageCharWidth() * 90, allTabs), font.height() * 38);
 }
 
-void CanvasSetup::SelectPage(CanvasPage page) { tabs_->setCurrentIndex(static_cast<int>(page)); }
+void CanvasSetup::SelectPage(CanvasPage page) {
+    PropertyForm* form = pages_[static_cast<std::size_t>(page)]->Form();
+    form->FocusOn(form->Set()->Properties().front().name);
+}
 
 void CanvasSetup::Refresh() {
     const Canvas* canvas = TheWorkspace().CanvasAt(canvas_);

@@ -110,7 +110,10 @@ QIcon Swatch(const QColor& first, const QColor& second, int size) {
     painter.fillRect(QRect(size / 2, 0, size - size / 2, size), second);
     painter.setPen(Qt::gray);
     painter.drawRect(0, 0, size - 1, size - 1);
-    return picture;
+    painter.end();
+    QIcon icon(picture);
+    icon.addPixmap(picture, QIcon::Selected);  // not tinted: it shows a colour
+    return icon;
 }
 
 QString NameOf(const QColor& colour) { return colour.name().toUpper(); }
@@ -209,6 +212,7 @@ private:
         list_->setRootIsDecorated(false);
         list_->setUniformRowHeights(true);
         list_->header()->setStretchLastSection(false);
+        list_->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
         list_->header()->setSectionResizeMode(RangeColumn, QHeaderView::Stretch);
         list_->setMinimumHeight(fontMetrics().lineSpacing() * 7);
         connect(list_, &QTreeWidget::currentItemChanged, this, [this] { ShowCurrent(); });

@@ -4,6 +4,9 @@
 #include <QDialogButtonBox>
 #include <QPointer>
 #include <QVBoxLayout>
+#include <algorithm>
+#include <utility>
+#include <vector>
 
 #include "ui/shared/EntryForm.h"
 #include "ui/shared/Workspace.h"
@@ -52,10 +55,29 @@ SetupWindow* SetupWindow::FindOpen(const QString& name) {
     return nullptr;
 }
 
+void SetupWindow::OrderFocus() {
+    std::vector<QWidget*> contents, buttons;
+    for (QWidget* next = nextInFocusChain(); next != this; next = next->nextInFocusChain())
+        if (next->focusPolicy() & Qt::TabFocus && !next->focusProxy())
+            (buttons_->isAncestorOf(next) ? buttons : contents).push_back(next);
+    if (contents.empty()) return;
+    QWidget* last = contents.back();
+    for (QWidget* button : buttons) setTabOrder(std::exchange(last, button), button);
+    if (focusWidget() && !buttons_->isAncestorOf(focusWidget())) return;
+    const auto entry = std::ranges::find_if(contents, [this](const QWidget* part) {
+        const bool heading = part->inherits("QToolButton") || part->inherits("QTabBar");
+        return !heading && !part->inherits("QScrollArea") && part->isEnabledTo(this) &&
+               part->isVisibleTo(this);
+    });
+    if (entry != contents.end()) (*entry)->setFocus();
+}
+
 void SetupWindow::ShowInFront() {
-    if (!isVisible())
+    if (!isVisible()) {
         restoreGeometry(QByteArray::fromBase64(
             QByteArray::fromStdString(workspace_.Remembered(objectName().toStdString()))));
+        OrderFocus();
+    }
     show();
     raise();
     activateWindow();

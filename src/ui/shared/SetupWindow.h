@@ -55,6 +55,9 @@ private:
     static SetupWindow* FindOpen(const QString& name);
     void ShowInFront();
 
+    /// Tab goes through the contents, then the buttons; the first field has the focus.
+    void OrderFocus();
+
     Workspace& workspace_;
     QVBoxLayout* contents_;
     QDialogButtonBox* buttons_;
