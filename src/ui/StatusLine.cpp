@@ -1,10 +1,12 @@
 #include "ui/StatusLine.h"
 
+#include <QDateTime>
 #include <QLabel>
 #include <QStatusBar>
 #include <QStringList>
 #include <cmath>
 #include <optional>
+#include <utility>
 
 #include "core/main/modMain.h"
 #include "model/Canvas.h"
@@ -17,6 +19,9 @@
 namespace tessaloom {
 
 namespace {
+
+constexpr int WarningSeconds = 120;
+constexpr int MostWarnings = 10;
 
 QString TimeOf(double moment) {
     constexpr int Minute = 60, Hour = 60 * Minute;
@@ -101,6 +106,7 @@ std::optional<Event> NextEvent(Portfolio& portfolio) {
 void SetText(QLabel* label, const QString& text) {
     if (label->text() == text) return;
     label->setText(text);
+    label->setToolTip(label->accessibleName() + "\n" + text);  // which may be cut off in the bar
     label->setVisible(!text.isEmpty());
 }
 
@@ -124,11 +130,36 @@ StatusLine::StatusLine(Workspace& workspace, QStatusBar* bar) : QObject(bar), wo
     feeds_ = add("lblFeeds", "Frames per second of the video feeds", 2);
     last_ = add("lblLast", "Last publication and its result", 3);
     next_ = add("lblNext", "Next publication", 3);
+    warning_ = add("lblWarning", "Last warning", 4);
+    // What could not be read, reached or written is known to the log alone.
+    log_ = SetLogSink({});
+    SetLogSink([this](LogLevel level, std::string_view line) {
+        if (log_) log_(level, line);
+        if (level > LogLevel::Warning) return;
+        const QString text = QString::fromUtf8(line.data(), static_cast<qsizetype>(line.size()));
+        QMetaObject::invokeMethod(
+            this, [this, text] { Warn(text); }, Qt::QueuedConnection);
+    });
     connect(&workspace_, &Workspace::Pulse, this, &StatusLine::Refresh);
     Refresh();
 }
 
+StatusLine::~StatusLine() { SetLogSink(std::move(log_)); }
+
+void StatusLine::Warn(const QString& text) {
+    warningPulses_ = WarningSeconds * 1000 / Workspace::PulseMilliseconds;
+    warnings_.prepend(QTime::currentTime().toString("HH:mm:ss ") + text);
+    while (warnings_.size() > MostWarnings) warnings_.removeLast();
+    const QString count = warnings_.size() > 1 ? QString("%1 warnings: ").arg(warnings_.size()) : QString();
+    SetText(warning_, count + warnings_.front());
+    warning_->setToolTip(warnings_.join('\n'));
+}
+
 void StatusLine::Refresh() {
+    if (warningPulses_ > 0 && --warningPulses_ == 0) {
+        warnings_.clear();
+        SetText(warning_, {});
+    }
     Portfolio* portfolio = workspace_.Portfolio();
     SetText(load_, Load());
     SetText(feeds_, Feeds());
