@@ -100,7 +100,20 @@ void CanvasWindow::Fit(const Canvas& canvas) {
 /// The frame has its own size only after its windows were made; what the person sized stays as it is.
 void CanvasWindow::FrameResized() {
     const Canvas* canvas = workspace_.CanvasAt(slot_);
-    if (canvas && size() == fitted_ && !isMinimized() && !isMaximized()) Fit(*canvas);
+    if (!canvas || isMinimized() || isMaximized()) return;
+    if (size() == fitted_) Fit(*canvas);
+    if (settled_ && !HasPlace(*canvas)) PutInSight();
+}
+
+/// Near the place that the frame found, and within the frame as far as that is large enough.
+void CanvasWindow::PutInSight() {
+    const QMdiArea* frame = mdiArea();
+    if (!frame) return;
+    const QScopedValueRollback placing(placing_, true);
+    const QSize room = (frame->contentsRect().size() - size()).expandedTo({0, 0});
+    const QPoint place(qBound(0, foundPlace_.x(), room.width()), qBound(0, foundPlace_.y(), room.height()));
+    move(place - Scrolled());
+    settledPlace_ = FramePlace();
 }
 
 /// The whole picture, as large as it is or as large as the frame allows.
@@ -140,8 +153,9 @@ void CanvasWindow::showEvent(QShowEvent* event) {
     QMetaObject::invokeMethod(
         this,
         [this] {
-            settledPlace_ = FramePlace();
+            settledPlace_ = foundPlace_ = FramePlace();
             settled_ = true;
+            FrameResized();
         },
         Qt::QueuedConnection);
 }

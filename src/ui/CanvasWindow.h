@@ -52,6 +52,7 @@ private:
     void Place(const Canvas& canvas);
     void Fit(const Canvas& canvas);
     void FrameResized();
+    void PutInSight();
     QSize FittingSize(const Canvas& canvas) const;
 
     Workspace& workspace_;
@@ -61,6 +62,7 @@ private:
     QSize shownSize_;      ///< Of the canvas when the window was last fitted to it.
     QSize fitted_;         ///< Of the window then.
     QPoint knownPlace_;    ///< The canvas's place when it was last looked at.
+    QPoint foundPlace_;    ///< Where the frame put the window at first.
     QPoint settledPlace_;  ///< Where the window was when it was last left alone.
     bool settled_ = false;
     bool placing_ = false;
