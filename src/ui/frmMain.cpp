@@ -42,6 +42,8 @@ namespace {
 /// What the settings file holds of one value, in characters, is limited; the layout takes several.
 constexpr qsizetype LayoutPiece = 200;
 constexpr int MostLayoutPieces = 16;
+/// How long the window may take to get its size once it appears.
+constexpr int AppearMilliseconds = 1000;
 /// How often a window in the tray looks whether that is still there.
 constexpr int TrayLookMilliseconds = 3000;
 /// Told to the toolkit, so that a layout with other panels is not taken for this one.
@@ -89,6 +91,7 @@ struct frmMain::Parts {
     MenuBar* menus = nullptr;
     std::unique_ptr<TrayIcon> tray = nullptr;
     QTimer* trayLook = nullptr;
+    QByteArray layout = {};                   ///< Of the panels, until the window has got its size.
     WindowState state = WindowState::Normal;  ///< In which the window is to appear.
     bool appeared = false;                    ///< From then on its place and state are the person's.
     bool closing = false;                     ///< The person is being asked about the end.
@@ -319,10 +322,15 @@ void frmMain::moveEvent(QMoveEvent* event) {
 void frmMain::resizeEvent(QResizeEvent* event) {
     QMainWindow::resizeEvent(event);
     KeepPlace();
+    // The sizes of the panels are right in the size that the window had with them.
+    if (!parts_->layout.isEmpty())
+        QTimer::singleShot(0, this, [this] { restoreState(parts_->layout, LayoutVersion); });
 }
 
 void frmMain::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
+    if (!parts_->layout.isEmpty())
+        QTimer::singleShot(AppearMilliseconds, this, [this] { parts_->layout.clear(); });
     UpdateAwake();
 }
 
@@ -352,7 +360,8 @@ void frmMain::RestoreLayout() {
     std::string layout;
     for (int piece = 0; piece < MostLayoutPieces; ++piece)
         layout += parts_->workspace.Remembered(LayoutKey(piece));
-    restoreState(QByteArray::fromBase64(QByteArray::fromStdString(layout)), LayoutVersion);
+    parts_->layout = QByteArray::fromBase64(QByteArray::fromStdString(layout));
+    restoreState(parts_->layout, LayoutVersion);
 }
 
 // --- Canvases ---
