@@ -70,7 +70,7 @@ private:
         const auto digits = [](double value) { return modNumbers::CStrNI(std::trunc(value)).size(); };
         const auto whole = std::max(digits(Description().low), digits(Description().high));
         const int fraction = Description().decimals > 0 ? Description().decimals + 1 : 0;
-        return std::clamp(static_cast<int>(whole) + fraction, 5, 10);
+        return std::clamp(static_cast<int>(whole) + fraction, 6, 10);
     }
 
     /// Narrow ranges go by their last digit, wide ones by ones.
