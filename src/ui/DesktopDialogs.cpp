@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QScreen>
+#include <QSpacerItem>
 #include <QTimer>
 #include <algorithm>
 #include <utility>
@@ -74,6 +75,14 @@ QString NameFilter(const std::string& filter) {
     return filters.join(";;");
 }
 
+/// A box is made as wide as its text; its title needs room, too, beside the buttons of its frame.
+int RoomForTitle(const QWidget& box) {
+    constexpr int FrameButtons = 10, Most = 40;  // heights of a line
+    const int line = box.fontMetrics().height();
+    return std::min(box.fontMetrics().horizontalAdvance(box.windowTitle()) + FrameButtons * line,
+                    Most * line);
+}
+
 }  // namespace
 
 DesktopDialogs::DesktopDialogs() = default;
@@ -87,16 +96,14 @@ QWidget* DesktopDialogs::Parent() const {
 /// Runs the dialog in an event loop of its own; the code it ended with.
 int DesktopDialogs::Wait(QDialog& dialog, QLabel* countdown) {
     const bool wasRunning = Flags().running;
-    const bool wasWithoutQuestions = Flags().withoutQuestions;
     const int patience = Patience();
     QElapsedTimer open;
     open.start();
     QTimer look;
     QObject::connect(&look, &QTimer::timeout, &dialog, [&] {
         const bool ending = wasRunning && !Flags().running && !closing_;
-        const bool hurried = !wasWithoutQuestions && Flags().withoutQuestions;
         const qint64 left = patience - open.elapsed() / 1000;
-        if (ending || hurried || (patience > 0 && left <= 0)) return dialog.reject();
+        if (ending || Flags().withoutQuestions || (patience > 0 && left <= 0)) return dialog.reject();
         if (!countdown || patience <= 0 || left > CountdownSeconds) return;
         countdown->setText(QString("Closes by itself in %1 s").arg(left));
         countdown->show();
@@ -117,8 +124,10 @@ Answer DesktopDialogs::MessageBox(std::string_view text, std::string_view title,
     QLabel countdown(&box);
     countdown.setObjectName("lblCountdown");
     countdown.hide();
-    if (auto* grid = qobject_cast<QGridLayout*>(box.layout()))
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
         grid->addWidget(&countdown, grid->rowCount(), 0, 1, -1);
+        grid->addItem(new QSpacerItem(RoomForTitle(box), 0), grid->rowCount(), 0, 1, -1);
+    }
     Wait(box, &countdown);
     const QAbstractButton* pressed = box.clickedButton();
     const QMessageBox::StandardButton which =
@@ -204,8 +213,8 @@ void DesktopDialogs::UnloadStatus() { status_.reset(); }
 
 void DesktopDialogs::AddReport(const ErrorReport& report) {
     if (!reports_) reports_ = std::make_unique<ErrorDebugReport>();
-    reports_->Add(report);
-    if (reports_->isVisible() || !Flags().running) return;
+    // An error that goes on happening does not bring back the window that the person closed.
+    if (!reports_->Add(report) || reports_->isVisible() || !Flags().running) return;
     reports_->setAttribute(Qt::WA_ShowWithoutActivating);
     reports_->show();
 }

@@ -1,7 +1,6 @@
 #include "ui/DesktopMainWindow.h"
 
 #include <QApplication>
-#include <QDialog>
 #include <utility>
 
 #include "ui/CanvasForm.h"
@@ -82,8 +81,8 @@ void DesktopMainWindow::EnablePortfolioCommands(bool enable) {
 void DesktopMainWindow::UnloadSetupWindows() { workspace_->PortfolioClosing(); }
 
 void DesktopMainWindow::UnloadSecondaryWindows() {
-    for (QWidget* window : QApplication::topLevelWidgets())
-        if (window != window_ && qobject_cast<QDialog*>(window)) window->close();
+    if (window_)
+        for (QWidget* window : window_->SecondaryWindows()) window->close();
     dialogs_.UnloadReports();
 }
 

@@ -60,11 +60,12 @@ ErrorDebugReport::ErrorDebugReport(QWidget* parent) : QDialog(parent) {
     resize(40 * unit, 24 * unit);
 }
 
-void ErrorDebugReport::Add(const ErrorReport& report) {
+bool ErrorDebugReport::Add(const ErrorReport& report) {
     const auto found = std::find_if(entries_.begin(), entries_.end(),
                                     [&](const Entry& entry) { return entry.report == report; });
+    const bool known = found != entries_.end();
     std::size_t row = static_cast<std::size_t>(found - entries_.begin());
-    if (found != entries_.end()) {
+    if (known) {
         ++found->times;
     } else {
         if (entries_.size() == MostEntries) {
@@ -77,6 +78,7 @@ void ErrorDebugReport::Add(const ErrorReport& report) {
     }
     ShowRow(row);
     if (table_->selectedItems().isEmpty()) table_->selectRow(static_cast<int>(row));
+    return !known;
 }
 
 void ErrorDebugReport::ShowRow(std::size_t row) {

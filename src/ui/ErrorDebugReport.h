@@ -17,7 +17,8 @@ class ErrorDebugReport final : public QDialog {
 public:
     explicit ErrorDebugReport(QWidget* parent = nullptr);
 
-    void Add(const ErrorReport& report);
+    /// False for one that is there already: it is counted.
+    bool Add(const ErrorReport& report);
 
 private:
     struct Entry {

@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QDialog>
 #include <QDockWidget>
 #include <QMdiArea>
 #include <QMenu>
@@ -343,10 +342,18 @@ void frmMain::hideEvent(QHideEvent* event) {
 /// Something of the program can be seen: this window, or a set-up window that stayed.
 void frmMain::UpdateAwake() {
     bool seen = isVisible() && !isMinimized();
-    for (const QWidget* window : QApplication::topLevelWidgets())
-        seen = seen || (window != this && qobject_cast<const QDialog*>(window) && window->isVisible() &&
-                        !window->isMinimized());
+    for (const QWidget* window : SecondaryWindows())
+        seen = seen || (window->isVisible() && !window->isMinimized());
     parts_->workspace.SetAwake(seen);
+}
+
+QWidgetList frmMain::SecondaryWindows() const {
+    QWidgetList windows = QApplication::topLevelWidgets();
+    windows.removeIf([this](const QWidget* window) {
+        const Qt::WindowType type = window->windowType();
+        return window == this || (type != Qt::Window && type != Qt::Dialog);
+    });
+    return windows;
 }
 
 void frmMain::KeepLayout() {

@@ -52,6 +52,9 @@ public:
     CanvasWindow* WindowOf(int slot) const;
     QMdiArea& Area() const;
 
+    /// The other windows and dialogs of the program; without menus, tips and the like.
+    QWidgetList SecondaryWindows() const;
+
 protected:
     void closeEvent(QCloseEvent* event) override;
     void changeEvent(QEvent* event) override;

@@ -283,6 +283,12 @@ TEST_F(MainWindowTest, CollectsErrorsInOneWindow) {
     EXPECT_EQ(table->rowCount(), 2);
     EXPECT_EQ(table->item(0, 1)->text(), "3");
     EXPECT_EQ(table->item(1, 3)->text(), "second");
+    // Once closed it comes back for what is new.
+    table->window()->close();
+    run.Front().AddReport({"B.cls", "Two", 2, 6, "second"});
+    EXPECT_FALSE(table->isVisible());
+    run.Front().AddReport({"B.cls", "Two", 2, 6, "third"});
+    EXPECT_TRUE(table->isVisible());
 }
 
 }  // namespace
