@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QPointer>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -72,10 +73,18 @@ void SetupWindow::OrderFocus() {
     if (entry != contents.end()) (*entry)->setFocus();
 }
 
+/// The buttons at the end must be in reach; what has no room then scrolls.
+void SetupWindow::KeepOnScreen() {
+    const int title = 3 * fontMetrics().height();  // and the borders that the desktop draws
+    if (const QScreen* on = screen())
+        resize(size().boundedTo(on->availableGeometry().size() - QSize(title / 3, title)));
+}
+
 void SetupWindow::ShowInFront() {
     if (!isVisible()) {
         restoreGeometry(QByteArray::fromBase64(
             QByteArray::fromStdString(workspace_.Remembered(objectName().toStdString()))));
+        KeepOnScreen();
         OrderFocus();
     }
     show();

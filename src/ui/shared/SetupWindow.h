@@ -57,6 +57,7 @@ private:
 
     /// Tab goes through the contents, then the buttons; the first field has the focus.
     void OrderFocus();
+    void KeepOnScreen();
 
     Workspace& workspace_;
     QVBoxLayout* contents_;
