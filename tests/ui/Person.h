@@ -102,8 +102,7 @@ public:
     }
 
     static void Click(QWidget& control) {
-        if (!control.isVisible() || !control.isEnabled())
-            throw std::runtime_error("cannot click " + control.objectName().toStdString());
+        Reach(control);
         QTest::mouseClick(&control, Qt::LeftButton, {}, {8, control.height() / 2});
     }
     static void Press(QWidget& window, const QString& button) {
@@ -116,6 +115,7 @@ public:
 
     /// menu: in the bar; commands: down through its submenus. Returns when the command has been carried out.
     static void Choose(QMainWindow& window, const QString& menu, const std::vector<QString>& commands) {
+        Reach(window);
         Activate(window);
         auto* shown = window.findChild<QMenu*>(menu);
         QMenuBar* bar = window.menuBar();
@@ -141,8 +141,7 @@ public:
 
     /// Puts the keys' focus there, as Tab does.
     static QWidget& Focus(QWidget& field) {
-        if (!field.isVisible() || !field.isEnabled())
-            throw std::runtime_error("cannot type in " + field.objectName().toStdString());
+        Reach(field);
         Activate(*field.window());
         field.setFocus(Qt::TabFocusReason);
         return *QApplication::focusWidget();
@@ -170,6 +169,20 @@ public:
     }
 
 private:
+    /// Refuses what cannot be seen, is disabled, or lies behind a modal dialog.
+    static void Reach(QWidget& control) {
+        const auto within = [](const QWidget* window, const QWidget* of) {
+            while (window && window != of) window = window->parentWidget();
+            return window != nullptr;
+        };
+        QWidget* window = control.window();
+        bool barred = !control.isVisible() || !control.isEnabled();
+        for (const QWidget* modal : QApplication::topLevelWidgets())
+            if (modal->isVisible() && modal->isModal() && !within(window, modal))
+                barred = barred || modal->windowModality() == Qt::ApplicationModal || within(modal, window);
+        if (barred) throw std::runtime_error("cannot reach " + control.objectName().toStdString());
+    }
+
     struct Answer {
         std::string title;
         Act act;

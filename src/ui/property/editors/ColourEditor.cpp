@@ -66,6 +66,7 @@ private:
     void Choose() {
         const std::string before = Stored();
         auto* chooser = new QColorDialog(ColourOf(before), this);
+        chooser->setObjectName("ColourChooser");
         chooser->setAttribute(Qt::WA_DeleteOnClose);
         chooser->setWindowTitle(Words(subject_.Description().label).remove('&'));
         connect(chooser, &QColorDialog::currentColorChanged, this,
