@@ -182,7 +182,7 @@ TEST_F(EveryWindowTest, NamesAllThatTheKeyboardReachesAndHasEachMnemonicOnce) {
                 if (const auto* tabs = qobject_cast<QTabBar*>(widget))
                     for (int i = 0; i < tabs->count(); ++i) note(tabs->tabText(i));
                 if (!(widget->focusPolicy() & Qt::TabFocus) || widget->focusProxy() || IsInner(*widget) ||
-                    widget->inherits("QScrollArea") || widget->inherits("QTabBar"))
+                    widget->inherits("QTabBar"))
                     continue;
                 const QAccessibleInterface* known = QAccessible::queryAccessibleInterface(widget);
                 // What is chosen in a combo box goes for its name.

@@ -247,6 +247,7 @@ PropertyForm::PropertyForm(Workspace& workspace, QWidget* parent)
     : QScrollArea(parent), parts_(new Parts{workspace, {}, {}, {}, {}, {}}) {
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);  // Tab goes from field to field
     parts_->ReadFolded();
     parts_->search = new QLineEdit(this);
     parts_->search->setObjectName("search");
