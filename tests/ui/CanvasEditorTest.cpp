@@ -221,6 +221,11 @@ TEST_F(CanvasEditorTest, ResizesAndTurnsByGrips) {
     for (int i = 0; i < 3; ++i) Steps().Undo();
     EXPECT_EQ(canvas_->Graphic(1)->StretchWidth(), 100);
     EXPECT_EQ(canvas_->Graphic(1)->RotationAngle(), 0);
+
+    canvas_->Graphic(1)->SetY(0);
+    Tick();
+    Drag({150, 84}, {90, 30}, Qt::ShiftModifier);
+    EXPECT_EQ(canvas_->Graphic(1)->RotationAngle(), 270) << "by the grip beneath, where none can be above";
 }
 
 TEST_F(CanvasEditorTest, TextsGrowByTheirFont) {

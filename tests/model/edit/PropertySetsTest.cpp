@@ -223,5 +223,18 @@ TEST_F(PropertySetsTest, FindTheFeedOfALayerAtOnceAndTheFileOfTheSlot) {
     EXPECT_EQ(upload->Properties()[*upload->Find("FilePath")].fallback, "FTPPush02.jpg");
 }
 
+TEST_F(PropertySetsTest, CountNewRatesFromThePresent) {
+    constexpr double Day = 1, Minute = 1.0 / 1440;
+    CanvasSaves& saves = portfolio.Canvas(2).Saves();
+    const double now = portfolio.Now();
+    saves.SetFixedNextFrame(now + Day);
+    const Set fixed = PropertySets::FixedSave(portfolio, 2);
+    fixed->Set(*fixed->Find("FixedFileName"), "other.jpg");
+    EXPECT_EQ(saves.FixedNextFrame(), now + Day);
+    fixed->Set(*fixed->Find("FixedRate"), "60");
+    EXPECT_GT(saves.FixedNextFrame(), now);
+    EXPECT_LE(saves.FixedNextFrame(), now + Minute);
+}
+
 }  // namespace
 }  // namespace tessaloom::testing
