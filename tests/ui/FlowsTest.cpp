@@ -9,8 +9,8 @@
 #include <QMimeData>
 #include <QPlainTextEdit>
 #include <QScopedValueRollback>
+#include <QSpinBox>
 #include <QToolButton>
-#include <QTreeWidget>
 #include <QUrl>
 #include <filesystem>
 #include <fstream>
@@ -192,7 +192,6 @@ protected:
     }
 
     void ChangeOneOfEachKind(PropertyForm& form);
-    void ChangeSchedule(QWidget& editor);
 
     TemporaryFolder folder_;
     bool ended_ = false;
@@ -396,13 +395,15 @@ bool IsParticular(PropertyKind kind) {
     return false;
 }
 
-void FlowsTest::ChangeSchedule(QWidget& editor) {
-    Person::Press(editor, "change");
-    QDialog& schedule = Person::Window("frmScheduler");
+void ChangeSchedule(QDialog& schedule) {
     Person::Press(schedule, "FromStartTo");
     Person::Press(schedule, "StopSunsetOffset");
     Person::Enter(Person::Visible(schedule, "StopSunsetOffsetValue"), "15");
-    Person::Press(schedule, Button::Ok);
+}
+
+void AddTransparentColours(QDialog& colours) {
+    Person::Press(colours, "add");
+    Person::Enter(Person::Visible<QSpinBox>(colours, "tolerance"), "25");
 }
 
 /// Sets a visible property of each kind to something else, after nonsense where that can be typed.
@@ -432,7 +433,10 @@ void FlowsTest::ChangeOneOfEachKind(PropertyForm& form) {
         } else if (property.kind == PropertyKind::Switch) {
             Person::Click(Person::Visible<QCheckBox>(editor));
         } else if (property.kind == PropertyKind::Schedule) {
-            ChangeSchedule(editor);
+            Person::Press(editor, "change");
+            QDialog& schedule = Person::Window("frmScheduler");
+            ChangeSchedule(schedule);
+            Person::Press(schedule, Button::Ok);
         } else {
             auto& box = Person::Visible<QComboBox>(editor);
             const bool last = box.currentIndex() == box.count() - 1;
@@ -484,6 +488,31 @@ TEST_F(FlowsTest, EveryDialogOpenedChangedCancelledChangedKept) {
     Choose("mnuFile", {"cmdSaveAll"});
     const Values made = Settings();
     EXPECT_THAT(ReadByServer(folder_ / "demo.por"), ContainerEq(made));
+}
+
+TEST_F(FlowsTest, WindowsOfSinglePropertiesAreCancelledAndKept) {
+    const std::pair<const char*, void (*)(QDialog&)> windows[] = {
+        {"Schedule",              ChangeSchedule       },
+        {"TransparentColorTable", AddTransparentColours},
+    };
+    Person person;
+    Start();
+    MakeDocuments(person, "Harbour");
+    AddCamera();
+    Person::Click(Person::Visible<QCheckBox>(*Properties().EditorOf("TransparentColorEnabled")));
+    for (const auto& [property, change] : windows)
+        for (const auto button : {Button::Cancel, Button::Ok}) {
+            SCOPED_TRACE(property);
+            const Values before = Settings();
+            Properties().ensureWidgetVisible(Properties().EditorOf(property));
+            Person::Press(*Properties().EditorOf(property), "change");
+            QDialog& dialog = Person::Window("");
+            change(dialog);
+            EXPECT_NE(Settings(), before);
+            Person::Press(dialog, button);
+            EXPECT_TRUE(Person::Wait([] { return !Person::Seen(""); }));
+            EXPECT_EQ(Settings() == before, button == Button::Cancel);
+        }
 }
 
 TEST_F(FlowsTest, EveryKindOfPropertyOfLayersIsUndoneAndDoneAgain) {
