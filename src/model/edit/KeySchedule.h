@@ -7,14 +7,15 @@
 
 namespace tessaloom {
 
-/// A schedule as one value: its description, "24-hours" or "08:00:00 to sunset-15.5 min".
+/// A schedule as one value: the texts of its keys in the order of the file, parted by ";". All of it comes
+/// back, also what the present mode does not ask.
 struct ScheduleText {
-    static constexpr std::string_view Fallback = "24-hours";
+    static constexpr std::string_view Fallback = "0;0;0;0;0;0;0;0;0";
 
-    /// Sets the ends that the text names and leaves the others alone. A text that is no description sets
-    /// nothing and is `NotATime`; offsets beyond a day are `OutOfRange`.
+    /// A text of another shape sets nothing and is `NotANumber`.
     static KeyFault Read(Schedule& schedule, const std::string& text);
     static KeyFault Judge(const std::string& text);
+    static std::string Write(const Schedule& schedule);
 };
 
 /// The row of a property table for the schedule that `find` gives for its owner.
@@ -26,7 +27,7 @@ constexpr Key<Owner> ScheduleEntry() {
             false,
             [](Owner& owner, const std::string& text) { return ScheduleText::Read(find(owner), text); },
             &ScheduleText::Judge,
-            [](const Owner& owner) { return find(owner).Description(); }};
+            [](const Owner& owner) { return ScheduleText::Write(find(owner)); }};
 }
 
 }  // namespace tessaloom

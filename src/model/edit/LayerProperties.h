@@ -63,6 +63,7 @@ inline constexpr auto OfText = WithDefaults({
     {.name = "UpdateBaseTime", .label = "Counted from", .group = "Timing", .kind = PropertyKind::TimeOfDay,
      .low = 0, .high = 86400, .tip = "A time of day at which an update falls."},
     {.name = "Schedule", .label = "Schedule", .group = "Timing", .kind = PropertyKind::Schedule,
+     .choices = PropertyChoices::Schedules,
      .tip = "The hours of the day in which the layer is shown."},
 
     {.name = "Scripted", .label = "Ask the script", .group = "Script", .kind = PropertyKind::Switch,
@@ -148,6 +149,7 @@ inline constexpr auto OfGraphic = WithDefaults({
     {.name = "UpdateBaseTime", .label = "Counted from", .group = "Timing", .kind = PropertyKind::TimeOfDay,
      .low = 0, .high = 86400, .tip = "A time of day at which an update falls."},
     {.name = "Schedule", .label = "Schedule", .group = "Timing", .kind = PropertyKind::Schedule,
+     .choices = PropertyChoices::Schedules,
      .tip = "The hours of the day in which the layer is shown."},
 
     {.name = "Scripted", .label = "Ask the script", .group = "Script", .kind = PropertyKind::Switch,

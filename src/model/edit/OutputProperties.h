@@ -50,7 +50,8 @@ inline constexpr auto FixedSave = WithDefaults({
      .low = 0, .high = 86400, .unit = "s"},
     {.name = "FixedBaseTime", .label = "Counted f&rom", .group = "Timing", .kind = PropertyKind::TimeOfDay,
      .low = 0, .high = 86399, .tip = "A time of day at which a picture is saved."},
-    {.name = "Schedule", .label = "Sche&dule", .group = "Timing", .kind = PropertyKind::Schedule},
+    {.name = "Schedule", .label = "Sche&dule", .group = "Timing", .kind = PropertyKind::Schedule,
+     .choices = PropertyChoices::Schedules},
     {.name = "CascadeEnabled", .label = "&Keep older copies", .group = "Older copies", .kind = PropertyKind::Switch,
      .tip = "They are numbered: the higher the number, the older."},
     {.name = "CascadeCount", .label = "&Highest number", .group = "Older copies", .kind = PropertyKind::Whole,
@@ -74,7 +75,8 @@ inline constexpr auto SequentialSave = WithDefaults({
      .low = 0, .high = 86400, .decimals = 2, .unit = "s"},
     {.name = "SequentialBaseTime", .label = "Counted f&rom", .group = "Timing", .kind = PropertyKind::TimeOfDay,
      .low = 0, .high = 86399, .tip = "A time of day at which a picture is saved."},
-    {.name = "Schedule", .label = "Sche&dule", .group = "Timing", .kind = PropertyKind::Schedule},
+    {.name = "Schedule", .label = "Sche&dule", .group = "Timing", .kind = PropertyKind::Schedule,
+     .choices = PropertyChoices::Schedules},
 }, CanvasKeys::Capture, SequentialSchedule);
 
 inline constexpr auto Wallpaper = WithDefaults({
@@ -84,7 +86,8 @@ inline constexpr auto Wallpaper = WithDefaults({
      .low = 0, .high = 86400, .unit = "s"},
     {.name = "BackgroundBaseTime", .label = "Counted f&rom", .group = "Timing", .kind = PropertyKind::TimeOfDay,
      .low = 0, .high = 86399, .tip = "A time of day at which the wallpaper changes."},
-    {.name = "Schedule", .label = "Sche&dule", .group = "Timing", .kind = PropertyKind::Schedule},
+    {.name = "Schedule", .label = "Sche&dule", .group = "Timing", .kind = PropertyKind::Schedule,
+     .choices = PropertyChoices::Schedules},
 }, CanvasKeys::Background, BackgroundSchedule);
 
 inline constexpr auto FTPUpload = WithDefaults({
@@ -107,7 +110,8 @@ inline constexpr auto FTPUpload = WithDefaults({
      .low = 0, .high = 86400, .unit = "s"},
     {.name = "BaseTime", .label = "Counted f&rom", .group = "Timing", .kind = PropertyKind::TimeOfDay,
      .low = 0, .high = 86399, .tip = "A time of day at which an upload begins."},
-    {.name = "Schedule", .label = "Sche&dule", .group = "Timing", .kind = PropertyKind::Schedule},
+    {.name = "Schedule", .label = "Sche&dule", .group = "Timing", .kind = PropertyKind::Schedule,
+     .choices = PropertyChoices::Schedules},
     {.name = "KeepConnectionOpen", .label = "Stay &connected", .group = "Connection", .kind = PropertyKind::Switch,
      .tip = "The connection is kept between two uploads."},
     {.name = "KeepAlive", .label = "&Keep the connection alive", .group = "Connection", .kind = PropertyKind::Switch,
@@ -124,7 +128,8 @@ inline constexpr auto WebPicture = WithDefaults({
     {.name = "Interval", .label = "&Oldest picture", .group = "Timing", .kind = PropertyKind::Real,
      .low = 0, .high = 60, .decimals = 1, .unit = "s",
      .tip = "Requests within this time are answered with the same picture; 0: with the present one."},
-    {.name = "Schedule", .label = "Sche&dule", .group = "Timing", .kind = PropertyKind::Schedule},
+    {.name = "Schedule", .label = "Sche&dule", .group = "Timing", .kind = PropertyKind::Schedule,
+     .choices = PropertyChoices::Schedules},
     {.name = "OffScheduleFile", .label = "&Picture at other times", .group = "Timing", .kind = PropertyKind::Line,
      .tip = "A file of the web folder that is shown outside the schedule."},
 }, CanvasKeys::WebServerKeys, WebSchedule);

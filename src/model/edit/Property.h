@@ -29,7 +29,7 @@ enum class PropertyKind {
     TimeOfDay,           ///< "HH:MM:SS".
     Feed,                ///< The name of a video feed of the portfolio.
     Canvas,              ///< The slot of another canvas.
-    Schedule,            ///< The daily window, as `Schedule::Description` says it.
+    Schedule,            ///< The daily window: its keys' texts, parted by ";"; a window of its own sets it.
     TransparentColours,  ///< Groups "colour colour tolerance opacity" (per cent), separated by "; ".
 };
 

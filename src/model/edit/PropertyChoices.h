@@ -8,6 +8,11 @@
 /// The lists that properties are chosen from.
 namespace tessaloom::PropertyChoices {
 
+/// The only schedule that has a name, for those who reset one.
+inline constexpr PropertyChoice Schedules[] = {
+    {"0;0;0;0;0;0;0;0;0", "24-hours"},
+};
+
 inline constexpr PropertyChoice Sources[] = {
     {"0", "Camera"        },
     {"1", "Picture file"  },

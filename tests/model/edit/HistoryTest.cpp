@@ -86,7 +86,7 @@ private:
 
     void ChangeARow(PropertySet& set) {
         const char* const values[] = {"True",       "3",        "&H0000FF FF",
-                                      "06:30:15",   "a file",   "sunrise to sunset-5 min",
+                                      "06:30:15",   "a file",   "1;1;2;0;5;0;0;0;-5",
                                       "two\nlines", "&H123456", "&H010203 &H040506 7 8; &H0 &H0 9 10"};
         set.Set(Below(set.Properties().size()), values[Below(std::size(values))]);
     }

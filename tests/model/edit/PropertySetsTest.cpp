@@ -185,12 +185,12 @@ TEST_F(PropertySetsTest, LeaveAloneWhatTheyCannotRead) {
 TEST_F(PropertySetsTest, SetSchedulesAndColourTablesByTheirTexts) {
     const Set text = PropertySets::Layer(portfolio, 2, TextLayer);
     const std::size_t schedule = *text->Find("Schedule");
-    for (const std::string window : {"08:00:00 to sunset-15.5 min", "sunrise+30 min to sunrise-10 minutes",
-                                     "sunset to 23:59:50", "24-hours"}) {
-        EXPECT_EQ(text->Set(schedule, window), KeyFault::None);
-        EXPECT_EQ(text->Get(schedule), window);
-        EXPECT_EQ(text->ScheduleOf(schedule)->Description(), window);
-    }
+    const std::string window = "1;0;2;0.25;30;-20;0.75;-10;-15.5";
+    EXPECT_EQ(text->Set(schedule, window), KeyFault::None);
+    EXPECT_EQ(text->Get(schedule), window);
+    EXPECT_EQ(text->ScheduleOf(schedule)->Description(), "06:00:00 to sunset-15.5 min");
+    EXPECT_EQ(text->Set(schedule, "1;0"), KeyFault::NotANumber);
+    EXPECT_EQ(text->Get(schedule), window);
     const Set graphic = PropertySets::Layer(portfolio, 2, GraphicLayer);
     const std::size_t table = *graphic->Find("TransparentColorTable");
     const std::string colours = "&H0000FF &H1020FF 10 0; &HFFFFFF &HFFFFFF 0 50";

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "model/edit/Layers.h"
+#include "time/Schedule.h"
 #include "ui/property/ScheduleSetup.h"
 #include "ui/property/TransparentColours.h"
 #include "ui/property/editors/Editors.h"
@@ -50,6 +51,11 @@ public:
     using WindowEditor::WindowEditor;
 
 private:
+    QString Summary(const std::string&) const override {
+        const Schedule* schedule = subject_.set.ScheduleOf(subject_.row);
+        return schedule ? QString::fromStdString(schedule->Description()) : QString();
+    }
+
     /// The window stays open while other layers are selected; other things close their windows when they go.
     std::function<Schedule*()> Finder() {
         Workspace& workspace = subject_.workspace;
