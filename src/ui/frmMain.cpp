@@ -124,7 +124,6 @@ frmMain::frmMain(Workspace& workspace, DesktopDialogs& dialogs)
     connect(&workspace, &Workspace::ActiveCanvasChanged, this, &frmMain::FollowActiveCanvas);
     connect(&workspace, &Workspace::ActiveCanvasChanged, this, &frmMain::ShowProperties);
     connect(&workspace, &Workspace::SelectionChanged, this, &frmMain::ShowProperties);
-    connect(&workspace, &Workspace::SetupMustClose, this, [this] { ShowProperties(); });
     RestoreLayout();
     ShowProperties();
 }
@@ -447,7 +446,7 @@ void frmMain::ShowProperties() {
     Workspace& workspace = parts_->workspace;
     const std::vector<LayerId> selection = workspace.Selection();
     if (selection.empty()) {
-        if (parts_->form->Set() || !parts_->appeared) parts_->form->Show(nullptr, Advice);
+        parts_->form->Show(nullptr, Advice);
         return;
     }
     parts_->form->Show(PropertySets::Layer(*workspace.Portfolio(), workspace.ActiveSlot(), selection.back()));

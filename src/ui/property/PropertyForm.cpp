@@ -260,6 +260,8 @@ PropertyForm::PropertyForm(Workspace& workspace, QWidget* parent)
     connect(&workspace, &Workspace::Pulse, this, [this] {
         if (parts_->body && isVisible()) parts_->Refresh(false);
     });
+    // The portfolio goes at once, but windows and their choosers only later.
+    connect(&workspace, &Workspace::SetupMustClose, this, [this] { Show(nullptr); });
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget* from, QWidget* to) { FocusMoved(from, to); });
 }
