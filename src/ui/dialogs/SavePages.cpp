@@ -76,7 +76,8 @@ public:
     SavePage(Workspace& workspace, int canvas, const Save& save)
         : CanvasSetupPage(workspace, canvas, save.properties(*workspace.Portfolio(), canvas)), save_(save) {
         now_ = AddAction("cmdNow", save.action, [this] {
-            if (Canvas* of = TheCanvas()) (of->Saves().*save_.setNext)(of->Now());
+            const auto setNext = save_.setNext;
+            if (Canvas* of = TheCanvas()) (of->Saves().*setNext)(of->Now());
         });
     }
 

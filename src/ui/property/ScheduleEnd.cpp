@@ -68,9 +68,7 @@ ScheduleEnd::ScheduleEnd(const ScheduleEndWords& words, std::function<void(const
         editor->setAccessibleName(QStringLiteral("%1: %2").arg(title(), QString(caption).remove('&')));
         grid->addWidget(buttons_[index], way, 0);
         grid->addWidget(editor, way, 1);
-        connect(buttons_[index], &QRadioButton::clicked, this, [this, way] {
-            apply_([this, way](Schedule& schedule) { (schedule.*words_.setMode)(way); });
-        });
+        connect(buttons_[index], &QRadioButton::clicked, this, [this, way] { Choose(way); });
     }
     grid->setColumnStretch(0, 1);
 }
@@ -89,6 +87,11 @@ QWidget* ScheduleEnd::MakeEditor(int way) {
     offsets_[static_cast<std::size_t>(way)] = minutes;
     connect(minutes, &QDoubleSpinBox::valueChanged, this, [this, way](double value) { Set(way, value); });
     return minutes;
+}
+
+void ScheduleEnd::Choose(int way) {
+    const auto setMode = words_.setMode;
+    apply_([setMode, way](Schedule& schedule) { (schedule.*setMode)(way); });
 }
 
 void ScheduleEnd::Set(int way, double value) {

@@ -45,6 +45,7 @@ public:
 
 private:
     QWidget* MakeEditor(int way);
+    void Choose(int way);
     void Set(int way, double value);
 
     const ScheduleEndWords& words_;
