@@ -49,7 +49,7 @@ protected:
 
     /// Where a slider or a dial goes.
     void AddPart(QWidget* part, int stretch) {
-        layout_->removeItem(layout_->itemAt(layout_->count() - 1));
+        delete layout_->takeAt(layout_->count() - 1);
         layout_->addWidget(part, stretch);
         GuardWheel(part);
         if (stretch == 0) layout_->addStretch();
