@@ -2,7 +2,6 @@
 
 #include <QComboBox>
 #include <QEvent>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
@@ -230,15 +229,9 @@ bool RateBox::eventFilter(QObject* object, QEvent* event) {
         event->ignore();
         return true;
     }
-    if (busy_ && Editors::EndsTyping(*event)) {
-        event->accept();
-        if (event->type() != QEvent::KeyPress) return true;
-        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
-            Revert();
-        else
-            Finish();
+    if (busy_ && Editors::EndTyping(
+                     *event, [this] { Finish(); }, [this] { Revert(); }))
         return true;
-    }
     if (event->type() == QEvent::FocusOut) Finish();
     return QWidget::eventFilter(object, event);
 }

@@ -33,10 +33,13 @@ void GuardWheel(QWidget* widget) {
     new WheelGuard(widget);
 }
 
-bool EndsTyping(const QEvent& event) {
+bool EndTyping(QEvent& event, const std::function<void()>& take, const std::function<void()>& leave) {
     if (event.type() != QEvent::KeyPress && event.type() != QEvent::ShortcutOverride) return false;
     const int key = static_cast<const QKeyEvent&>(event).key();
-    return key == Qt::Key_Escape || key == Qt::Key_Return || key == Qt::Key_Enter;
+    if (key != Qt::Key_Escape && key != Qt::Key_Return && key != Qt::Key_Enter) return false;
+    event.accept();
+    if (event.type() == QEvent::KeyPress) (key == Qt::Key_Escape ? leave : take)();
+    return true;
 }
 
 QHBoxLayout* LayParts(QWidget* editor, QWidget* focus) {

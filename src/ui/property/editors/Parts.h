@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <string_view>
 
 class QEvent;
@@ -16,9 +17,9 @@ QString Words(std::string_view text);
 /// The wheel turns the form unless `widget` has the focus, so that no value changes by the way.
 void GuardWheel(QWidget* widget);
 
-/// A key that ends typing in a field: Enter takes what was typed, Escape leaves it. A window, for which they
-/// mean "OK" and "Cancel", is to get them only while nothing is being typed.
-bool EndsTyping(const QEvent& event);
+/// For a field in which something is being typed: Enter calls `take`, Escape `leave`. True when the event was
+/// one of these keys. A window, for which they mean "OK" and "Cancel", gets them only while nothing is typed.
+bool EndTyping(QEvent& event, const std::function<void()>& take, const std::function<void()>& leave);
 
 /// The row of an editor's parts: no margins of its own. `focus` gets the focus for the editor.
 QHBoxLayout* LayParts(QWidget* editor, QWidget* focus);

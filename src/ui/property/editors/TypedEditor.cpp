@@ -1,6 +1,6 @@
 #include "ui/property/editors/TypedEditor.h"
 
-#include <QKeyEvent>
+#include <QEvent>
 
 #include "ui/property/editors/Parts.h"
 
@@ -59,15 +59,9 @@ void TypedEditor::Revert() {
 }
 
 bool TypedEditor::eventFilter(QObject* object, QEvent* event) {
-    if (typing_ && EndsTyping(*event)) {
-        event->accept();
-        if (event->type() != QEvent::KeyPress) return true;
-        if (static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape)
-            Revert();
-        else
-            Finish();
+    if (typing_ && EndTyping(
+                       *event, [this] { Finish(); }, [this] { Revert(); }))
         return true;
-    }
     return PropertyEditor::eventFilter(object, event);
 }
 
