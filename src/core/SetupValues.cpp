@@ -8,8 +8,8 @@
 #include "core/Log.h"
 #include "core/Store.h"
 #include "core/modNumbers.h"
-#include "locale/Ascii.h"
 #include "locale/Error.h"
+#include "platform/Ascii.h"
 
 namespace tessaloom {
 
@@ -37,11 +37,7 @@ struct SetupKey {
 };
 
 SetupFault ReadBoolean(std::string_view text, bool& value) {
-    value = modNumbers::Str2Bool(text);
-    double number = 0;
-    const bool known = value || ascii::SameText(text, "false") || ascii::SameText(text, "no") ||
-                       modNumbers::TryDblNI(text, number);
-    return known ? SetupFault::None : SetupFault::NotABoolean;
+    return modNumbers::TryBool(text, value) ? SetupFault::None : SetupFault::NotABoolean;
 }
 
 SetupFault ReadReal(std::string_view text, double& value) {

@@ -4,8 +4,8 @@
 #include <ctime>
 
 #include "core/ErrorReport.h"
-#include "locale/Ascii.h"
 #include "locale/DateParts.h"
+#include "platform/Ascii.h"
 
 namespace tessaloom::modNumbers {
 
@@ -65,12 +65,6 @@ Converted<std::string> Formatted(const FormatValue& value, std::string_view patt
     return Format(value, pattern, Process().user, calendar);
 }
 
-std::string_view Trimmed(std::string_view text) {
-    while (text.starts_with(' ')) text.remove_prefix(1);
-    while (text.ends_with(' ')) text.remove_suffix(1);
-    return text;
-}
-
 }  // namespace
 
 void InitNumberFormat(const UserLocale& user) {
@@ -91,7 +85,7 @@ int TimeSeparatorIsDot() { return 0; }
 void SetCurrentYear(int year) { Process().currentYear = year; }
 
 bool Str2Bool(std::string_view text) {
-    const auto trimmed = Trimmed(text);
+    const auto trimmed = ascii::Trimmed(text);
     if (const auto flag = BooleanFromText(trimmed, Process().user)) return flag.value;
     return ascii::SameText(trimmed, "YES");
 }
@@ -142,6 +136,13 @@ float CSngNI(std::string_view text) {
 
 float CSngNI(double value) {
     return Trap({Module, "CSngNI"}, [&] { return SingleFromDouble(value).OrThrow(); });
+}
+
+bool TryBool(std::string_view text, bool& value) {
+    value = Str2Bool(text);
+    const std::string_view word = ascii::Trimmed(text, ascii::Blanks);
+    double number = 0;
+    return value || ascii::SameText(word, "false") || ascii::SameText(word, "no") || TryDblNI(text, number);
 }
 
 bool TryDblNI(std::string_view text, double& value) {
@@ -208,7 +209,7 @@ std::string FormatI(const FormatValue& value, std::string_view pattern) {
 
 std::string GetFormatI(std::string_view sample) {
     return Trap({Module, "GetFormatI"}, [&] {
-        const auto trimmed = Trimmed(sample);
+        const auto trimmed = ascii::Trimmed(sample);
         const auto point = trimmed.find('.');
         if (point == std::string_view::npos) return std::string("0");
         std::string pattern = "0";

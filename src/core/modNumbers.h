@@ -60,6 +60,9 @@ double CDblNI(double value);
 float CSngNI(std::string_view text);
 float CSngNI(double value);
 
+/// The same reading as `Str2Bool`; false where the text is neither of the two words, nor a number.
+bool TryBool(std::string_view text, bool& value);
+
 /// The same reading as `CDblNI`, but a failure leaves `value` alone and is only told by the result.
 bool TryDblNI(std::string_view text, double& value);
 

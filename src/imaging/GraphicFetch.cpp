@@ -8,8 +8,8 @@
 #include "core/ErrorReport.h"
 #include "core/Log.h"
 #include "imaging/Graphic.h"
-#include "locale/Ascii.h"
 #include "locale/Error.h"
+#include "platform/Ascii.h"
 #include "platform/FileSystem.h"
 #include "platform/UrlTransfer.h"
 
@@ -22,7 +22,7 @@ constexpr Procedure Here = {"Graphic.cls", "myInet_StateChanged"};
 /// A response is written to its file in pieces of this size.
 constexpr std::size_t ChunkBytes = 100'000;
 
-/// What an address ends with, in capitals, and the extension of the file that its picture is put into. The
+/// What an address ends with, and the extension of the file that its picture is put into. The
 /// content of ".gif", ".bmp" and ".bin" files decides how they are decoded.
 struct Extension {
     std::string_view ending, extension;
@@ -36,9 +36,7 @@ constexpr Extension Extensions[] = {
 
 std::string_view ExtensionFor(std::string_view address) {
     for (const auto& [ending, extension] : Extensions)
-        if (address.size() >= ending.size() &&
-            ascii::SameText(address.substr(address.size() - ending.size()), ending))
-            return extension;
+        if (ascii::EndsWithText(address, ending)) return extension;
     return ".bin";
 }
 

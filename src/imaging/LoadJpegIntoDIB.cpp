@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "core/ErrorReport.h"
+#include "platform/Ascii.h"
 #include "platform/FileSystem.h"
 #include "platform/JpegCodec.h"
 #include "platform/PictureLoader.h"
@@ -10,24 +11,6 @@
 namespace tessaloom {
 
 namespace {
-
-std::string_view Trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(' ') - first + 1);
-}
-
-/// `ending` in capitals.
-bool EndsWithoutCase(std::string_view text, std::string_view ending) {
-    if (text.size() < ending.size()) return false;
-    text.remove_prefix(text.size() - ending.size());
-    for (std::size_t i = 0; i < ending.size(); ++i) {
-        const char capital =
-            text[i] >= 'a' && text[i] <= 'z' ? static_cast<char>(text[i] - 'a' + 'A') : text[i];
-        if (capital != ending[i]) return false;
-    }
-    return true;
-}
 
 /// Gives `bitmap` that size, and pixels.
 bool MakeRoom(DIB& bitmap, int width, int height) {
@@ -44,8 +27,8 @@ std::span<const std::uint8_t> AsBytes(std::string_view text) {
 
 int LoadJpegIntoDIB(FileSystem& files, JpegCodec& codec, PictureLoader& loader, std::string_view name,
                     DIB& target, LoadingBuffers* buffers) {
-    const std::string_view trimmed = Trimmed(name);
-    if (!EndsWithoutCase(trimmed, ".JPG") && !EndsWithoutCase(trimmed, ".JPEG")) return NotJpegName;
+    const std::string_view trimmed = ascii::Trimmed(name);
+    if (!ascii::EndsWithText(trimmed, ".JPG") && !ascii::EndsWithText(trimmed, ".JPEG")) return NotJpegName;
     // Blanks around a name mean nothing, unless there is such a file.
     if (!files.FileExists(name)) name = trimmed;
     if (!files.FileExists(name)) return Missing;

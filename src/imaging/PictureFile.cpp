@@ -4,6 +4,7 @@
 
 #include "core/ErrorReport.h"
 #include "locale/Error.h"
+#include "platform/Ascii.h"
 
 namespace tessaloom {
 
@@ -38,9 +39,8 @@ PictureFile::Outcome PictureFile::Load(std::string_view name, DIB& target, std::
 std::optional<FileStamp> PictureFile::StampOf(std::string_view name) const {
     if (auto stamp = access_.files.Stamp(name)) return stamp;
     // Blanks around the name of a JPEG file mean nothing.
-    const std::size_t first = name.find_first_not_of(' ');
-    if (first == std::string_view::npos) return std::nullopt;
-    return access_.files.Stamp(name.substr(first, name.find_last_not_of(' ') - first + 1));
+    const std::string_view trimmed = ascii::Trimmed(name);
+    return trimmed.empty() ? std::nullopt : access_.files.Stamp(trimmed);
 }
 
 int PictureFile::LoadThroughSurface(std::string_view name, DIB& target) {

@@ -9,7 +9,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "locale/Ascii.h"
+#include "platform/Ascii.h"
 
 namespace tessaloom {
 

@@ -5,9 +5,9 @@
 #include <span>
 #include <utility>
 
-#include "locale/Ascii.h"
 #include "locale/Conversion.h"
 #include "locale/DateParts.h"
+#include "platform/Ascii.h"
 
 namespace tessaloom {
 

@@ -2,10 +2,10 @@
 #include <array>
 #include <cmath>
 
-#include "locale/Ascii.h"
 #include "locale/Conversion.h"
 #include "locale/Pictures.h"
 #include "locale/UserPicture.h"
+#include "platform/Ascii.h"
 
 namespace tessaloom {
 

@@ -4,9 +4,9 @@
 #include <cmath>
 #include <optional>
 
-#include "locale/Ascii.h"
 #include "locale/DateParts.h"
 #include "locale/Pictures.h"
+#include "platform/Ascii.h"
 
 namespace tessaloom {
 

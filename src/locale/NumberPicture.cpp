@@ -3,11 +3,11 @@
 #include <cmath>
 #include <limits>
 
-#include "locale/Ascii.h"
 #include "locale/Conversion.h"
 #include "locale/Decimal.h"
 #include "locale/Pictures.h"
 #include "locale/UserPicture.h"
+#include "platform/Ascii.h"
 
 namespace tessaloom {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "locale/Ascii.h"
+#include "platform/Ascii.h"
 
 namespace tessaloom {
 

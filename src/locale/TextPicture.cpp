@@ -1,15 +1,14 @@
 #include <algorithm>
 
-#include "locale/Ascii.h"
 #include "locale/Pictures.h"
+#include "platform/Ascii.h"
+#include "platform/TextEncoding.h"
 
 namespace tessaloom {
 
 namespace {
 
 enum class LetterCase { Kept, Lower, Upper };
-
-bool ContinuesCharacter(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
 int CharacterCount(std::string_view utf8) {
     return static_cast<int>(std::ranges::count_if(utf8, [](char c) { return !ContinuesCharacter(c); }));

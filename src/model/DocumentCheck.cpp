@@ -12,6 +12,7 @@
 #include "model/DocumentReader.h"
 #include "model/Portfolio.h"
 #include "model/PortfolioFile.h"
+#include "platform/Ascii.h"
 #include "platform/FileSystem.h"
 #include "platform/Platform.h"
 #include "platform/PrivateProfile.h"
@@ -22,15 +23,6 @@
 namespace tessaloom {
 
 namespace {
-
-bool EqualsIgnoringCase(std::string_view a, std::string_view b) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
-    return std::ranges::equal(a, b, {}, lower, lower);
-}
-
-bool StartsWith(std::string_view text, std::string_view start) {
-    return EqualsIgnoringCase(text.substr(0, start.size()), start);
-}
 
 /// Checks one file after the other against the tables, by reading it into objects that nobody uses.
 class Checker {
@@ -148,21 +140,23 @@ void Checker::End(const DocumentReader& reader) {
 }
 
 void Checker::FindUnknown(const DocumentReader& reader, const ProfileSection& section) {
-    if (StartsWith(section.name, "X-")) return;
+    if (ascii::StartsWithText(section.name, "X-")) return;
     if (!reader.AskedSection(section.name)) return Add(section.name, {}, {}, "unknown section", section.line);
-    const bool isLayer = reader.Asked(section.name, "Enabled") &&
-                         (StartsWith(section.name, "Text") || StartsWith(section.name, "Graphic"));
+    const bool isLayer =
+        reader.Asked(section.name, "Enabled") &&
+        (ascii::StartsWithText(section.name, "Text") || ascii::StartsWithText(section.name, "Graphic"));
     if (isLayer && platform_.profile.Get(path_, section.name, "Enabled").empty())
         return Add(section.name, "Enabled", {}, "missing, so the layer is left out", section.line);
     for (const ProfileKey& key : platform_.profile.Keys(path_, section.name))
         // Entries beyond the count are remains of a longer table.
-        if (!reader.Asked(section.name, key.name) && !StartsWith(key.name, "TransparentColorTable"))
+        if (!reader.Asked(section.name, key.name) &&
+            !ascii::StartsWithText(key.name, "TransparentColorTable"))
             Add(section.name, key.name, key.value, "unknown key", key.line);
 }
 
 int Checker::LineOf(const std::string& section, const std::string& key) {
     for (const ProfileKey& candidate : platform_.profile.Keys(path_, section))
-        if (EqualsIgnoringCase(candidate.name, key)) return candidate.line;
+        if (ascii::SameText(candidate.name, key)) return candidate.line;
     return 0;
 }
 
@@ -188,10 +182,10 @@ bool Checker::IsOn(std::string_view section, std::string_view key) {
 
 bool IsCanvas(Platform& platform, std::string_view path) {
     const std::string extension(ExtensionName(path));
-    if (EqualsIgnoringCase(extension, "can")) return true;
-    if (EqualsIgnoringCase(extension, "por")) return false;
+    if (ascii::SameText(extension, "can")) return true;
+    if (ascii::SameText(extension, "por")) return false;
     return std::ranges::any_of(platform.profile.Sections(path), [](const ProfileSection& section) {
-        return EqualsIgnoringCase(section.name, "General");
+        return ascii::SameText(section.name, "General");
     });
 }
 

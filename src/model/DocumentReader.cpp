@@ -1,17 +1,8 @@
 #include "model/DocumentReader.h"
 
+#include "platform/Ascii.h"
+
 namespace tessaloom {
-
-namespace {
-
-std::string Lower(std::string_view text) {
-    std::string lower(text);
-    for (char& c : lower)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + 32);
-    return lower;
-}
-
-}  // namespace
 
 std::string DocumentReader::Get(std::string_view section, std::string_view key, std::string_view fallback) {
     Note(section, key);
@@ -36,17 +27,17 @@ void DocumentReader::Fault(std::string_view section, std::string_view key, std::
 }
 
 bool DocumentReader::Asked(std::string_view section, std::string_view key) const {
-    return asked_.contains({Lower(section), Lower(key)});
+    return asked_.contains({ascii::LowerText(section), ascii::LowerText(key)});
 }
 
 bool DocumentReader::AskedSection(std::string_view section) const {
-    const std::string lower = Lower(section);
+    const std::string lower = ascii::LowerText(section);
     const auto at = asked_.lower_bound({lower, ""});
     return at != asked_.end() && at->first == lower;
 }
 
 void DocumentReader::Note(std::string_view section, std::string_view key) {
-    if (noting_) asked_.emplace(Lower(section), Lower(key));
+    if (noting_) asked_.emplace(ascii::LowerText(section), ascii::LowerText(key));
 }
 
 }  // namespace tessaloom

@@ -3,21 +3,11 @@
 #include <algorithm>
 #include <charconv>
 
+#include "platform/Ascii.h"
+
 namespace tessaloom {
 
 namespace {
-
-std::string_view WithoutBlanks(std::string_view text) {
-    constexpr std::string_view Blanks = " \t";
-    const auto first = text.find_first_not_of(Blanks);
-    if (first == text.npos) return {};
-    return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
-}
-
-bool EqualsIgnoringCase(std::string_view text, std::string_view lower) {
-    return std::equal(text.begin(), text.end(), lower.begin(), lower.end(),
-                      [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + 32 : a) == b; });
-}
 
 /// Only a result of 0 can stem from a text that is no number, or one too large for its kind.
 KeyFault JudgeZero(const std::string& text, double value) {
@@ -65,13 +55,7 @@ std::string_view DescriptionOf(KeyFault fault) {
 }
 
 KeyFault Boolean::Parse(const std::string& text, bool& value) {
-    value = modNumbers::Str2Bool(text);
-    if (value) return KeyFault::None;
-    const std::string_view word = WithoutBlanks(text);
-    double number = 0;
-    const bool known = EqualsIgnoringCase(word, "false") || EqualsIgnoringCase(word, "no") ||
-                       modNumbers::TryDblNI(text, number);
-    return known ? KeyFault::None : KeyFault::NotABoolean;
+    return modNumbers::TryBool(text, value) ? KeyFault::None : KeyFault::NotABoolean;
 }
 
 KeyFault Whole::Parse(const std::string& text, int& value) {
@@ -90,7 +74,7 @@ KeyFault Single::Parse(const std::string& text, float& value) {
 }
 
 KeyFault Colour::Parse(const std::string& text, int& value) {
-    std::string_view digits = WithoutBlanks(text);
+    std::string_view digits = ascii::Trimmed(text, ascii::Blanks);
     if (digits.size() > 2 && digits[0] == '&' && (digits[1] == 'H' || digits[1] == 'h')) {
         digits.remove_prefix(2);
         if (digits.back() == '&') digits.remove_suffix(1);
@@ -127,7 +111,7 @@ std::string TimeOfDay::Write(double seconds) {
 }
 
 KeyFault Trimmed::Parse(const std::string& text, std::string_view& value) {
-    value = WithoutBlanks(text);
+    value = ascii::Trimmed(text, ascii::Blanks);
     return KeyFault::None;
 }
 

@@ -1,12 +1,13 @@
 #include "model/LongText.h"
 
+#include "platform/Ascii.h"
 #include "platform/PrivateProfile.h"
+#include "platform/TextEncoding.h"
 
 namespace tessaloom::LongText {
 
 namespace {
 
-constexpr std::string_view Blanks = " \t";
 constexpr std::string_view LineBreaks = "\r\n";
 
 /// Pairs of a character and the letter that stands for it behind a backslash.
@@ -16,22 +17,6 @@ constexpr std::size_t PieceLimit = 240;  ///< Characters; below the limit of a v
 
 /// What profile files drop only at the ends of a value; elsewhere it stays readable.
 bool AtEnds(char c) { return c == ' ' || c == '\''; }
-
-bool IsContinuation(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
-
-/// The bytes of the first `limit` characters.
-std::size_t BytesOf(std::string_view text, std::size_t limit) {
-    std::size_t at = 0;
-    for (std::size_t characters = 0; at < text.size(); ++at)
-        if (!IsContinuation(text[at]) && characters++ == limit) break;
-    return at;
-}
-
-std::string_view WithoutBlanks(std::string_view text) {
-    const auto first = text.find_first_not_of(Blanks);
-    if (first == text.npos) return {};
-    return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
-}
 
 std::string Escaped(std::string_view text) {
     std::string result;
@@ -52,10 +37,10 @@ std::string Escaped(std::string_view text) {
 /// Where to cut `text` so that a whole character ends the piece, and neither piece has a blank or an
 /// apostrophe there. A run of those that is longer than a piece is cut anyway.
 std::size_t PieceLength(std::string_view text) {
-    const std::size_t longest = BytesOf(text, PieceLimit);
+    const std::size_t longest = FirstCharacters(text, PieceLimit).size();
     if (longest == text.size()) return longest;
     for (std::size_t at = longest; at > 0; --at)
-        if (!IsContinuation(text[at]) && !AtEnds(text[at]) && !AtEnds(text[at - 1])) return at;
+        if (!ContinuesCharacter(text[at]) && !AtEnds(text[at]) && !AtEnds(text[at - 1])) return at;
     return longest;
 }
 
@@ -66,10 +51,10 @@ bool Needed(std::string_view text) { return text.find_first_of(LineBreaks) != te
 std::string PlainForm(std::string_view text) {
     std::string line(text.substr(0, text.find_first_of(LineBreaks)));
     for (std::size_t at = 0; (at = line.find("&34", at)) != line.npos;) line.replace(at, 3, 1, '"');
-    std::string_view value = WithoutBlanks(line);
+    std::string_view value = ascii::Trimmed(line, ascii::Blanks);
     if (value.size() > 1 && value.front() == '\'' && value.back() == '\'')
         value = value.substr(1, value.size() - 2);
-    return std::string(value.substr(0, BytesOf(value, PrivateProfile::ValueLimit)));
+    return std::string(FirstCharacters(value, PrivateProfile::ValueLimit));
 }
 
 std::vector<std::string> Pieces(std::string_view text) {

@@ -54,7 +54,7 @@ std::size_t CharacterLength(std::string_view text) {
         const std::size_t length = static_cast<std::size_t>(lead.following) + 1;
         if (text.size() < length || Byte(text[1]) < lead.low || Byte(text[1]) > lead.high) return 0;
         for (std::size_t i = 2; i < length; ++i)
-            if ((Byte(text[i]) & 0xC0) != 0x80) return 0;
+            if (!ContinuesCharacter(text[i])) return 0;
         return length;
     }
     return 0;
@@ -68,16 +68,6 @@ std::size_t AsciiRun(std::string_view text) {
         if (word & 0x8080808080808080u) break;
     }
     return at;
-}
-
-void AppendCharacter(std::string& to, char16_t character) {
-    if (character >= 0x800) {
-        to += static_cast<char>(0xE0 | (character >> 12));
-        to += static_cast<char>(0x80 | ((character >> 6) & 0x3F));
-    } else {
-        to += static_cast<char>(0xC0 | (character >> 6));
-    }
-    to += static_cast<char>(0x80 | (character & 0x3F));
 }
 
 /// The small letter for a capital of two bytes, or the letter itself.
@@ -94,6 +84,32 @@ bool IsLatin1Capital(char first, char second) {
 }
 
 }  // namespace
+
+char32_t TakeCharacter(std::string_view& text) {
+    const std::size_t length = CharacterLength(text);
+    // Of the first byte as many bits count as are left behind the mark of the length.
+    char32_t character = length < 2 ? Byte(text[0]) : Byte(text[0]) & (0x7Fu >> length);
+    for (std::size_t i = 1; i < length; ++i) character = character << 6 | (Byte(text[i]) & 0x3F);
+    text.remove_prefix(length == 0 ? 1 : length);
+    return length == 0 ? MalformedCharacter : character;
+}
+
+void AppendCharacter(std::string& text, char32_t character) {
+    const auto add = [&text](char32_t byte) { text += static_cast<char>(byte); };
+    if (character < 0x80) return add(character);
+    if (character < 0x800) {
+        add(0xC0 | character >> 6);
+    } else {
+        if (character < 0x10000) {
+            add(0xE0 | character >> 12);
+        } else {
+            add(0xF0 | character >> 18);
+            add(0x80 | (character >> 12 & 0x3F));
+        }
+        add(0x80 | (character >> 6 & 0x3F));
+    }
+    add(0x80 | (character & 0x3F));
+}
 
 bool IsUtf8(std::string_view bytes) {
     while (!bytes.empty()) {
@@ -128,7 +144,7 @@ std::string_view FirstCharacters(std::string_view text, std::size_t count) {
     if (text.size() <= count) return text;
     std::size_t characters = 0;
     for (std::size_t i = 0; i < text.size(); ++i)
-        if ((Byte(text[i]) & 0xC0) != 0x80 && characters++ == count) return text.substr(0, i);
+        if (!ContinuesCharacter(text[i]) && characters++ == count) return text.substr(0, i);
     return text;
 }
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <charconv>
 
-#include "locale/Ascii.h"
+#include "platform/Ascii.h"
 
 namespace tessaloom {
 

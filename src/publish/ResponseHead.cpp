@@ -5,8 +5,8 @@
 #include <initializer_list>
 
 #include "core/modNumbers.h"
-#include "locale/Ascii.h"
 #include "locale/Conversion.h"
+#include "platform/Ascii.h"
 #include "platform/Paths.h"
 #include "time/modTime.h"
 

@@ -5,8 +5,8 @@
 
 #include "core/ErrorReport.h"
 #include "core/Store.h"
-#include "locale/Ascii.h"
 #include "locale/Error.h"
+#include "platform/Ascii.h"
 #include "platform/FileSystem.h"
 #include "platform/TextEncoding.h"
 #include "publish/CanvasList.h"
@@ -23,11 +23,6 @@ namespace {
 constexpr std::string_view Module = "WebConnection.cls";
 constexpr std::string_view EmptyLine = "\r\n\r\n";
 constexpr std::string_view DefaultPage = "index.htm";
-
-std::string_view Trimmed(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
-    return text.substr(0, text.find_last_not_of(' ') + 1);
-}
 
 bool IsFullPath(std::string_view path) { return path.starts_with('/') || path.starts_with('\\'); }
 
@@ -125,10 +120,10 @@ void WebConnection::Answer(const RequestHead& request) {
         CanvasWebServer* const canvas = host_.PublishedCanvas(slot);
         if (!canvas || FoldCase(canvas->FileName()) != folded) continue;
         if (canvas->Schedule().EnableNow(modTime::Clock())) return ReturnJPG(*canvas);
-        return ServeOffSchedule(Trimmed(canvas->OffScheduleFile()));
+        return ServeOffSchedule(ascii::Trimmed(canvas->OffScheduleFile()));
     }
     if (!allowNonCanvasServes_) return ForceClose();
-    ServeFile(Trimmed(name));
+    ServeFile(ascii::Trimmed(name));
 }
 
 void WebConnection::ServeFile(std::string_view path) {

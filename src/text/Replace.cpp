@@ -1,7 +1,7 @@
 #include "text/Replace.h"
 
 #include "core/modNumbers.h"
-#include "locale/Ascii.h"
+#include "platform/Ascii.h"
 
 #include <algorithm>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "locale/Ascii.h"
+#include "platform/Ascii.h"
 #include "text/Replace.h"
 
 #include <cstddef>

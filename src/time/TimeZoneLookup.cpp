@@ -1,20 +1,12 @@
 #include "time/TimeZoneLookup.h"
 
-#include "platform/TextEncoding.h"
-
 #include <algorithm>
 
+#include "platform/Ascii.h"
+#include "platform/TextEncoding.h"
+
 namespace tessaloom {
-namespace {
-
-std::string_view Trimmed(std::string_view text) {
-    const auto blank = [](char c) { return c == ' ' || c == '\t'; };
-    while (!text.empty() && blank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && blank(text.back())) text.remove_suffix(1);
-    return text;
-}
-
-}  // namespace
+namespace {}  // namespace
 
 void TimeZoneLookup::Load(std::string_view bytes) {
     const std::string decoded = ToUtf8(bytes);
@@ -28,8 +20,8 @@ void TimeZoneLookup::Load(std::string_view bytes) {
         if (line.ends_with('\r')) line.remove_suffix(1);
         const std::size_t comma = line.find(',');
         if (comma == line.npos) continue;
-        pairs_.push_back(
-            {std::string(Trimmed(line.substr(0, comma))), std::string(Trimmed(line.substr(comma + 1)))});
+        pairs_.push_back({std::string(ascii::Trimmed(line.substr(0, comma), ascii::Blanks)),
+                          std::string(ascii::Trimmed(line.substr(comma + 1), ascii::Blanks))});
     }
 }
 

@@ -5,7 +5,7 @@
 #include "core/Log.h"
 #include "core/modNumbers.h"
 #include "imaging/DIB.h"
-#include "locale/Ascii.h"
+#include "platform/Ascii.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "video/MotionDetect.h"
@@ -17,9 +17,7 @@ constexpr std::string_view Suffix = ".jpg";
 
 /// Where the difference image of a frame's file goes: "motion.jpg" has "motion.diff.jpg" beside it.
 std::string DifferencePath(std::string_view frameFile) {
-    const bool named = frameFile.size() >= Suffix.size() &&
-                       ascii::SameText(frameFile.substr(frameFile.size() - Suffix.size()), Suffix);
-    if (named) frameFile.remove_suffix(Suffix.size());
+    if (ascii::EndsWithText(frameFile, Suffix)) frameFile.remove_suffix(Suffix.size());
     return std::string(frameFile).append(".diff").append(Suffix);
 }
 

@@ -13,6 +13,7 @@
 #include "imaging/pixelops/Tessaloom.h"
 #include "platform/Dialogs.h"
 #include "platform/MainWindow.h"
+#include "platform/TextEncoding.h"
 #include "platform/Timer.h"
 #include "time/modTime.h"
 
@@ -43,13 +44,7 @@ std::int64_t TwelveBitSize(int width, int height) {
 
 /// The first `LongestErrorText` characters, at most up to the first NUL.
 std::string_view CutErrorText(std::string_view text) {
-    text = text.substr(0, text.find('\0'));
-    std::size_t characters = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool starts = (static_cast<unsigned char>(text[i]) & 0xC0) != 0x80;
-        if (starts && characters++ == LongestErrorText) return text.substr(0, i);
-    }
-    return text;
+    return FirstCharacters(text.substr(0, text.find('\0')), LongestErrorText);
 }
 
 }  // namespace

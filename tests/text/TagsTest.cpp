@@ -1,8 +1,8 @@
 #include "text/Tags.h"
 
 #include "core/modNumbers.h"
-#include "locale/Ascii.h"
 #include "locale/DateParts.h"
+#include "platform/Ascii.h"
 #include "support/FakeTime.h"
 #include "support/MemoryFileSystem.h"
 #include "support/PropertyTable.h"

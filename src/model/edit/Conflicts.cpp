@@ -1,8 +1,8 @@
 #include "model/edit/Conflicts.h"
 
-#include "locale/Ascii.h"
 #include "model/Canvas.h"
 #include "model/Portfolio.h"
+#include "platform/Ascii.h"
 #include "platform/FileSystem.h"
 #include "platform/Platform.h"
 #include "platform/TextEncoding.h"

@@ -5,6 +5,7 @@
 #include <system_error>
 #include <utility>
 
+#include "platform/Ascii.h"
 #include "platform/capture/FrameExchange.h"
 #include "platform/capture/PatternChannel.h"
 
@@ -28,9 +29,8 @@ constexpr int SourceError = 1;
 bool IsAddress(std::string_view name) {
     if (name.starts_with('/') || name.starts_with('\\') || name.substr(1).starts_with(":\\")) return true;
     const std::size_t colon = name.find(':');
-    const auto letter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); };
     return colon != std::string_view::npos && colon >= 2 && !name.substr(colon + 1).starts_with(' ') &&
-           std::all_of(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(colon), letter);
+           std::all_of(name.begin(), name.begin() + static_cast<std::ptrdiff_t>(colon), ascii::IsLetter);
 }
 
 /// Whatever bears a name that is no address just now: a file, else a camera.

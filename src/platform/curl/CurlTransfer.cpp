@@ -5,6 +5,7 @@
 #include <new>
 #include <utility>
 
+#include "platform/Ascii.h"
 #include "platform/TextEncoding.h"
 #include "platform/curl/BrokenPipeGuard.h"
 #include "platform/curl/CurlMulti.h"
@@ -18,17 +19,10 @@ constexpr const char* Protocols = "http,https";
 /// No honest server sends as much.
 constexpr std::size_t LargestHeader = 256 << 10;  // bytes
 
-std::string_view WithoutBlanks(std::string_view text) {
-    constexpr std::string_view Blanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(Blanks);
-    return first == std::string_view::npos ? ""
-                                           : text.substr(first, text.find_last_not_of(Blanks) - first + 1);
-}
-
 /// As people write addresses: blanks around them mean nothing, and of several "@" before the path all but the
 /// last belong to the password. What may not stand there as it is, is written as the protocol does.
 std::string UsableAddress(std::string_view written) {
-    const std::string_view address = WithoutBlanks(written);
+    const std::string_view address = ascii::Trimmed(written, ascii::WhiteSpace);
     const std::size_t scheme = address.find("://");
     const std::size_t host = scheme == std::string_view::npos ? 0 : scheme + 3;
     const std::string_view front = address.substr(0, address.find_first_of("/?#", host));
@@ -46,8 +40,6 @@ std::string UsableAddress(std::string_view written) {
     return usable;
 }
 
-bool IsLetter(char c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); }
-
 bool HoldsControls(std::string_view text) {
     return std::ranges::any_of(text, [](char c) { return static_cast<unsigned char>(c) < ' ' && c != '\t'; });
 }
@@ -55,14 +47,15 @@ bool HoldsControls(std::string_view text) {
 /// A line break would begin another line of the head, a NUL would end the text for the library.
 bool FitForHead(const UrlRequest& request, const std::string& address) {
     return address.find('\0') == address.npos && !request.method.empty() &&
-           std::ranges::all_of(request.method, IsLetter) && !HoldsControls(request.user) &&
+           std::ranges::all_of(request.method, ascii::IsLetter) && !HoldsControls(request.user) &&
            !HoldsControls(request.password) && std::ranges::none_of(request.headers, HoldsControls);
 }
 
 /// The library leaves a header out that has no value, and sends it empty where a semicolon ends its name.
 std::string HeaderLine(const std::string& header) {
     const std::size_t colon = header.find(':');
-    const bool empty = colon == header.npos || WithoutBlanks(header.substr(colon + 1)).empty();
+    const bool empty =
+        colon == header.npos || header.find_first_not_of(ascii::WhiteSpace, colon + 1) == header.npos;
     return empty ? header.substr(0, colon) + ";" : header;
 }
 
@@ -194,7 +187,7 @@ std::size_t CurlTransfer::TakeHeader(char* data, std::size_t size, std::size_t c
 /// False without memory for it. A status line begins another answer.
 bool CurlTransfer::TakeHeaderLine(std::string_view line) {
     try {
-        const std::string_view text = WithoutBlanks(line);
+        const std::string_view text = ascii::Trimmed(line, ascii::WhiteSpace);
         if (line.starts_with("HTTP/")) {
             response_ = {};
             const std::size_t status = text.find(' ');

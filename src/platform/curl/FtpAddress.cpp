@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "platform/Ascii.h"
+
 namespace tessaloom {
 
 namespace {
@@ -10,8 +12,7 @@ namespace {
 constexpr std::string_view ImplicitPort = "990";
 
 bool IsPlain(char c) {
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '-' ||
-           c == '.' || c == '_' || c == '~';
+    return ascii::IsDigit(c) || ascii::IsLetter(c) || c == '-' || c == '.' || c == '_' || c == '~';
 }
 
 /// Host names with letters of other scripts are left to the library.
@@ -23,17 +24,8 @@ bool IsPort(std::string_view text) {
     return error == std::errc() && end == text.data() + text.size() && port >= 1 && port <= 65535;
 }
 
-std::string_view Trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(" \t");
-    return first == std::string_view::npos ? ""
-                                           : text.substr(first, text.find_last_not_of(" \t") - first + 1);
-}
-
 bool TakePrefix(std::string_view& text, std::string_view prefix) {
-    const auto same = [](char a, char b) { return (a >= 'A' && a <= 'Z' ? a + 32 : a) == b; };
-    if (text.size() < prefix.size() ||
-        !std::equal(prefix.begin(), prefix.end(), text.begin(), [&](char b, char a) { return same(a, b); }))
-        return false;
+    if (!ascii::StartsWithText(text, prefix)) return false;
     text.remove_prefix(prefix.size());
     return true;
 }
@@ -65,7 +57,7 @@ std::string Encoded(std::string_view path) {
 
 std::optional<FtpAddress> FtpAddress::Parse(std::string_view server) {
     FtpAddress address;
-    std::string_view rest = Trimmed(server);
+    std::string_view rest = ascii::Trimmed(server, ascii::Blanks);
     if (TakePrefix(rest, "sftp://"))
         address.security = Security::Shell;
     else if (TakePrefix(rest, "ftps://"))

@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "platform/Ascii.h"
 #include "platform/TextEncoding.h"
 
 namespace tessaloom {
@@ -38,8 +39,7 @@ int CodeOf(std::string_view reply) {
 }
 
 bool IsLastLine(std::string_view line) {
-    const auto digit = [](char c) { return c >= '0' && c <= '9'; };
-    return line.size() >= 4 && digit(line[0]) && digit(line[1]) && digit(line[2]) && line[3] == ' ';
+    return line.size() >= 4 && std::ranges::all_of(line.substr(0, 3), ascii::IsDigit) && line[3] == ' ';
 }
 
 /// As it may stand in a log: what a server says can be anything.

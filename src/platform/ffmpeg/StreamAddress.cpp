@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "platform/Ascii.h"
+
 namespace tessaloom {
 
 namespace {
@@ -11,20 +13,6 @@ constexpr std::string_view StreamSchemes[] = {"rtsp", "rtsps", "http", "https", 
 
 // "crypto" is for streams in encrypted parts.
 constexpr const char* StreamProtocols = "rtsp,rtsps,rtp,srtp,udp,tcp,tls,http,https,httpproxy,crypto";
-
-std::string_view WithoutBlanks(std::string_view text) {
-    constexpr std::string_view Blanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(Blanks);
-    return first == std::string_view::npos ? ""
-                                           : text.substr(first, text.find_last_not_of(Blanks) - first + 1);
-}
-
-std::string LowerCase(std::string_view text) {
-    std::string lower(text);
-    for (char& c : lower)
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c + ('a' - 'A'));
-    return lower;
-}
 
 StreamAddress File(std::string_view path) {
     // "file:///x" and "file:/x" mean the same; "//" elsewhere does no harm.
@@ -51,11 +39,11 @@ std::string Usable(std::string_view address) {
 StreamAddress StreamAddress::Parse(std::string_view written) {
     // The library's texts end at the first NUL, and would mean another address.
     if (written.find('\0') != std::string_view::npos) return {};
-    const std::string_view address = WithoutBlanks(written);
+    const std::string_view address = ascii::Trimmed(written, ascii::WhiteSpace);
     const std::size_t colon = address.find(':');
     const std::size_t separator = address.find_first_of("/\\");
     if (colon == std::string_view::npos || colon < 2 || separator < colon) return File(address);
-    const std::string scheme = LowerCase(address.substr(0, colon));
+    const std::string scheme = ascii::LowerText(address.substr(0, colon));
     if (scheme == "file") return File(address.substr(colon + 1));
     if (std::ranges::find(StreamSchemes, scheme) == std::end(StreamSchemes)) return {};
     return {Kind::Stream, scheme + Usable(address.substr(colon)), StreamProtocols};

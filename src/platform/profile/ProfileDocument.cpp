@@ -3,19 +3,14 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/Ascii.h"
 #include "platform/TextEncoding.h"
 
 namespace tessaloom {
 
 namespace {
 
-constexpr std::string_view Blanks = " \t";
-
-std::string_view Trimmed(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(Blanks);
-    if (first == text.npos) return {};
-    return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
-}
+std::string_view Trimmed(std::string_view text) { return ascii::Trimmed(text, ascii::Blanks); }
 
 bool EndsLine(char c) { return c == '\r' || c == '\n'; }
 

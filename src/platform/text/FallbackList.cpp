@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <cctype>
 #include <string_view>
+
+#include "platform/Ascii.h"
 
 namespace tessaloom {
 namespace {
@@ -52,17 +53,10 @@ constexpr StandIn Replaced[] = {
 constexpr int MostFonts = 100;  ///< Of one list; each one costs a look at every character that none has.
 constexpr std::size_t MostRemembered = 65536;
 
-bool SameName(std::string_view a, std::string_view b) {
-    const auto same = [](char x, char y) {
-        return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-    };
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), same);
-}
-
 template <std::size_t N>
 const StandIn* Lookup(const StandIn (&table)[N], std::string_view family) {
     const auto* row = std::find_if(std::begin(table), std::end(table),
-                                   [&](const StandIn& r) { return SameName(r.family, family); });
+                                   [&](const StandIn& r) { return ascii::SameText(r.family, family); });
     return row == std::end(table) ? nullptr : row;
 }
 

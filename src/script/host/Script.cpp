@@ -5,7 +5,7 @@
 
 #include "core/ErrorReport.h"
 #include "core/Log.h"
-#include "locale/Ascii.h"
+#include "platform/Ascii.h"
 #include "platform/FileSystem.h"
 #include "script/host/ScriptText.h"
 

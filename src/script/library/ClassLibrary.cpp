@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "locale/Ascii.h"
+#include "platform/Ascii.h"
 #include "script/library/Dictionary.h"
 #include "script/library/FileSystemObject.h"
 #include "script/library/Shell.h"

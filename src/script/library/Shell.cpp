@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "locale/Ascii.h"
+#include "platform/Ascii.h"
 #include "platform/Environment.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"

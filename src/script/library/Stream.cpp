@@ -5,6 +5,7 @@
 #include <string>
 
 #include "platform/FileSystem.h"
+#include "platform/TextEncoding.h"
 #include "script/library/ByteArray.h"
 #include "script/library/TextCodec.h"
 #include "vbscript/Array.h"
@@ -57,7 +58,7 @@ std::size_t BytesOfUnits(std::string_view bytes, std::size_t units, Charset char
     for (std::size_t taken = 0; at < bytes.size() && taken < units;) {
         const auto lead = static_cast<unsigned char>(bytes[at]);
         taken += lead >= 0xF0 ? 2 : 1;
-        for (++at; at < bytes.size() && (static_cast<unsigned char>(bytes[at]) & 0xC0) == 0x80;) ++at;
+        for (++at; at < bytes.size() && ContinuesCharacter(bytes[at]);) ++at;
     }
     return at;
 }

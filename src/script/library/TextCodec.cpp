@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "locale/Ascii.h"
+#include "platform/Ascii.h"
 #include "platform/TextEncoding.h"
 
 namespace tessaloom::library {

@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "locale/Ascii.h"
+#include "platform/Ascii.h"
 #include "platform/UrlTransfer.h"
 #include "script/library/ByteArray.h"
 #include "script/library/TextCodec.h"
@@ -34,12 +34,6 @@ enum class HttpError : std::int32_t {
     throw RuntimeError(static_cast<int>(error), Utf16Of(text), u"msxml3.dll");
 }
 
-std::string_view Trimmed(std::string_view text) {
-    while (!text.empty() && ascii::IsBlank(text.front())) text.remove_prefix(1);
-    while (!text.empty() && ascii::IsBlank(text.back())) text.remove_suffix(1);
-    return text;
-}
-
 /// The values of all headers of that name, one behind the other.
 std::string HeaderNamed(std::string_view headers, std::string_view name) {
     std::string values;
@@ -47,8 +41,9 @@ std::string HeaderNamed(std::string_view headers, std::string_view name) {
         const std::size_t end = headers.find("\r\n");
         const std::string_view line = headers.substr(0, end);
         const std::size_t colon = line.find(':');
-        if (colon != line.npos && ascii::SameText(Trimmed(line.substr(0, colon)), name))
-            values.append(values.empty() ? "" : ", ").append(Trimmed(line.substr(colon + 1)));
+        if (colon != line.npos && ascii::SameText(ascii::Trimmed(line.substr(0, colon), ascii::Blanks), name))
+            values.append(values.empty() ? "" : ", ")
+                .append(ascii::Trimmed(line.substr(colon + 1), ascii::Blanks));
         headers.remove_prefix(end == headers.npos ? headers.size() : end + 2);
     }
     return values;
@@ -61,7 +56,7 @@ Charset CharsetOf(std::string_view headers) {
     const auto found = std::ranges::search(type, Key, [](char a, char b) { return ascii::Lower(a) == b; });
     if (found.empty()) return Charset::Utf8OrWindows;
     std::string_view name = std::string_view(type).substr(found.end() - type.begin());
-    name = Trimmed(name.substr(0, name.find(';')));
+    name = ascii::Trimmed(name.substr(0, name.find(';')), ascii::Blanks);
     if (name.size() >= 2 && name.front() == '"') name = name.substr(1, name.size() - 2);
     return CharsetNamed(name).value_or(Charset::Utf8OrWindows);
 }
