@@ -1,12 +1,7 @@
 #pragma once
 
 #include "platform/Fonts.h"
-
-#include <algorithm>
-#include <memory>
-#include <string>
-#include <utility>
-#include <vector>
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

@@ -1,17 +1,11 @@
 #pragma once
 
-#include <chrono>
 #include <condition_variable>
-#include <cstdint>
-#include <functional>
 #include <mutex>
-#include <span>
-#include <string>
 #include <thread>
-#include <utility>
-#include <vector>
 
 #include "platform/CaptureSource.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

@@ -1,11 +1,7 @@
 #pragma once
 
 #include "core/ErrorReport.h"
-
-#include <algorithm>
-#include <string_view>
-#include <utility>
-#include <vector>
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

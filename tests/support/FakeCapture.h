@@ -1,15 +1,7 @@
 #pragma once
 
-#include <algorithm>
-#include <cstdint>
-#include <memory>
-#include <optional>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
 #include "platform/CaptureDriver.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

@@ -4,11 +4,6 @@
 #include "imaging/LayerHost.h"
 #include "support/PropertyTable.h"
 
-#include <map>
-#include <memory>
-#include <utility>
-#include <vector>
-
 namespace tessaloom::testing {
 
 /// A canvas as its layers see it: notes what they tell it.

@@ -1,12 +1,9 @@
 #pragma once
 
-#include <algorithm>
-#include <array>
-#include <string>
-
 #include "imaging/DIB.h"
 #include "platform/JpegCodec.h"
 #include "platform/PictureLoader.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

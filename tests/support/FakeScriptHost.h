@@ -1,9 +1,6 @@
 #pragma once
 
-#include <functional>
-#include <string>
-#include <vector>
-
+#include "support/Testing.h"
 #include "vbscript/Host.h"
 
 namespace tessaloom::testing {

@@ -1,13 +1,9 @@
 #pragma once
 
 #include "platform/SystemTime.h"
+#include "support/Testing.h"
 #include "time/PresentTime.h"
 #include "time/modTime.h"
-
-#include <cmath>
-#include <cstdint>
-#include <utility>
-#include <vector>
 
 namespace tessaloom::testing {
 

@@ -1,13 +1,7 @@
 #pragma once
 
-#include <algorithm>
-#include <memory>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
 #include "platform/UrlTransfer.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

@@ -1,10 +1,9 @@
 #pragma once
 
 #include <limits>
-#include <string>
-#include <string_view>
 
 #include "platform/FileSystem.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

@@ -1,15 +1,8 @@
 #pragma once
 
-#include <poll.h>
 #include <pwd.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <cstdlib>
-#include <fstream>
-#include <memory>
-#include <string>
-#include <string_view>
 
 #include "platform/FtpClient.h"
 #include "support/ServerProgram.h"
@@ -62,39 +55,14 @@ private:
         const passwd* user = ::getpwuid(::getuid());
         return user ? user->pw_name : "";
     }
-    static bool Shell(const std::string& command) {
-        return std::system((command + " >/dev/null 2>&1").c_str()) == 0;
-    }
-
     void Start(std::vector<std::string> arguments) {
         program_ = std::make_unique<ServerProgram>(std::move(arguments));
-        runs_ = Listens();
-    }
-
-    /// Whether it takes connections, within 20 s.
-    bool Listens() const {
-        sockaddr_in place{};
-        place.sin_family = AF_INET;
-        place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        place.sin_port = htons(static_cast<std::uint16_t>(std::stoi(port_)));
-        for (int attempt = 0; attempt < 2000; ++attempt) {
-            const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-            const bool connected = ::connect(handle, reinterpret_cast<sockaddr*>(&place), sizeof place) == 0;
-            ::close(handle);
-            if (connected) return true;
-            if (program_->Ended()) return false;
-            ::poll(nullptr, 0, 10);
-        }
-        return false;
+        runs_ = program_->Listens(port_);
     }
 
     void StartVsftpd() {
         const bool tls = kind_ != Kind::Vsftpd;
-        if (tls &&
-            !Shell("cd '" + folder_.Path() +
-                   "' && openssl req -x509 -newkey rsa:2048 -nodes -keyout key.pem -out cert.pem -days 2 "
-                   "-subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1"))
-            return;
+        if (tls && !ServerProgram::MakeCertificate(folder_.Path())) return;
         ::mkdir((folder_ / "empty").c_str(), 0755);
         const std::string file = folder_ / "vsftpd.conf";
         {
@@ -120,10 +88,12 @@ private:
         const passwd* user = ::getpwuid(::getuid());
         if (!user || std::string_view(user->pw_shell).ends_with("nologin")) return;
         if (getuid() == 0) ::mkdir("/run/sshd", 0755);
-        if (!Shell("cd '" + folder_.Path() +
-                   "' && ssh-keygen -q -t ed25519 -N '' -f host && "
-                   "ssh-keygen -q -t ed25519 -N '' -f id_ed25519"))
-            return;
+        const bool keys =
+            ServerProgram::InFolder(folder_.Path(),
+                                    "sh -c \"ssh-keygen -q -t ed25519 -N '' -f host && ssh-keygen -q "
+                                    "-t ed25519 -N '' -f id_ed25519\"")
+                ->Wait() == 0;
+        if (!keys) return;
         std::ofstream(folder_ / "known_hosts")
             << "[127.0.0.1]:" << port_ << " " << FirstLine("host.pub") << "\n";
         std::ofstream(folder_ / "sshd.conf")

@@ -1,22 +1,12 @@
 #pragma once
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
 #include <atomic>
-#include <cstddef>
-#include <functional>
-#include <map>
 #include <mutex>
-#include <stdexcept>
-#include <string>
-#include <string_view>
 #include <thread>
-#include <utility>
-#include <vector>
+
+#include "support/LocalPort.h"
 
 namespace tessaloom::testing {
 
@@ -63,17 +53,7 @@ public:
 
     using Answer = std::function<void(Connection&)>;
 
-    LocalHttpServer() : listener_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        sockaddr_in place{};
-        place.sin_family = AF_INET;
-        place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof place;
-        if (::bind(listener_, reinterpret_cast<sockaddr*>(&place), size) != 0 || ::listen(listener_, 64) != 0)
-            throw std::runtime_error("cannot listen");
-        ::getsockname(listener_, reinterpret_cast<sockaddr*>(&place), &size);
-        port_ = ntohs(place.sin_port);
-        thread_ = std::thread([this] { Accept(); });
-    }
+    LocalHttpServer() : listener_(OpenLocally(port_)), thread_([this] { Accept(); }) {}
     ~LocalHttpServer() {
         ::shutdown(listener_, SHUT_RDWR);
         thread_.join();
@@ -156,13 +136,14 @@ private:
         return [](Connection& to) { to.Send(Whole("404 Not Found", "<html>There is no such page</html>")); };
     }
 
-    int listener_;
-    int port_ = 0;
     std::atomic<int> requests_ = 0;
     std::mutex mutex_;  ///< For what follows.
     std::map<std::string, Answer> answers_;
     std::vector<int> handles_;
     std::vector<std::thread> connections_;
+
+    int port_ = 0;
+    int listener_;
     std::thread thread_;
 };
 

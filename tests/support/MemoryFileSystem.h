@@ -1,14 +1,7 @@
 #pragma once
 
-#include <algorithm>
-#include <cstdint>
-#include <map>
-#include <set>
-#include <string>
-#include <string_view>
-#include <utility>
-
 #include "platform/FileSystem.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

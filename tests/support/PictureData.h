@@ -1,12 +1,6 @@
 #pragma once
 
-#include <cstdint>
-#include <fstream>
-#include <iterator>
-#include <random>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

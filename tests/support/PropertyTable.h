@@ -1,11 +1,7 @@
 #pragma once
 
-#include <functional>
-#include <span>
-#include <string>
-
 #include "core/SettingsOwner.h"
-#include "gtest/gtest.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <memory>
-#include <string>
-
 #include "platform/Sockets.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

@@ -1,11 +1,7 @@
 #pragma once
 
-#include <functional>
-#include <optional>
-#include <string>
-#include <vector>
-
 #include "script/host/ScriptEngine.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

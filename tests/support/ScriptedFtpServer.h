@@ -1,21 +1,12 @@
 #pragma once
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <netinet/tcp.h>
 #include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
-#include <map>
 #include <mutex>
-#include <set>
-#include <string>
-#include <string_view>
 #include <thread>
-#include <type_traits>
-#include <utility>
-#include <vector>
+
+#include "support/LocalPort.h"
 
 namespace tessaloom::testing {
 
@@ -24,7 +15,7 @@ class ScriptedFtpServer {
 public:
     enum class Fault { None, Mute, Garbage, ManyLines, TwoReplies, Close, ReplyAndClose, Refuse, Endless };
 
-    ScriptedFtpServer() : listener_(Listen(port_)), thread_([this] { Accept(); }) {}
+    ScriptedFtpServer() : listener_(OpenLocally(port_)), thread_([this] { Accept(); }) {}
     ~ScriptedFtpServer() {
         ::shutdown(listener_, SHUT_RDWR);
         thread_.join();
@@ -57,19 +48,6 @@ private:
     std::invoke_result_t<Work> Locked(Work work) {
         const std::lock_guard lock(mutex_);
         return work();
-    }
-
-    static int Listen(int& port) {
-        const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-        sockaddr_in place{};
-        place.sin_family = AF_INET;
-        place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof place;
-        ::bind(handle, reinterpret_cast<sockaddr*>(&place), size);
-        ::listen(handle, 8);
-        ::getsockname(handle, reinterpret_cast<sockaddr*>(&place), &size);
-        port = ntohs(place.sin_port);
-        return handle;
     }
 
     void Accept() {
@@ -155,7 +133,7 @@ private:
         if (const auto plain = replies.find(command); plain != replies.end()) return plain->second;
         if (command == "EPSV") {
             int port = 0;
-            ::close(std::exchange(data, Listen(port)));
+            ::close(std::exchange(data, OpenLocally(port)));
             return "229 Go (|||" + std::to_string(port) + "|)";
         }
         if (command == "DELE") return Locked([&] { return files_.erase(rest); }) ? "250 Gone" : "550 None";

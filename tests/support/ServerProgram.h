@@ -1,17 +1,13 @@
 #pragma once
 
-#include <arpa/inet.h>
 #include <fcntl.h>
-#include <netinet/in.h>
+#include <poll.h>
 #include <spawn.h>
-#include <sys/socket.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <csignal>
-#include <stdexcept>
-#include <string>
-#include <vector>
+
+#include "support/LocalPort.h"
 
 namespace tessaloom::testing {
 
@@ -51,17 +47,36 @@ public:
         return process_ <= 0;
     }
 
+    /// Runs a command of the shell in a folder.
+    static std::unique_ptr<ServerProgram> InFolder(const std::string& folder, const std::string& command) {
+        return std::make_unique<ServerProgram>(
+            std::vector<std::string>{"/bin/sh", "-c", "cd '" + folder + "' && exec " + command});
+    }
+
+    /// Puts "key.pem" and "cert.pem" into a folder. False when the openssl program does not.
+    static bool MakeCertificate(const std::string& folder) {
+        return InFolder(folder,
+                        "openssl req -x509 -newkey rsa:2048 -nodes -keyout key.pem -out cert.pem -days 2 "
+                        "-subj /CN=127.0.0.1 -addext subjectAltName=IP:127.0.0.1")
+                   ->Wait() == 0;
+    }
+
+    /// Whether it takes connections on a port of 127.0.0.1, within 20 s.
+    bool Listens(const std::string& port) {
+        for (int attempt = 0; attempt < 2000; ++attempt) {
+            const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
+            const bool connected = Connects(handle, std::stoi(port));
+            ::close(handle);
+            if (connected) return true;
+            if (Ended()) return false;
+            ::poll(nullptr, 0, 10);
+        }
+        return false;
+    }
+
     /// A port of 127.0.0.1 that nobody uses just now.
     static std::string FreePort(int type = SOCK_STREAM) {
-        const int handle = ::socket(AF_INET, type | SOCK_CLOEXEC, 0);
-        sockaddr_in place{};
-        place.sin_family = AF_INET;
-        place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-        socklen_t size = sizeof place;
-        ::bind(handle, reinterpret_cast<sockaddr*>(&place), size);
-        ::getsockname(handle, reinterpret_cast<sockaddr*>(&place), &size);
-        ::close(handle);
-        return std::to_string(ntohs(place.sin_port));
+        return std::to_string(tessaloom::testing::FreePort(type));
     }
 
 private:

@@ -2,11 +2,7 @@
 
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <stdexcept>
-#include <string>
-#include <string_view>
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

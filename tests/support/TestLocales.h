@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/UserLocale.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

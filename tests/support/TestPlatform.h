@@ -1,12 +1,6 @@
 #pragma once
 
-#include <cstdint>
 #include <deque>
-#include <functional>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "core/RunFlags.h"
 #include "core/modNumbers.h"

@@ -1,10 +1,6 @@
 #pragma once
 
-#include <fstream>
-#include <stdexcept>
-#include <string>
-#include <string_view>
-#include <vector>
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

@@ -1,39 +1,13 @@
 #pragma once
 
-#include <arpa/inet.h>
-#include <netinet/in.h>
 #include <poll.h>
-#include <sys/socket.h>
-#include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <charconv>
-#include <functional>
-#include <string>
-#include <string_view>
-#include <utility>
+
+#include "support/LocalPort.h"
 
 namespace tessaloom::testing {
-
-inline sockaddr_in LocalPlace(int port) {
-    sockaddr_in place{};
-    place.sin_family = AF_INET;
-    place.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    place.sin_port = htons(static_cast<std::uint16_t>(port));
-    return place;
-}
-
-/// A port that nobody listens on.
-inline int FreePort() {
-    const int handle = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in place = LocalPlace(0);
-    socklen_t size = sizeof place;
-    ::bind(handle, reinterpret_cast<sockaddr*>(&place), size);
-    ::getsockname(handle, reinterpret_cast<sockaddr*>(&place), &size);
-    ::close(handle);
-    return ntohs(place.sin_port);
-}
 
 /// A client of a web server on this computer. While it waits, `meanwhile` runs again and again.
 class WebClient {
@@ -41,8 +15,7 @@ public:
     explicit WebClient(
         int port, std::function<void()> meanwhile = [] {})
         : meanwhile_(std::move(meanwhile)), handle_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
-        const sockaddr_in place = LocalPlace(port);
-        connected_ = ::connect(handle_, reinterpret_cast<const sockaddr*>(&place), sizeof place) == 0;
+        connected_ = Connects(handle_, port);
     }
     ~WebClient() { Leave(); }
     WebClient(const WebClient&) = delete;

@@ -12,15 +12,7 @@
 #include "text/VWS.h"
 #include "time/modTime.h"
 
-#include <gtest/gtest.h>
-
-#include <random>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 class FakeTagSource final : public TagSource {
@@ -34,7 +26,7 @@ public:
 
 class TagsTest : public ::testing::Test {
 protected:
-    ~TagsTest() override { modNumbers::InitNumberFormat(testing::EnglishLocale()); }
+    ~TagsTest() override { modNumbers::InitNumberFormat(EnglishLocale()); }
 
     std::string Expand(std::string_view tags) {
         std::string text(tags);
@@ -50,9 +42,9 @@ protected:
         source.weather = &weather;
     }
 
-    testing::FakeTime time{1.0 * DayNumber(2026, 9, 3)};
-    testing::CountingOwner owner;
-    testing::MemoryFileSystem files;
+    FakeTime time{1.0 * DayNumber(2026, 9, 3)};
+    CountingOwner owner;
+    MemoryFileSystem files;
     VWS weather{owner, time, files};
     FakeTagSource source;
 };
@@ -160,7 +152,7 @@ TEST_F(TagsTest, AnyTextIsExpandedByTheRule) {
 }
 
 TEST_F(TagsTest, FollowTheUsersLocale) {
-    modNumbers::InitNumberFormat(testing::GermanLocale());
+    modNumbers::InitNumberFormat(GermanLocale());
     time.Set(DayNumber(2026, 9, 3), 13, 5, 59.7);
     EXPECT_EQ(Expand("<DATE> <TIME10> <TIME12H> <DATEMONTH>"), "03.09.2026 13:05:59,7 01:05:59 PM September");
     UseWeather();
@@ -310,4 +302,4 @@ TEST(Replace, PutsTheValueInEveryPlace) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

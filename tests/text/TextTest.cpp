@@ -8,23 +8,12 @@
 #include "support/PropertyTable.h"
 #include "text/TagSource.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <cstring>
-#include <functional>
-#include <memory>
 #include <numbers>
-#include <random>
-#include <string>
-#include <utility>
-#include <vector>
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
-using testing::Number;
-using testing::Plain;
 using Passes = std::vector<int>;
 
 class NoSource final : public TagSource {
@@ -82,9 +71,9 @@ protected:
         EXPECT_EQ(ink.bottom - ink.top, 24 + softness);
     }
 
-    testing::FakeTime time{46037.5};
-    testing::FakeLayerHost host;
-    testing::BlockFonts fonts;
+    FakeTime time{46037.5};
+    FakeLayerHost host;
+    BlockFonts fonts;
     NoSource source;
     LayerTiming entry;
     Text layer{host, entry, fonts, &source};
@@ -94,7 +83,7 @@ protected:
 TEST_F(TextTest, ClampsAndTellsEveryNumber) {
     using T = Text;
     // clang-format off
-    const testing::Property<T> rows[] = {
+    const Property<T> rows[] = {
         Number<T, &T::Alignment, &T::SetAlignment>("Alignment", 0, 0, 8),
         Number<T, &T::x, &T::Setx>("x", 0, -3000, 3000),
         Number<T, &T::Y, &T::SetY>("Y", 0, -2000, 2000),
@@ -114,7 +103,7 @@ TEST_F(TextTest, ClampsAndTellsEveryNumber) {
     };
     const std::pair<float, float> angles[] = {{-90, 270}, {12.5F, 12.5F}, {400, 360}, {360, 360}, {-900, 0}};
     // clang-format on
-    testing::CheckProperties<T>(layer, host.owner, rows);
+    CheckProperties<T>(layer, host.owner, rows);
     for (const auto& [set, stored] : angles) {
         layer.SetRotationAngle(set);
         EXPECT_EQ(layer.RotationAngle(), stored);
@@ -350,4 +339,4 @@ TEST_F(TextTest, AnyTextAndSettingsAreDrawnAlikeTwice) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

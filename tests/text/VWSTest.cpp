@@ -8,25 +8,12 @@
 #include "support/MemoryFileSystem.h"
 #include "support/PropertyTable.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-#include <cmath>
 #include <complex>
-#include <functional>
 #include <numbers>
-#include <random>
 #include <ranges>
-#include <string>
-#include <utility>
-#include <vector>
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
-
-using testing::CaughtReports;
-using testing::Number;
 
 /// A record's text: all fields are 0 but those of the time, 2026-07-09 12:00:00, and `changes`, for example
 /// "7=15;14=21.5". `last` is the number of its last field, counting the empty one at the end.
@@ -60,16 +47,16 @@ protected:
     bool Read(const std::string& text) { return Read(weather, text); }
     double At(int k) const { return weather.CSVData(k); }
 
-    testing::FakeTime time{1.0 * DayNumber(2026, 7, 9)};
-    testing::CountingOwner owner;
-    testing::MemoryFileSystem files;
+    FakeTime time{1.0 * DayNumber(2026, 7, 9)};
+    CountingOwner owner;
+    MemoryFileSystem files;
     VWS weather{owner, time, files};
 };
 
 TEST_F(VWSTest, ClampsAndTellsEveryNumber) {
     using V = VWS;
     // clang-format off
-    const testing::Property<V> rows[] = {
+    const Property<V> rows[] = {
         Number<V, &V::CSVDelay, &V::SetCSVDelay>("Delay", 0, 0, 86400),
         Number<V, &V::CSVBaseTime, &V::SetCSVBaseTime>("BaseTime", 0, 0, 86400),
         Number<V, &V::CSVWindStatisticsInterval, &V::SetCSVWindStatisticsInterval>("Wind", 60, 0, 86400),
@@ -81,7 +68,7 @@ TEST_F(VWSTest, ClampsAndTellsEveryNumber) {
         Number<V, &V::CSVTemperatureUnits, &V::SetCSVTemperatureUnits>("TemperatureUnits", 0, 0, 1),
     };
     // clang-format on
-    testing::CheckProperties<V>(weather, owner, rows);
+    CheckProperties<V>(weather, owner, rows);
 }
 
 TEST_F(VWSTest, EnablingMakesItDueAtOnce) {
@@ -158,7 +145,7 @@ TEST_F(VWSTest, ReadsFieldsAsTheyStand) {
 }
 
 /// A file that is written to while it is read, or was a moment ago.
-class BusyFiles final : public testing::FaultyFileSystem {
+class BusyFiles final : public FaultyFileSystem {
 public:
     using FaultyFileSystem::FaultyFileSystem;
 
@@ -395,7 +382,7 @@ TEST_F(VWSTest, DailyValuesSurviveARestart) {
 }
 
 TEST_F(VWSTest, KeepsDailyValuesWhateverFails) {
-    testing::FaultyFileSystem faulty(files);
+    FaultyFileSystem faulty(files);
     VWS input(owner, time, faulty);
     EXPECT_TRUE(Read(input, RecordAt(1, "14=20")));
     const std::string before = files[VWS::LastDataFile].bytes;
@@ -424,4 +411,4 @@ TEST_F(VWSTest, KeepsDailyValuesWhateverFails) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -2,14 +2,8 @@
 #include "support/FakeTime.h"
 #include "time/modTime.h"
 
-#include <gtest/gtest.h>
-
-#include <random>
-
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
-
-using testing::FakeTime;
 
 constexpr double Second = 1 / modTime::SecondsPerDay;
 
@@ -104,4 +98,4 @@ TEST(modTime, ReportsARateTooSmallToCountWithAndAMissingClock) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

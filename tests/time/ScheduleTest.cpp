@@ -4,14 +4,8 @@
 #include "support/PropertyTable.h"
 #include "time/modTime.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
-
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
-
-using testing::FakeTime;
 
 constexpr double Day = FakeTime::FirstDay;
 constexpr double Second = 1 / modTime::SecondsPerDay;
@@ -100,8 +94,8 @@ TEST(Schedule, RedrawsTheCanvasWhenItsAnswerChanges) {
 
 TEST(Schedule, ClampsAndTellsChangesButNotItsReset) {
     using S = Schedule;
-#define ROW(Name, low, high) testing::Number<S, &S::Name, &S::Set##Name>(#Name, 0, low, high)
-    const testing::Property<S> rows[] = {
+#define ROW(Name, low, high) Number<S, &S::Name, &S::Set##Name>(#Name, 0, low, high)
+    const Property<S> rows[] = {
         ROW(ScheduleMode, 0, 1),
         ROW(StartMode, 0, 2),
         ROW(StopMode, 0, 2),
@@ -113,10 +107,10 @@ TEST(Schedule, ClampsAndTellsChangesButNotItsReset) {
         ROW(StopSunsetOffset, -1440, 1440),
     };
 #undef ROW
-    testing::CountingOwner owner;
+    CountingOwner owner;
     Schedule schedule(&owner);
     for (int i = 0; i < 2; ++i) {
-        testing::CheckProperties<S>(schedule, owner, rows);
+        CheckProperties<S>(schedule, owner, rows);
         EXPECT_TRUE(schedule.NeedsSaving());
         const int told = owner.changes;
         schedule.Reset();  // to what the rows expect first
@@ -153,4 +147,4 @@ TEST(Schedule, DescribesItself) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,9 +1,8 @@
 #include "time/Sun.h"
 
-#include <gtest/gtest.h>
-
-#include <cmath>
 #include <limits>
+
+#include "support/Testing.h"
 
 namespace tessaloom::modTime {
 namespace {

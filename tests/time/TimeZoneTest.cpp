@@ -3,13 +3,10 @@
 #include "time/TimeZoneLookup.h"
 #include "time/modTime.h"
 
-#include <gtest/gtest.h>
-
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 using State = ZoneRecord::State;
-using testing::FakeTime;
 
 TEST(TimeZone, NamesAndCountsTheTimeInForce) {
     const std::string standard = "Eastern Standard Time", daylight = "Eastern Daylight Time";
@@ -69,7 +66,7 @@ TEST(TimeZoneLookup, FindsTheFirstPairOfAName) {
 TEST(TimeZoneLookup, IsReadFromItsFileAndEmptyWithoutIt) {
     constexpr const char* None = "Not defined in timezone.txt";
     FakeTime time;
-    testing::MemoryFileSystem files;
+    MemoryFileSystem files;
     files["timezone.txt"].bytes = "Pacific Standard Time,PST\r\nEASTERN STANDARD TIME,EST\r\n";
     for (const bool there : {true, false}) {
         modTime::LoadTimeZoneLookup(files);
@@ -102,4 +99,4 @@ TEST(SunTimes, AreComputedOnceForEachLocalDay) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -5,14 +5,10 @@
 #include "time/RateChoices.h"
 #include "time/modTime.h"
 
-#include <gtest/gtest.h>
-
 #include <charconv>
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
-
-using testing::FakeTime;
 
 constexpr double Minute = 60 / modTime::SecondsPerDay;
 constexpr double Close = 2e-6 / modTime::SecondsPerDay;
@@ -132,4 +128,4 @@ TEST(RateChoices, SayTheSecondsTheyStandFor) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

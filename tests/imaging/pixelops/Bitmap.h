@@ -1,8 +1,6 @@
 #pragma once
 
-#include <cstdint>
-#include <random>
-#include <vector>
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

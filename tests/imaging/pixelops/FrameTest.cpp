@@ -1,11 +1,7 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-#include <array>
-
 #include "imaging/pixelops/Bitmap.h"
 #include "imaging/pixelops/ColorModes.h"
 #include "imaging/pixelops/Tessaloom.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 namespace {

@@ -1,9 +1,8 @@
-#include <gtest/gtest.h>
-
 #include <climits>
 
 #include "imaging/pixelops/Bitmap.h"
 #include "imaging/pixelops/Tessaloom.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 namespace {

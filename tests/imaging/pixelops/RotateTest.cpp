@@ -1,12 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <climits>
-#include <cmath>
 #include <numbers>
 
 #include "imaging/pixelops/Bitmap.h"
 #include "imaging/pixelops/Rotation.h"
 #include "imaging/pixelops/Tessaloom.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 namespace {

@@ -1,12 +1,8 @@
 #pragma once
 
-#include <gtest/gtest.h>
 #include <hwy/targets.h>
 
-#include <cstdint>
-#include <cstdlib>
-#include <random>
-#include <vector>
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "imaging/pixelops/BlurRows.h"
 #include "imaging/pixelops/FrameRows.h"
 #include "imaging/pixelops/MergeRows.h"
@@ -9,6 +5,7 @@
 #include "imaging/pixelops/SampleRows.h"
 #include "imaging/pixelops/ScaleRows.h"
 #include "imaging/pixelops/ShadowRows.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 namespace {

@@ -1,7 +1,6 @@
-#include <gtest/gtest.h>
-
 #include "imaging/pixelops/Bitmap.h"
 #include "imaging/pixelops/Tessaloom.h"
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 namespace {
