@@ -13,6 +13,7 @@
 #include "imaging/modPictureBox.h"
 #include "model/Canvas.h"
 #include "model/Portfolio.h"
+#include "platform/Bytes.h"
 #include "platform/Platform.h"
 #include "publish/CanvasSaves.h"
 #include "time/modTime.h"
@@ -49,10 +50,6 @@ void Compose(Portfolio& portfolio) {
     portfolio.UpdateImages();
 }
 
-std::string Bytes(std::span<const std::uint8_t> bytes) {
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
 }  // namespace
 
 int RenderCanvas(Platform& platform, const std::string& canvasFile, const std::string& out) {
@@ -87,7 +84,7 @@ int RenderCanvas(Platform& platform, const std::string& canvasFile, const std::s
 
     JpegEncoder encoder(platform.jpegCodec);
     encoder.BeginPass(canvas.Picture());
-    const std::string bytes = Bytes(encoder.Bytes(canvas.Saves().FixedQuality()));
+    const std::string_view bytes = AsText(encoder.Bytes(canvas.Saves().FixedQuality()));
     if (bytes.empty()) {
         Log(LogLevel::Error, "Cannot encode the picture of " + canvasFile);
         return ExitStatus::Failure;

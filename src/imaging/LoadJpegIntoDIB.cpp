@@ -4,6 +4,7 @@
 
 #include "core/ErrorReport.h"
 #include "platform/Ascii.h"
+#include "platform/Bytes.h"
 #include "platform/FileSystem.h"
 #include "platform/JpegCodec.h"
 #include "platform/PictureLoader.h"
@@ -17,10 +18,6 @@ bool MakeRoom(DIB& bitmap, int width, int height) {
     bitmap.SetWidthHeight(width, height);
     if (!bitmap.DIBPtr()) bitmap.CreateDIB();
     return bitmap.DIBPtr() != nullptr;
-}
-
-std::span<const std::uint8_t> AsBytes(std::string_view text) {
-    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
 }  // namespace

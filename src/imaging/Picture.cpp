@@ -8,6 +8,7 @@
 #include "imaging/LoadJpegIntoDIB.h"
 #include "imaging/modPictureBox.h"
 #include "locale/Conversion.h"
+#include "platform/Bytes.h"
 #include "platform/FileSystem.h"
 #include "platform/PictureLoader.h"
 
@@ -122,7 +123,7 @@ bool Picture::SetPictureFile(std::string_view name) {
         PictureBox* box = Box();
         const auto text = box ? ReadPictureFile(files_, name) : std::nullopt;
         if (!text) return false;
-        const std::span bytes(reinterpret_cast<const std::uint8_t*>(text->data()), text->size());
+        const auto bytes = AsBytes(*text);
         Decoded picture;
         DIB spare;
         if (LooksLikeJpeg(bytes)) {

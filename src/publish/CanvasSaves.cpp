@@ -6,6 +6,7 @@
 #include "core/modNumbers.h"
 #include "imaging/BmpFile.h"
 #include "imaging/DIB.h"
+#include "platform/Bytes.h"
 #include "platform/Desktop.h"
 #include "platform/FileSystem.h"
 #include "platform/JpegCodec.h"
@@ -24,14 +25,6 @@ constexpr Range<double> Rates{0, 86400};
 constexpr Range<double> BaseTimes{0, 86399};
 constexpr double InitialRate = 60;
 constexpr int InitialQuality = 80;
-
-std::string_view AsText(std::span<const std::uint8_t> bytes) {
-    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
-}
-
-std::span<const std::uint8_t> AsBytes(std::string_view text) {
-    return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
 
 // The hundredths of the second that the clock shows. A moment is exact to about half a microsecond only, so
 // the microsecond that `CalcNextUpdate` allows is allowed here, too: 5.47 s must not read as 5.46.
@@ -56,7 +49,7 @@ CanvasSaves::Activity::Activity(SettingsOwner& owner, const PresentTime& present
 }
 
 CanvasSaves::CanvasSaves(SettingsOwner& owner, const PresentTime& present, Tools tools)
-    : owner_(owner),
+    : OwnedSettings(owner),
       present_(present),
       tools_(tools),
       fixed_(owner, present, "Fixed save"),

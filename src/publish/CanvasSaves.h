@@ -6,8 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/SettingsOwner.h"
-#include "core/Store.h"
+#include "core/OwnedSettings.h"
 #include "imaging/JpegEncoder.h"
 #include "time/PresentTime.h"
 #include "time/Schedule.h"
@@ -35,7 +34,7 @@ struct SaveResult {
 /// itself), base times whole seconds after midnight (0 .. 86399), next times moments, qualities JPEG
 /// qualities (1 .. 100). What goes wrong with a file stops nothing: the file stays unwritten or stale and the
 /// other outputs go on.
-class CanvasSaves {
+class CanvasSaves : private OwnedSettings {
 public:
     /// What the saves work with. All of it outlives this object.
     struct Tools {
@@ -162,14 +161,6 @@ private:
 
     using Bytes = std::span<const std::uint8_t>;  ///< A whole JPEG file; empty when it could not be made.
 
-    template <typename T>
-    void Set(T& field, std::type_identity_t<T> value) {
-        if (Store(field, std::move(value))) owner_.SettingChanged();
-    }
-    template <typename T>
-    void Set(T& field, std::type_identity_t<T> value, Range<std::type_identity_t<T>> range) {
-        Set(field, Clamped(value, range));
-    }
     void SetRate(Activity& activity, double seconds);
     void SetBaseTime(Activity& activity, double seconds);
 
@@ -186,7 +177,6 @@ private:
     /// False, always: the later outputs of the pass are skipped.
     bool EncodingFailed(Activity& activity, double now, std::string_view path);
 
-    SettingsOwner& owner_;
     const PresentTime& present_;
     Tools tools_;
     Activity fixed_;

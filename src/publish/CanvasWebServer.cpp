@@ -1,6 +1,7 @@
 #include "publish/CanvasWebServer.h"
 
 #include "core/ErrorReport.h"
+#include "platform/Bytes.h"
 #include "time/modTime.h"
 
 namespace tessaloom {
@@ -28,8 +29,7 @@ SharedBytes CanvasWebServer::JPEGData() {
         encoder_->BeginPass(*picture_);
         const auto bytes = encoder_->Bytes(quality_);
         if (bytes.empty()) return;  // nothing composed yet, for one: the next request tries again
-        jpeg_ =
-            std::make_shared<const std::string>(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+        jpeg_ = std::make_shared<const std::string>(AsText(bytes));
     });
     static const SharedBytes None = std::make_shared<const std::string>();
     return jpeg_ ? jpeg_ : None;

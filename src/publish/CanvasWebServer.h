@@ -4,8 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/SettingsOwner.h"
-#include "core/Store.h"
+#include "core/OwnedSettings.h"
 #include "imaging/JpegEncoder.h"
 #include "platform/Sockets.h"
 #include "time/Schedule.h"
@@ -18,9 +17,9 @@ class JpegCodec;
 /// How one canvas appears in the built-in web server: its settings and the picture that is served.
 ///
 /// Owned by the canvas's `VideoStreaming`.
-class CanvasWebServer {
+class CanvasWebServer : private OwnedSettings {
 public:
-    explicit CanvasWebServer(SettingsOwner& owner) : owner_(owner), schedule_(&owner) {}
+    explicit CanvasWebServer(SettingsOwner& owner) : OwnedSettings(owner), schedule_(&owner) {}
 
     /// What is encoded, and by what; both outlive this object. Without a picture `JPEGData` is empty.
     void SetPicture(const DIB& picture, JpegCodec& codec);
@@ -42,11 +41,11 @@ public:
 
     /// The longest age in seconds of the picture that is served, 0 .. 60.
     double Interval() const { return interval_; }
-    void SetInterval(double seconds) { Set(interval_, Clamped(seconds, {0, 60})); }
+    void SetInterval(double seconds) { Set(interval_, seconds, {0, 60}); }
 
     /// JPEG quality, 1 .. 100.
     int Quality() const { return quality_; }
-    void SetQuality(int quality) { Set(quality_, Clamped(quality, {1, 100})); }
+    void SetQuality(int quality) { Set(quality_, quality, {1, 100}); }
 
     /// The file served while the schedule is off.
     const std::string& OffScheduleFile() const { return offScheduleFile_; }
@@ -62,12 +61,6 @@ public:
     void ForgetPicture() { lastModified_ = 0; }
 
 private:
-    template <typename T>
-    void Set(T& field, std::type_identity_t<T> value) {
-        if (Store(field, std::move(value))) owner_.SettingChanged();
-    }
-
-    SettingsOwner& owner_;
     tessaloom::Schedule schedule_;
     const DIB* picture_ = nullptr;
     std::unique_ptr<JpegEncoder> encoder_;

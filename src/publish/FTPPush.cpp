@@ -23,7 +23,7 @@ std::pair<std::string, std::string> SplitRemotePath(std::string path) {
 }  // namespace
 
 FTPPush::FTPPush(SettingsOwner& owner, const PresentTime& present)
-    : owner_(owner), present_(present), timing_({0, 86400}, {0, 86399}), schedule_(&owner) {
+    : OwnedSettings(owner), present_(present), timing_({0, 86400}, {0, 86399}), schedule_(&owner) {
     (void)timing_.SetRate(60, present);
 }
 

@@ -4,8 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/SettingsOwner.h"
-#include "core/Store.h"
+#include "core/OwnedSettings.h"
 #include "publish/InetFTP.h"
 #include "time/PresentTime.h"
 #include "time/Schedule.h"
@@ -20,7 +19,7 @@ class JpegCodec;
 ///
 /// Owned by the canvas's `VideoStreaming`. The transfer itself is done by its `InetFTP`, which exists from
 /// `Use` on; without it nothing is ever due, `Stage` is "Idle" and `Status` is empty.
-class FTPPush {
+class FTPPush : private OwnedSettings {
 public:
     /// What the uploads work with. All of it outlives this object.
     struct Tools {
@@ -44,8 +43,6 @@ public:
     /// Ends the transfer and the connection.
     void UnloadClass();
 
-    void SetNextUploadTime() { timing_.SetNextTime(present_.Now()); }
-
     /// Makes the upload due at once.
     void ForceUpdate() { timing_.Force(present_.Now()); }
 
@@ -68,7 +65,7 @@ public:
 
     /// JPEG quality, 1 .. 100.
     int Quality() const { return quality_; }
-    void SetQuality(int quality) { Set(quality_, Clamped(quality, {1, 100})); }
+    void SetQuality(int quality) { Set(quality_, quality, {1, 100}); }
 
     /// The remote folder and file: what follows the last "/" or "\" is the file.
     const std::string& Path() const { return path_; }
@@ -86,7 +83,7 @@ public:
 
     /// An `InetFTP::Mode`, 0 .. 2.
     int FTPMode() const { return ftpMode_; }
-    void SetFTPMode(int mode) { Set(ftpMode_, Clamped(mode, {InetFTP::DeleteAndRename, InetFTP::Direct})); }
+    void SetFTPMode(int mode) { Set(ftpMode_, mode, {InetFTP::DeleteAndRename, InetFTP::Direct}); }
 
     bool PassiveFTP() const { return passiveFTP_; }
     void SetPassiveFTP(bool passive) { Set(passiveFTP_, passive); }
@@ -115,16 +112,9 @@ private:
         InetFTP ftp;
     };
 
-    template <typename T>
-    bool Set(T& field, std::type_identity_t<T> value) {
-        const bool changed = Store(field, std::move(value));
-        if (changed) owner_.SettingChanged();
-        return changed;
-    }
     bool Due();
     void ConnectionUnwanted() const;
 
-    SettingsOwner& owner_;
     const PresentTime& present_;
     TimedActivity timing_;
     tessaloom::Schedule schedule_;

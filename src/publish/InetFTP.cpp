@@ -7,6 +7,7 @@
 
 #include "core/ErrorReport.h"
 #include "core/modNumbers.h"
+#include "platform/Bytes.h"
 #include "platform/FileSystem.h"
 #include "time/modTime.h"
 
@@ -335,8 +336,7 @@ void InetFTP::EndUpload() {
 
 bool InetFTP::SaveLocally() {
     const std::string name = TemporaryName();
-    const std::string_view text(reinterpret_cast<const char*>(bytes_->data()), bytes_->size());
-    if (files_.WriteFile(name, text)) {
+    if (files_.WriteFile(name, AsText(*bytes_))) {
         localFile_ = name;
         return true;
     }

@@ -19,7 +19,7 @@ constexpr double Second = 1 / modTime::SecondsPerDay;
 }  // namespace
 
 WebServer::WebServer(SettingsOwner& owner, WebHost& host, Tools tools)
-    : owner_(owner), host_(host), tools_(tools), listener_(tools.sockets.MakeListener(*this)) {}
+    : OwnedSettings(owner), host_(host), tools_(tools), listener_(tools.sockets.MakeListener(*this)) {}
 
 WebServer::~WebServer() = default;
 

@@ -6,8 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/SettingsOwner.h"
-#include "core/Store.h"
+#include "core/OwnedSettings.h"
 #include "platform/Sockets.h"
 
 namespace tessaloom {
@@ -22,7 +21,7 @@ class WebHost;
 /// files of a folder. Answers come between two ticks.
 ///
 /// A new server has port 18080; a portfolio file without a port means 80. The two are kept apart.
-class WebServer final : public ListenerEvents {
+class WebServer final : public ListenerEvents, private OwnedSettings {
 public:
     /// What the server works with. All of it outlives this object.
     struct Tools {
@@ -60,7 +59,7 @@ public:
 
     /// The listening port, 1 .. 65535. A change takes effect when the server is switched on the next time.
     int Port() const { return port_; }
-    void SetPort(int port) { Set(port_, Clamped(port, {1, 65535})); }
+    void SetPort(int port) { Set(port_, port, {1, 65535}); }
 
     /// The port on which the server listens now; 0: on none.
     int ListeningPort() const { return listeningPort_; }
@@ -87,15 +86,10 @@ public:
     std::uint64_t Requests() const;
 
 private:
-    template <typename T>
-    void Set(T& field, std::type_identity_t<T> value) {
-        if (Store(field, std::move(value))) owner_.SettingChanged();
-    }
     bool Start();
     void Stop();
     WebConnection* Place();
 
-    SettingsOwner& owner_;
     WebHost& host_;
     Tools tools_;
     std::unique_ptr<ListenerSocket> listener_;

@@ -57,7 +57,7 @@ double TrendOf(double rate, double threshold) {
 }  // namespace
 
 VWS::VWS(SettingsOwner& owner, const PresentTime& time, FileSystem& files)
-    : owner_(owner), time_(time), files_(files) {
+    : OwnedSettings(owner), time_(time), files_(files) {
     data_.fill(Missing);
     data_[0] = 0;
     texts_.fill(std::string(MissingText));
@@ -239,9 +239,7 @@ void VWS::SetCSVEnabled(bool enabled) {
     owner_.SettingChanged();
 }
 
-void VWS::SetCSVFile(std::string_view path) {
-    if (Store(file_, std::string(path))) owner_.SettingChanged();
-}
+void VWS::SetCSVFile(std::string_view path) { Set(file_, std::string(path)); }
 
 void VWS::SetCSVDelay(double seconds) {
     if (timing_.SetRate(seconds, time_)) owner_.SettingChanged();

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "core/SettingsOwner.h"
-#include "core/Store.h"
+#include "core/OwnedSettings.h"
 #include "time/PresentTime.h"
 #include "time/TimedActivity.h"
 
@@ -22,7 +21,7 @@ struct FileStamp;
 ///
 /// Owned by the portfolio, which stores its settings. Moments are local day numbers (time/modTime.h).
 /// Readings keep the units of the station's program; a missing one is -1000.
-class VWS {
+class VWS : private OwnedSettings {
 public:
     static constexpr double Missing = -1000;
     static constexpr int Values = 120;  ///< Readings by field number up to 99, derived values from 100.
@@ -166,11 +165,6 @@ private:
         Record data;
     };
 
-    template <typename T>
-    void Set(T& field, T value, Range<T> range) {
-        if (Store(field, value, range)) owner_.SettingChanged();
-    }
-
     bool Failed(const std::string& what);
     bool IsBeingWritten(const std::optional<FileStamp>& before, std::string_view text);
     void Take(const std::vector<std::string>& fields, double moment);
@@ -183,7 +177,6 @@ private:
     double& At(int k) { return data_[static_cast<std::size_t>(k)]; }
     bool Has(int k) const { return CSVData(k) != Missing; }
 
-    SettingsOwner& owner_;
     const PresentTime& time_;
     FileSystem& files_;
     TimedActivity timing_{

@@ -5,8 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/SettingsOwner.h"
-#include "core/Store.h"
+#include "core/OwnedSettings.h"
 #include "imaging/DIB.h"
 #include "imaging/pixelops/FrameChange.h"
 #include "video/MotionSaves.h"
@@ -22,7 +21,7 @@ class Desktop;
 /// Owned by its `VideoFeed`. Limits are kept on the detector's scale and, beside it, in the percents that the
 /// portfolio file holds (MotionScale.h); a percent is given back as it was set until the limit itself
 /// changes.
-class MotionDetect {
+class MotionDetect : private OwnedSettings {
 public:
     /// What a detector works with; all outlive it.
     struct Tools {
@@ -32,7 +31,7 @@ public:
     };
 
     MotionDetect(SettingsOwner& owner, const Tools& tools)
-        : owner_(owner), desktop_(tools.desktop), saves_(tools.files, tools.jpeg) {}
+        : OwnedSettings(owner), desktop_(tools.desktop), saves_(tools.files, tools.jpeg) {}
 
     /// Called on each trigger, when the measured values have been recorded, before pictures are saved: where
     /// the script's hook is called.
@@ -167,20 +166,10 @@ public:
     const HistogramCounts& Histogram() const;
 
 private:
-    template <typename T>
-    void Set(T& field, std::type_identity_t<T> value) {
-        if (Store(field, std::move(value))) owner_.SettingChanged();
-    }
-    template <typename T>
-    void Set(T& field, std::type_identity_t<T> value, Range<std::type_identity_t<T>> range) {
-        Set(field, Clamped(value, range));
-    }
-
     void Measure() const;
     bool Rested() const;
     void Trigger();
 
-    SettingsOwner& owner_;
     Desktop& desktop_;
     MotionSaves saves_;
     const DIB* frame_ = nullptr;  ///< The one being worked on.

@@ -6,6 +6,7 @@
 #include "core/modNumbers.h"
 #include "imaging/DIB.h"
 #include "platform/Ascii.h"
+#include "platform/Bytes.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
 #include "video/MotionDetect.h"
@@ -54,8 +55,7 @@ std::string MotionSaves::NextSequentialName(double moment) {
 /// False when the picture cannot be encoded, which ends the saves of this trigger.
 bool MotionSaves::Write(const std::string& path, int quality, bool& failing) {
     const auto bytes = encoder_.Bytes(quality);
-    const bool written =
-        !bytes.empty() && files_.WriteFile(path, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+    const bool written = !bytes.empty() && files_.WriteFile(path, AsText(bytes));
     if (!written && !failing)
         Log(LogLevel::Warning,
             "Motion: \"" + path + "\" was not written: " +

@@ -50,7 +50,7 @@ std::string_view CutErrorText(std::string_view text) {
 }  // namespace
 
 VideoFeed::VideoFeed(SettingsOwner& owner, const PresentTime& present, const Tools& tools)
-    : owner_(owner),
+    : OwnedSettings(owner),
       present_(present),
       tools_(tools),
       motionDetect_(owner, {tools.files, tools.jpeg, tools.desktop}) {}
@@ -353,8 +353,7 @@ void VideoFeed::SetFeedName(std::string_view name) {
 }
 
 void VideoFeed::SetRate(double framesPerSecond) {
-    if (Store(rate_, framesPerSecond, {SlowestRate, std::numeric_limits<double>::max()}))
-        owner_.SettingChanged();
+    Set(rate_, framesPerSecond, {SlowestRate, std::numeric_limits<double>::max()});
 }
 
 }  // namespace tessaloom

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "core/SettingsOwner.h"
+#include "core/OwnedSettings.h"
 #include "imaging/DIB.h"
 #include "platform/CaptureDriver.h"
 #include "time/PresentTime.h"
@@ -23,7 +23,7 @@ class Timer;
 /// Owned by the portfolio. Moments are local day numbers (time/modTime.h). The driver is known by its name,
 /// as indexes shift when cameras come and go. While the source cannot be reached the driver tries again by
 /// itself; whoever shows the feed keeps the picture it had.
-class VideoFeed {
+class VideoFeed : private OwnedSettings {
 public:
     /// What a feed works with; all outlive it.
     struct Tools {
@@ -157,11 +157,6 @@ public:
     const tessaloom::MotionDetect& MotionDetect() const { return motionDetect_; }
 
 private:
-    template <typename T>
-    void Set(T& field, std::type_identity_t<T> value) {
-        if (Store(field, std::move(value))) owner_.SettingChanged();
-    }
-
     bool ConnectDriver();
     void FindInput();
     void WatchFirstAttempt();
@@ -177,7 +172,6 @@ private:
 
     void ShowBox(std::string text, std::string_view title);
 
-    SettingsOwner& owner_;
     const PresentTime& present_;
     Tools tools_;
     tessaloom::MotionDetect motionDetect_;

@@ -6,6 +6,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "platform/Bytes.h"
+
 namespace tessaloom {
 
 namespace {
@@ -152,7 +154,7 @@ bool WholePortable(std::span<const std::uint8_t> file) {
 }  // namespace
 
 bool IsWholePicture(std::span<const std::uint8_t> file) {
-    const std::string_view text(reinterpret_cast<const char*>(file.data()), file.size());
+    const std::string_view text = AsText(file);
     auto begins = [&](std::string_view magic) { return text.substr(0, magic.size()) == magic; };
     using namespace std::string_view_literals;
     if (begins("BM")) return WholeBmp(Reader(file));
