@@ -32,20 +32,6 @@ std::size_t Index(int slot) { return static_cast<std::size_t>(slot); }
 std::size_t GraphicPlace(int slot) { return Index(slot - 1); }
 std::size_t TextPlace(int slot) { return Index(Canvas::MaxGraphic + slot - 1); }
 
-std::string_view ReasonOf(ProfileState state) {
-    switch (state) {
-        case ProfileState::Missing:
-            return "missing file";
-        case ProfileState::Unreadable:
-            return "unreadable file";
-        case ProfileState::NotText:
-            return "not a text file";
-        case ProfileState::Readable:
-            break;
-    }
-    return "";
-}
-
 template <typename Layers>
 int FreeSlot(const Layers& layers) {
     for (int slot = 1; slot <= LayerTimingTable::Slots; ++slot)
@@ -122,12 +108,8 @@ bool Canvas::SaveFile() {
     return Trap({Module, "SaveFile"}, [&] {
         if (fileName_.empty()) return false;
         NameFeeds();
-        INI ini(portfolio_.PlatformServices().profile, fileName_);
-        DocumentTransaction transaction(ini);
-        const CanvasFile file(*this);
-        if (file.HoldsSecret()) ini.SetOwnerOnly();
-        file.Save(ini);
-        const bool written = transaction.Commit();
+        const bool written =
+            SaveDocument(portfolio_.PlatformServices().profile, fileName_, CanvasFile(*this));
         if (written) needSaving_ = false;
         return written;
     });

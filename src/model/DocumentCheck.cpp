@@ -113,20 +113,9 @@ void Checker::CheckPortfolio(std::string path) {
 bool Checker::Begin(std::string path) {
     path_ = std::move(path);
     ownFrom_ = faults_.size();
-    switch (platform_.profile.State(path_)) {
-        case ProfileState::Readable:
-            return true;
-        case ProfileState::Missing:
-            Add({}, {}, {}, "missing file");
-            break;
-        case ProfileState::Unreadable:
-            Add({}, {}, {}, "unreadable file");
-            break;
-        case ProfileState::NotText:
-            Add({}, {}, {}, "not a text file");
-            break;
-    }
-    return false;
+    const ProfileState state = platform_.profile.State(path_);
+    if (state != ProfileState::Readable) Add({}, {}, {}, ReasonOf(state));
+    return state == ProfileState::Readable;
 }
 
 /// Adds what the reader never asked for, and puts the faults of this file into the order of its lines.

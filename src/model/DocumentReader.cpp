@@ -4,6 +4,20 @@
 
 namespace tessaloom {
 
+std::string_view ReasonOf(ProfileState state) {
+    switch (state) {
+        case ProfileState::Missing:
+            return "missing file";
+        case ProfileState::Unreadable:
+            return "unreadable file";
+        case ProfileState::NotText:
+            return "not a text file";
+        case ProfileState::Readable:
+            break;
+    }
+    return "";
+}
+
 std::string DocumentReader::Get(std::string_view section, std::string_view key, std::string_view fallback) {
     Note(section, key);
     if (mode_ == Mode::Completing) return ini_.GetKey(section, key, WriteDefault::Yes, fallback);

@@ -9,8 +9,12 @@
 #include "core/INI.h"
 #include "model/DocumentFault.h"
 #include "model/Key.h"
+#include "platform/PrivateProfile.h"
 
 namespace tessaloom {
+
+/// Why there is nothing to read in a file; "" where there is.
+std::string_view ReasonOf(ProfileState state);
 
 /// One document file while it is read: values with their defaults, and faults as they are found.
 class DocumentReader {
@@ -105,6 +109,17 @@ private:
     INI& ini_;
     bool open_ = true;
 };
+
+/// Saves a document whole or not at all. `File` is how the document keeps itself: `PortfolioFile`,
+/// `CanvasFile`.
+template <typename File>
+bool SaveDocument(PrivateProfile& profile, std::string_view path, const File& file) {
+    INI ini(profile, path);
+    DocumentTransaction transaction(ini);
+    if (file.HoldsSecret()) ini.SetOwnerOnly();
+    file.Save(ini);
+    return transaction.Commit();
+}
 
 /// Writes the keys of one table in its order.
 template <typename Owner>

@@ -78,7 +78,7 @@ bool Portfolio::LoadFile(Reading reading) {
         DocumentReader reader(ini, DocumentReader::ModeOf(reading), faultHandler_);
         const ProfileState state = platform_.profile.State(fileName_);
         if (state == ProfileState::NotText || state == ProfileState::Unreadable) {
-            reader.Fault({}, {}, {}, state == ProfileState::NotText ? "not a text file" : "unreadable file");
+            reader.Fault({}, {}, {}, ReasonOf(state));
             return false;
         }
         if (state == ProfileState::Missing) reader.Fault({}, {}, {}, "missing file, the defaults are taken");
@@ -105,12 +105,7 @@ bool Portfolio::LoadFile(Reading reading) {
 bool Portfolio::SaveFile() {
     return Trap({Module, "SaveFile"}, [&] {
         if (fileName_.empty()) return false;
-        INI ini(platform_.profile, fileName_);
-        DocumentTransaction transaction(ini);
-        const PortfolioFile file(*this);
-        if (file.HoldsSecret()) ini.SetOwnerOnly();
-        file.Save(ini);
-        const bool written = transaction.Commit();
+        const bool written = SaveDocument(platform_.profile, fileName_, PortfolioFile(*this));
         if (written) needSaving_ = false;
         return written;
     });

@@ -53,19 +53,10 @@ auto PortfolioCommand(std::string_view name, Body&& body)
     });
 }
 
-/// Asks about unsaved changes before the open portfolio goes. False ends the command: the person said
-/// Cancel, here or when asked for a file name.
+/// Before the open portfolio goes.
 bool SaveOpenPortfolio(Program& program) {
-    if (!program.portfolio || !program.portfolio->NeedSaving()) return true;
-    switch (program.platform.dialogs.MessageBox("Would you like to save the open portfolio and canvases?",
-                                                "Save Open Portfolio and Canvases?", Buttons::YesNoCancel)) {
-        case Answer::Yes:
-            return SaveAllProc(true);
-        case Answer::No:
-            return true;
-        default:
-            return false;
-    }
+    return OfferToSave(program, "Would you like to save the open portfolio and canvases?",
+                       "Save Open Portfolio and Canvases?");
 }
 
 /// Asks for the portfolio's file. False when none was chosen.
@@ -223,6 +214,18 @@ bool PortfolioSaveAs() {
     return PortfolioCommand("PortfolioSaveAs", [](Program& program, tessaloom::Portfolio& portfolio) {
         return ChoosePortfolioFile(program, portfolio) && PortfolioSave();
     });
+}
+
+bool OfferToSave(Program& program, std::string_view question, std::string_view title) {
+    if (!program.portfolio || !program.portfolio->NeedSaving()) return true;
+    switch (program.platform.dialogs.MessageBox(question, title, Buttons::YesNoCancel)) {
+        case Answer::Yes:
+            return SaveAllProc(true);
+        case Answer::No:
+            return true;
+        default:
+            return false;
+    }
 }
 
 bool SaveAllProc(bool everything) {

@@ -92,16 +92,8 @@ std::string FirstPortfolio(const StartOptions& options) {
 
 /// Asks about unsaved changes, where there is somebody to ask. False when the close is called off.
 bool SaveBeforeClosing(Program& program) {
-    Dialogs& dialogs = program.platform.dialogs;
-    if (!program.portfolio || !program.portfolio->NeedSaving() || !dialogs.Interactive()) return true;
-    switch (dialogs.MessageBox("Would you like to save all files?", "Save Files?", Buttons::YesNoCancel)) {
-        case Answer::Yes:
-            return SaveAllProc(true);
-        case Answer::No:
-            return true;
-        default:
-            return false;
-    }
+    return !program.platform.dialogs.Interactive() ||
+           OfferToSave(program, "Would you like to save all files?", "Save Files?");
 }
 
 /// Calls the script's shutdown hook. False when it cancelled the shutdown.
