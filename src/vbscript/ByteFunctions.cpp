@@ -3,6 +3,7 @@
 
 #include "vbscript/Arguments.h"
 #include "vbscript/BuiltinTables.h"
+#include "vbscript/PartFunctions.h"
 
 /// The functions that take a text for the bytes behind it, two to a unit, the lower one first.
 namespace tessaloom::vbscript {
@@ -13,38 +14,15 @@ std::string_view BytesOf(const String& text) {
     return {reinterpret_cast<const char*>(text.Bytes()), text.ByteLength()};
 }
 
-Value PartOf(const String& text, std::size_t start, std::size_t count) {
-    const std::string_view part = BytesOf(text).substr(std::min(start, text.ByteLength()), count);
-    return Value::OfString(String::OfBytes(part.data(), part.size()));
-}
+struct Bytes {
+    static std::size_t Length(const String& text) { return text.ByteLength(); }
 
-Value LenB(Context& context, std::span<Value> values) {
-    const Arguments of(context, values);
-    if (of.IsNull(0)) return Value::Null();
-    return Value::OfLong(static_cast<int>(of.Text(0).ByteLength()));
-}
-
-Value LeftB(Context& context, std::span<Value> values) {
-    const Arguments of(context, values);
-    const std::size_t count = of.Length(1);
-    return of.IsNull(0) ? Value::Null() : PartOf(of.Text(0), 0, count);
-}
-
-Value RightB(Context& context, std::span<Value> values) {
-    const Arguments of(context, values);
-    const std::size_t count = of.Length(1);
-    if (of.IsNull(0)) return Value::Null();
-    const String text = of.Text(0);
-    return PartOf(text, text.ByteLength() - std::min(count, text.ByteLength()), count);
-}
-
-Value MidB(Context& context, std::span<Value> values) {
-    const Arguments of(context, values);
-    const int start = of.Long(1);
-    const std::size_t count = of.Has(2) ? of.Length(2) : std::string_view::npos;
-    if (start < 1) Fail(ErrorCode::InvalidCall);
-    return of.IsNull(0) ? Value::Null() : PartOf(of.Text(0), static_cast<std::size_t>(start) - 1, count);
-}
+    static Value Part(const String& text, std::size_t start, std::size_t count) {
+        const std::string_view part = BytesOf(text).substr(std::min(start, text.ByteLength()), count);
+        return Value::OfString(String::OfBytes(part.data(), part.size()));
+    }
+};
+using Parts = PartFunctions<Bytes>;
 
 Value InStrB(Context& context, std::span<Value> values) {
     const bool hasStart = values.size() > 2;
@@ -73,13 +51,13 @@ Value ChrB(Context& context, std::span<Value> values) {
 }
 
 constexpr Builtin Functions[] = {
-    {u"AscB",   1, 1, AscB  },
-    {u"ChrB",   1, 1, ChrB  },
-    {u"InStrB", 2, 4, InStrB},
-    {u"LeftB",  2, 2, LeftB },
-    {u"LenB",   1, 1, LenB  },
-    {u"MidB",   2, 3, MidB  },
-    {u"RightB", 2, 2, RightB},
+    {u"AscB",   1, 1, AscB        },
+    {u"ChrB",   1, 1, ChrB        },
+    {u"InStrB", 2, 4, InStrB      },
+    {u"LeftB",  2, 2, Parts::Left },
+    {u"LenB",   1, 1, Parts::Len  },
+    {u"MidB",   2, 3, Parts::Mid  },
+    {u"RightB", 2, 2, Parts::Right},
 };
 
 }  // namespace

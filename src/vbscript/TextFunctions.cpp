@@ -7,46 +7,24 @@
 #include "vbscript/AnsiCodes.h"
 #include "vbscript/Arguments.h"
 #include "vbscript/BuiltinTables.h"
+#include "vbscript/PartFunctions.h"
 
 namespace tessaloom::vbscript {
 
 namespace {
 
+struct Units {
+    static std::size_t Length(const String& text) { return text.Length(); }
+
+    /// `text` itself where the part is all of it.
+    static Value Part(const String& text, std::size_t start, std::size_t count) {
+        const std::u16string_view part = text.View().substr(std::min(start, text.Length()), count);
+        return part.size() == text.Length() ? Value::OfString(text) : Value::OfText(part);
+    }
+};
+using Parts = PartFunctions<Units>;
+
 Value OfUnit(char16_t unit) { return Value::OfText({&unit, 1}); }
-
-/// A part of `text`, which is shared when the part is all of it.
-Value PartOf(const String& text, std::size_t start, std::size_t count) {
-    const std::u16string_view part = text.View().substr(std::min(start, text.Length()), count);
-    return part.size() == text.Length() ? Value::OfString(text) : Value::OfText(part);
-}
-
-Value Len(Context& context, std::span<Value> values) {
-    const Arguments of(context, values);
-    if (of.IsNull(0)) return Value::Null();
-    return Value::OfLong(static_cast<int>(of.Text(0).Length()));
-}
-
-Value Left(Context& context, std::span<Value> values) {
-    const Arguments of(context, values);
-    const std::size_t count = of.Length(1);
-    return of.IsNull(0) ? Value::Null() : PartOf(of.Text(0), 0, count);
-}
-
-Value Right(Context& context, std::span<Value> values) {
-    const Arguments of(context, values);
-    const std::size_t count = of.Length(1);
-    if (of.IsNull(0)) return Value::Null();
-    const String text = of.Text(0);
-    return PartOf(text, text.Length() - std::min(count, text.Length()), count);
-}
-
-Value Mid(Context& context, std::span<Value> values) {
-    const Arguments of(context, values);
-    const int start = of.Long(1);
-    const std::size_t count = of.Has(2) ? of.Length(2) : std::u16string_view::npos;
-    if (start < 1) Fail(ErrorCode::InvalidCall);
-    return of.IsNull(0) ? Value::Null() : PartOf(of.Text(0), static_cast<std::size_t>(start) - 1, count);
-}
 
 template <char16_t (*Change)(char16_t)>
 Value ChangeCase(Context& context, std::span<Value> values) {
@@ -67,7 +45,7 @@ Value TrimBlanks(Context& context, std::span<Value> values) {
     std::size_t start = 0, end = view.size();
     while (AtStart && start < end && view[start] == ' ') ++start;
     while (AtEnd && end > start && view[end - 1] == ' ') --end;
-    return PartOf(text, start, end - start);
+    return Units::Part(text, start, end - start);
 }
 
 Value Repeated(std::size_t count, char16_t unit) {
@@ -201,12 +179,12 @@ constexpr Builtin Functions[] = {
     {u"Escape",     1, 1, Escape},
     {u"Hex",        1, 1, InBase<16>},
     {u"LCase",      1, 1, ChangeCase<LowerOf>},
-    {u"Left",       2, 2, Left},
-    {u"Len",        1, 1, Len},
+    {u"Left",       2, 2, Parts::Left},
+    {u"Len",        1, 1, Parts::Len},
     {u"LTrim",      1, 1, TrimBlanks<true, false>},
-    {u"Mid",        2, 3, Mid},
+    {u"Mid",        2, 3, Parts::Mid},
     {u"Oct",        1, 1, InBase<8>},
-    {u"Right",      2, 2, Right},
+    {u"Right",      2, 2, Parts::Right},
     {u"RTrim",      1, 1, TrimBlanks<false, true>},
     {u"Space",      1, 1, Space},
     {u"String",     2, 2, RepeatUnit},
