@@ -20,23 +20,17 @@ namespace tessaloom {
 
 namespace {
 
-constexpr mode_t WriteBits = 0222;
 constexpr std::size_t ChunkBytes = std::size_t{1} << 20;
 
-/// The native path, or an empty one (which names nothing) where a NUL would cut it.
-std::string Checked(std::string_view path) {
-    return path.find('\0') == path.npos ? NativePath(path) : std::string();
-}
-
 bool Status(std::string_view path, struct stat& status) {
-    return ::stat(Checked(path).c_str(), &status) == 0;
+    return ::stat(CheckedPath(path).c_str(), &status) == 0;
 }
 
 int LastError() { return errno ? errno : EIO; }
 
 /// Without links, in full; "" when nothing is there.
 std::string RealPath(std::string_view path) {
-    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(Checked(path).c_str(), nullptr),
+    const std::unique_ptr<char, decltype(&std::free)> real(::realpath(CheckedPath(path).c_str(), nullptr),
                                                            &std::free);
     return real ? real.get() : "";
 }
@@ -192,6 +186,10 @@ std::string NativePath(std::string_view path) {
     return native;
 }
 
+std::string CheckedPath(std::string_view path) {
+    return path.find('\0') == path.npos ? NativePath(path) : std::string();
+}
+
 bool PosixFileSystem::FileExists(std::string_view path) const {
     struct stat status;
     return Status(path, status) && S_ISREG(status.st_mode);
@@ -221,7 +219,7 @@ std::optional<std::string> PosixFileSystem::ReadFile(std::string_view path, std:
     Descriptor file;
     struct stat status;
     std::string bytes;
-    if (!Noted(OpenRegular(Checked(path), O_RDONLY, file, status))) return std::nullopt;
+    if (!Noted(OpenRegular(CheckedPath(path), O_RDONLY, file, status))) return std::nullopt;
     if (!Noted(ReadWhole(file.Number(), static_cast<std::size_t>(status.st_size), limit, bytes)))
         return std::nullopt;
     return bytes;
@@ -230,23 +228,23 @@ std::optional<std::string> PosixFileSystem::ReadFile(std::string_view path, std:
 std::unique_ptr<FileReader> PosixFileSystem::OpenFile(std::string_view path) {
     Descriptor file;
     struct stat status;
-    if (!Noted(OpenRegular(Checked(path), O_RDONLY, file, status))) return nullptr;
+    if (!Noted(OpenRegular(CheckedPath(path), O_RDONLY, file, status))) return nullptr;
     return std::make_unique<PosixFileReader>(std::move(file), static_cast<std::uint64_t>(status.st_size));
 }
 
 bool PosixFileSystem::WriteFile(std::string_view path, std::string_view bytes) {
-    const std::string native = Checked(path);
+    const std::string native = CheckedPath(path);
     Delete(native, false);  // a failure shows in the next step, if it matters
     return Noted(Overwrite(native, bytes));
 }
 
 bool PosixFileSystem::ReplaceFile(std::string_view path, std::string_view bytes, Access access) {
-    return Noted(Replace(Checked(path), bytes, access));
+    return Noted(Replace(CheckedPath(path), bytes, access));
 }
 
 bool PosixFileSystem::MakeOwnerOnly(std::string_view path) {
     struct stat status;
-    const std::string native = Checked(path);
+    const std::string native = CheckedPath(path);
     if (::stat(native.c_str(), &status) != 0) return Noted(LastError());
     const mode_t mode = status.st_mode & 07700;
     if ((status.st_mode & 07777) == mode) return true;
@@ -254,19 +252,19 @@ bool PosixFileSystem::MakeOwnerOnly(std::string_view path) {
 }
 
 bool PosixFileSystem::AppendText(std::string_view path, std::string_view text) {
-    return Noted(Append(Checked(path), text));
+    return Noted(Append(CheckedPath(path), text));
 }
 
 bool PosixFileSystem::CopyFile(std::string_view source, std::string_view target, bool overwrite) {
-    return Noted(Copy(Checked(source), Checked(target), overwrite));
+    return Noted(Copy(CheckedPath(source), CheckedPath(target), overwrite));
 }
 
 bool PosixFileSystem::RenameFile(std::string_view source, std::string_view target) {
-    return Noted(Rename(Checked(source), Checked(target)));
+    return Noted(Rename(CheckedPath(source), CheckedPath(target)));
 }
 
 bool PosixFileSystem::DeleteFile(std::string_view path, bool force) {
-    return Noted(Delete(Checked(path), force));
+    return Noted(Delete(CheckedPath(path), force));
 }
 
 std::string PosixFileSystem::CurrentFolder() const {
@@ -275,7 +273,7 @@ std::string PosixFileSystem::CurrentFolder() const {
 }
 
 bool PosixFileSystem::MakeFolder(std::string_view path) {
-    std::string native = Checked(path);
+    std::string native = CheckedPath(path);
     while (native.size() > 1 && native.back() == '/') native.pop_back();
     std::error_code error;
     std::filesystem::create_directories(native, error);

@@ -10,6 +10,12 @@ namespace tessaloom {
 /// `path` as the operating system wants it: `/` between its parts.
 std::string NativePath(std::string_view path);
 
+/// The same, or an empty path (which names nothing) where a NUL would cut it.
+std::string CheckedPath(std::string_view path);
+
+/// Any of these bits of a file's mode lets it be written.
+inline constexpr unsigned WriteBits = 0222;
+
 /// The files of this machine.
 class PosixFileSystem : public FileSystem {
 public:

@@ -21,11 +21,9 @@ namespace tessaloom {
 
 namespace {
 
-constexpr mode_t WriteBits = 0222;
-
+/// Without separators at its end.
 std::string Checked(std::string_view path) {
-    if (path.find('\0') != path.npos) return {};
-    std::string native = NativePath(path);
+    std::string native = CheckedPath(path);
     while (native.size() > 1 && native.back() == '/') native.pop_back();
     return native;
 }

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <memory>
 
+#include "platform/posix/PosixFileSystem.h"
+
 namespace tessaloom {
 
 namespace {
@@ -16,7 +18,6 @@ constexpr int OpenTries = 8;    // each is lost only to another process that com
 constexpr mode_t NewFileMode = 0666;
 constexpr mode_t OwnerMode = 0600;
 constexpr mode_t OthersBits = 077;
-constexpr mode_t WriteBits = 0222;
 constexpr mode_t PermissionBits = 07777;
 
 /// `path` with its links followed; as it is where it names nothing yet.

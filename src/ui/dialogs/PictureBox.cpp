@@ -22,10 +22,6 @@ PictureBox::PictureBox(std::function<Sight()> look, const QString& emptyText, QW
     connect(&timer_, &QTimer::timeout, this, [this] { Look(false); });
 }
 
-void PictureBox::SetEmptyText(const QString& text) {
-    if (std::exchange(emptyText_, text) != text) update();
-}
-
 QSize PictureBox::sizeHint() const {
     const int unit = fontMetrics().height();
     return {24 * unit, 18 * unit};

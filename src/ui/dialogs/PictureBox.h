@@ -22,10 +22,8 @@ public:
         int number = 0;
     };
 
-    /// emptyText: shown while there is no picture
+    /// emptyText: shown while there is no picture.
     PictureBox(std::function<Sight()> look, const QString& emptyText, QWidget* parent = nullptr);
-
-    void SetEmptyText(const QString& text);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;

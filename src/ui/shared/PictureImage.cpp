@@ -1,7 +1,5 @@
 #include "ui/shared/PictureImage.h"
 
-#include <cstdint>
-
 #include "imaging/DIB.h"
 #include "imaging/Resampler.h"
 
@@ -26,20 +24,6 @@ QImage Resampled(const DIB& picture, QSize size) {
 }
 
 }  // namespace
-
-void CopyPicture(const DIB& picture, QImage& image) {
-    if (!picture.DIBPtr()) {
-        image = {};
-        return;
-    }
-    if (image.size() != QSize(picture.Width(), picture.Height()))
-        image = QImage(picture.Width(), picture.Height(), QImage::Format_RGB32);
-    for (int row = 0; row < picture.Height(); ++row) {
-        const std::uint8_t* from = picture.Row(row);
-        auto* to = reinterpret_cast<QRgb*>(image.scanLine(row));
-        for (int x = 0; x < picture.Width(); ++x, from += 3) to[x] = qRgb(from[2], from[1], from[0]);
-    }
-}
 
 QImage ScaledPicture(const DIB& picture, QSize size) {
     const QSize whole(picture.Width(), picture.Height());
