@@ -115,13 +115,14 @@ int RunOnDesktop(const CommandLine& line) {
     DesktopFrontEnd desktop([] { QCoreApplication::exit(); });
     Services services(desktop.Dialogs(), desktop.MainWindow());
     desktop.Connect(services.All());
+    struct Reporting {
+        ~Reporting() { SetErrorReporter(LogReport); }
+    } const whileTheDesktopIsThere;
     SetErrorReporter([&desktop](const ErrorReport& report) {
         LogReport(report);
         desktop.AddReport(report);
     });
-    const int status = Run(services.All(), desktop.Views(), line);
-    SetErrorReporter(LogReport);
-    return status;
+    return Run(services.All(), desktop.Views(), line);
 }
 
 /// The application object, for a display where the program is to run on one.
@@ -177,4 +178,9 @@ int Main(int argc, char** argv) {
 }  // namespace
 }  // namespace tessaloom
 
-int main(int argc, char** argv) { return tessaloom::Main(argc, argv); }
+int main(int argc, char** argv) {
+    const int status = tessaloom::Main(argc, argv);
+    if (std::cout.flush()) return status;
+    std::cerr << "tessaloom: the results cannot be written: " << std::strerror(errno) << '\n';
+    return tessaloom::ExitStatus::Failure;
+}

@@ -29,7 +29,9 @@ int main(int count, char** words) {
     int exitCode = 0;
     {
         vbscript::Engine engine(host);
-        const std::string fullName = std::filesystem::absolute(words[1]).lexically_normal().string();
+        std::error_code unknownFolder;  // there is no full name then
+        const std::string fullName =
+            std::filesystem::absolute(words[1], unknownFolder).lexically_normal().string();
         const auto shell = vbscript::Make<vbrun::ScriptShell>(
             engine, host, fullName, std::vector<std::string>(words + 2, words + count));
         engine.AddObject("WScript", shell);
