@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "platform/jpeg/PlaneRows.h"
+
 namespace tessaloom {
 
 namespace {
@@ -22,6 +24,12 @@ JpegHeader::Colours ColoursOf(int colourSpace) {
             return JpegHeader::Colours::YCbCr;
     }
 }
+
+/// Of pictures that the encoder takes, pixels.
+constexpr int LargestSide = 65500;
+
+/// Of pictures whose width is a multiple of this, the planes have no edge that would have to be filled.
+constexpr int SplitWidth = 16;
 
 }  // namespace
 
@@ -65,16 +73,39 @@ JpegResult TurboJpegCodec::GiveUp(JpegResult reason) {
 std::span<const std::uint8_t> TurboJpegCodec::Encode(const std::uint8_t* rows, int width, int height,
                                                      int stride, int quality,
                                                      std::vector<std::uint8_t>& buffer) {
-    if (!encoder_ || !rows || width < 1 || height < 1) return {};
+    if (!encoder_ || !rows || std::min(width, height) < 1 || std::max(width, height) > LargestSide) return {};
     const unsigned long worstCase = tjBufSize(width, height, TJSAMP_420);
     if (worstCase == static_cast<unsigned long>(-1)) return {};
     if (buffer.size() < worstCase) buffer.resize(worstCase);
     unsigned char* bytes = buffer.data();
     unsigned long size = buffer.size();
-    if (tjCompress2(encoder_.get(), rows, width, stride, height, TJPF_BGR, &bytes, &size, TJSAMP_420,
-                    std::clamp(quality, 1, 100), TJFLAG_BOTTOMUP | TJFLAG_NOREALLOC) != 0)
-        return {};
+    const int held = std::clamp(quality, 1, 100);
+    const int result = width % SplitWidth == 0 && CanSplitRows()
+                           ? EncodeSplit({rows, width, height, stride}, held, &bytes, &size)
+                           : tjCompress2(encoder_.get(), rows, width, stride, height, TJPF_BGR, &bytes, &size,
+                                         TJSAMP_420, held, TJFLAG_BOTTOMUP | TJFLAG_NOREALLOC);
+    if (result != 0) return {};
     return {buffer.data(), size};
+}
+
+int TurboJpegCodec::EncodeSplit(const Rows& rows, int quality, std::uint8_t** bytes, unsigned long* size) {
+    const auto width = static_cast<std::size_t>(rows.width), height = static_cast<std::size_t>(rows.height);
+    const std::size_t halfWidth = width / 2, evenHeight = (height + 1) / 2 * 2;
+    if (planes_.size() < width * evenHeight * 3 / 2) planes_.resize(width * evenHeight * 3 / 2);
+    std::uint8_t* const luma = planes_.data();
+    std::uint8_t* const blueness = luma + width * evenHeight;
+    std::uint8_t* const redness = blueness + halfWidth * evenHeight / 2;
+    const auto rowFromTop = [&](std::size_t y) {
+        return rows.first + static_cast<std::ptrdiff_t>(height - 1 - std::min(y, height - 1)) * rows.stride;
+    };
+    for (std::size_t y = 0; y < height; y += 2)
+        SplitRows(rowFromTop(y), rowFromTop(y + 1), width,
+                  {luma + y * width, luma + (y + 1) * width, blueness + y / 2 * halfWidth,
+                   redness + y / 2 * halfWidth});
+    const std::uint8_t* planes[] = {luma, blueness, redness};
+    const int strides[] = {rows.width, rows.width / 2, rows.width / 2};
+    return tjCompressFromYUVPlanes(encoder_.get(), planes, rows.width, strides, rows.height, TJSAMP_420,
+                                   bytes, size, quality, TJFLAG_NOREALLOC);
 }
 
 }  // namespace tessaloom

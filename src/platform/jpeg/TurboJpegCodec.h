@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <vector>
 
 #include "platform/JpegCodec.h"
 
@@ -25,11 +26,21 @@ private:
     };
     using Handle = std::unique_ptr<void, Close>;
 
+    /// A picture in memory, as `Encode` has it.
+    struct Rows {
+        const std::uint8_t* first;
+        int width, height, stride;
+    };
+
     JpegResult GiveUp(JpegResult reason);
+
+    /// Does what the encoder does with rows of colours, in less time. Its result is the library's: 0 is good.
+    int EncodeSplit(const Rows& rows, int quality, std::uint8_t** bytes, unsigned long* size);
 
     PictureLimits limits_;
     Handle decoder_;
     Handle encoder_;
+    std::vector<std::uint8_t> planes_;  ///< Of the picture that is encoded; it grows only.
 };
 
 }  // namespace tessaloom
