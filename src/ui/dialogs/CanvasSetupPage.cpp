@@ -5,6 +5,7 @@
 #include <QUrl>
 #include <utility>
 
+#include "core/Log.h"
 #include "model/Canvas.h"
 #include "platform/FileSystem.h"
 #include "platform/Platform.h"
@@ -29,7 +30,11 @@ QString CanvasSetupPage::Clash(const Portfolio& portfolio, int slot, const QStri
 void CanvasSetupPage::AddFolderActions(std::function<std::string(Canvas&)> folder) {
     folder_ = std::move(folder);
     makeFolder_ = AddAction("cmdMakeFolder", "M&ake Folder", [this] {
-        if (Canvas* canvas = TheCanvas()) TheWorkspace().Services().fileSystem.MakeFolder(folder_(*canvas));
+        Canvas* canvas = TheCanvas();
+        FileSystem& files = TheWorkspace().Services().fileSystem;
+        if (canvas && !files.MakeFolder(folder_(*canvas)))
+            Log(LogLevel::Warning,
+                "The folder " + folder_(*canvas) + " cannot be made: " + files.LastFailure());
     });
     openFolder_ = AddAction("cmdOpenFolder", "&Open Folder", [this] {
         Canvas* canvas = TheCanvas();

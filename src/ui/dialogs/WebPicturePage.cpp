@@ -11,7 +11,7 @@
 #include "ui/dialogs/FactList.h"
 #include "ui/dialogs/Hint.h"
 #include "ui/dialogs/Setups.h"
-#include "ui/dialogs/WebAddress.h"
+#include "ui/dialogs/WebAddresses.h"
 #include "ui/dialogs/Wording.h"
 #include "ui/shared/Workspace.h"
 
@@ -23,12 +23,10 @@ class WebPicturePage final : public CanvasSetupPage {
 public:
     WebPicturePage(Workspace& workspace, int canvas)
         : CanvasSetupPage(workspace, canvas, PropertySets::WebPicture(*workspace.Portfolio(), canvas)) {
-        Facts()->Add("factLocal", "On this computer");
-        Facts()->Add("factNetwork", "In the network");
+        WebAddresses::AddRows(*Facts());
         Facts()->Add("factLast", "Last picture made");
-        open_ = AddAction("cmdOpenPage", "Open in &Browser", [this] { WebAddress::Open(local_); });
-        AddAction("cmdCopyAddress", "&Copy Address",
-                  [this] { WebAddress::Copy(network_.isEmpty() ? local_ : network_); });
+        open_ = AddAction("cmdOpenPage", "Open in &Browser", [this] { addresses_.OpenInBrowser(); });
+        AddAction("cmdCopyAddress", "&Copy Address", [this] { addresses_.Copy(); });
         AddAction("cmdWebServer", "&Web Server...",
                   [this] { ShowWebServerSetup(TheWorkspace(), window()->parentWidget()); });
     }
@@ -38,23 +36,13 @@ private:
         const CanvasWebServer& web = canvas.VideoStreaming().CanvasWebServer();
         const WebServer& server = portfolio.WebServer();
         const int port = server.Enabled() ? server.ListeningPort() : server.Port();
-        FindAddresses(port, web.FileName());
-        Facts()->TellPath("factLocal", local_);
-        Facts()->TellPath("factNetwork", network_);
+        addresses_.Show(*Facts(), port, web.FileName());
         Facts()->Tell("factLast", web.LastModified() > 0
                                       ? Wording::Moment(web.LastModified(), portfolio.Now())
                                       : "None asked for since the program was started");
         open_->setEnabled(server.Enabled() && web.Enabled());
         open_->setToolTip(open_->isEnabled() ? QString() : "Only while the page and the web server are on");
         ShowHints(portfolio, web);
-    }
-
-    /// The network is asked only when something changed.
-    void FindAddresses(int port, const std::string& name) {
-        const QString local = WebAddress::Local(port, name);
-        if (local == local_) return;
-        local_ = local;
-        network_ = WebAddress::Network(port, name);
     }
 
     void ShowHints(Portfolio& portfolio, const CanvasWebServer& web) {
@@ -81,7 +69,7 @@ private:
                files.FileExists(JoinPath(ParentFolderName(portfolio.FileName()), name));
     }
 
-    QString local_, network_;
+    WebAddresses addresses_;
     QPushButton* open_;
 };
 

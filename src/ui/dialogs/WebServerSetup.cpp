@@ -11,7 +11,7 @@
 #include "ui/dialogs/Hint.h"
 #include "ui/dialogs/SetupPage.h"
 #include "ui/dialogs/Setups.h"
-#include "ui/dialogs/WebAddress.h"
+#include "ui/dialogs/WebAddresses.h"
 #include "ui/dialogs/Wording.h"
 #include "ui/property/PropertyForm.h"
 #include "ui/shared/SetupWindow.h"
@@ -38,11 +38,9 @@ public:
         Facts()->Add("factRequests", "Requests");
         Facts()->Add("factPictures", "Pictures");
         Facts()->Add("factFolder", "Web folder");
-        Facts()->Add("factLocal", "On this computer");
-        Facts()->Add("factNetwork", "In the network");
-        open_ = AddAction("cmdOpenPage", "Open in &Browser", [this] { WebAddress::Open(local_); });
-        AddAction("cmdCopyAddress", "&Copy Address",
-                  [this] { WebAddress::Copy(network_.isEmpty() ? local_ : network_); });
+        WebAddresses::AddRows(*Facts());
+        open_ = AddAction("cmdOpenPage", "Open in &Browser", [this] { addresses_.OpenInBrowser(); });
+        AddAction("cmdCopyAddress", "&Copy Address", [this] { addresses_.Copy(); });
         restart_ = AddAction("cmdRestartServer", "Re&start Server",
                              [this] { Restart(TheWorkspace().Portfolio()->WebServer()); });
     }
@@ -64,10 +62,8 @@ private:
         const FileSystem& fileSystem = TheWorkspace().Services().fileSystem;
         Facts()->TellPath("factFolder", files ? Wording::FullPath(fileSystem, server.WebPath()) : QString());
 
-        FindAddresses(on ? server.ListeningPort() : server.Port(),
-                      files || pictures.isEmpty() ? std::string() : pictures.front().toStdString());
-        Facts()->TellPath("factLocal", local_);
-        Facts()->TellPath("factNetwork", network_);
+        addresses_.Show(*Facts(), on ? server.ListeningPort() : server.Port(),
+                        files || pictures.isEmpty() ? std::string() : pictures.front().toStdString());
         open_->setEnabled(on && (files || !pictures.isEmpty()));
         restart_->setEnabled(on);
         ShowHints(server, pictures.isEmpty());
@@ -105,15 +101,7 @@ private:
         return names;
     }
 
-    /// The network is asked only when something changed.
-    void FindAddresses(int port, const std::string& path) {
-        const QString local = WebAddress::Local(port, path);
-        if (local == local_) return;
-        local_ = local;
-        network_ = WebAddress::Network(port, path);
-    }
-
-    QString local_, network_;
+    WebAddresses addresses_;
     QPushButton* open_;
     QPushButton* restart_;
 };

@@ -1,4 +1,4 @@
-#include "ui/dialogs/WebAddress.h"
+#include "ui/dialogs/WebAddresses.h"
 
 #include <QClipboard>
 #include <QDesktopServices>
@@ -7,9 +7,10 @@
 #include <QNetworkInterface>
 #include <QUrl>
 
+#include "ui/dialogs/FactList.h"
 #include "ui/dialogs/Wording.h"
 
-namespace tessaloom::WebAddress {
+namespace tessaloom {
 
 namespace {
 
@@ -35,15 +36,26 @@ QString HostInNetwork() {
 
 }  // namespace
 
-QString Local(int port, std::string_view path) { return Make("localhost", port, path); }
-
-QString Network(int port, std::string_view path) {
-    const QString host = HostInNetwork();
-    return host.isEmpty() ? QString() : Make(host, port, path);
+void WebAddresses::AddRows(FactList& facts) {
+    facts.Add("factLocal", "On this computer");
+    facts.Add("factNetwork", "In the network");
 }
 
-void Open(const QString& address) { QDesktopServices::openUrl(QUrl(address)); }
+void WebAddresses::Show(FactList& facts, int port, std::string_view path) {
+    const QString local = Make("localhost", port, path);
+    if (local != local_) {
+        local_ = local;
+        const QString host = HostInNetwork();
+        network_ = host.isEmpty() ? QString() : Make(host, port, path);
+    }
+    facts.TellPath("factLocal", local_);
+    facts.TellPath("factNetwork", network_);
+}
 
-void Copy(const QString& address) { QGuiApplication::clipboard()->setText(address); }
+void WebAddresses::OpenInBrowser() const { QDesktopServices::openUrl(QUrl(local_)); }
 
-}  // namespace tessaloom::WebAddress
+void WebAddresses::Copy() const {
+    QGuiApplication::clipboard()->setText(network_.isEmpty() ? local_ : network_);
+}
+
+}  // namespace tessaloom
