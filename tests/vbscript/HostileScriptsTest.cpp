@@ -1,9 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <random>
-
 #include "support/FakeScriptHost.h"
 #include "support/ScriptSink.h"
 #include "vbscript/Engine.h"
@@ -11,10 +5,10 @@
 namespace tessaloom::vbscript {
 namespace {
 
-using testing::ScriptSink;
+using namespace testing;
 
 /// Its clock moves whenever it is looked at, so that every loop comes to an end.
-class TickingHost : public testing::FakeScriptHost {
+class TickingHost : public FakeScriptHost {
 public:
     double SteadySeconds() override { return steady += 0.1; }
 };

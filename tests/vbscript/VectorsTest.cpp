@@ -1,20 +1,11 @@
-#include <gtest/gtest.h>
-
-#include <array>
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
-#include <memory>
 #include <regex>
 
 #include "support/TemporaryFolder.h"
 #include "support/Tsv.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
-
-using testing::ReadTsv;
-using testing::TemporaryFolder;
 
 const std::filesystem::path Vectors = std::filesystem::path(TEST_DATA) / "vbscript";
 
@@ -66,4 +57,4 @@ TEST(Vectors, TextsThatAreNoProgramsAreRefused) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing
