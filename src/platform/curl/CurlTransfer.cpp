@@ -73,6 +73,49 @@ curl_slist* HeaderList(const UrlRequest& request) {
 
 std::string Megabytes(std::size_t bytes) { return std::to_string(bytes >> 20) + " MB"; }
 
+/// What a handle is told; `accepted` while it took everything.
+struct Options {
+    CURL* handle;
+    bool accepted = true;
+
+    template <typename T>
+    void Set(CURLoption option, T value) {
+        accepted = curl_easy_setopt(handle, option, value) == CURLE_OK && accepted;
+    }
+};
+
+/// Where requests may lead, and how long and large they may become.
+void SetBounds(Options& options, const TransferLimits& limits) {
+    options.Set(CURLOPT_DEFAULT_PROTOCOL, "http");
+    options.Set(CURLOPT_PROTOCOLS_STR, Protocols);
+    options.Set(CURLOPT_REDIR_PROTOCOLS_STR, Protocols);
+    options.Set(CURLOPT_FOLLOWLOCATION, 1L);
+    options.Set(CURLOPT_MAXREDIRS, long{limits.redirects});
+    options.Set(CURLOPT_PROXY, "");
+    options.Set(CURLOPT_NOSIGNAL, 1L);
+    // A name that is being looked up is not waited for when the transfer is cancelled.
+    options.Set(CURLOPT_QUICK_EXIT, 1L);
+    options.Set(CURLOPT_CONNECTTIMEOUT_MS, long{limits.connectMilliseconds});
+    options.Set(CURLOPT_TIMEOUT_MS, long{limits.totalMilliseconds});
+    options.Set(CURLOPT_LOW_SPEED_LIMIT, long{limits.stalledBytesPerSecond});
+    options.Set(CURLOPT_LOW_SPEED_TIME, long{limits.stalledSeconds});
+    options.Set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(limits.bytes));
+}
+
+/// Who asks, and whom we trust.
+void SetAccount(Options& options, const UrlRequest& request) {
+    options.Set(CURLOPT_USERAGENT, "Tessaloom");
+    // A camera that can do better is not sent the password itself.
+    options.Set(CURLOPT_HTTPAUTH, CURLAUTH_BASIC | CURLAUTH_DIGEST);
+    if (!request.user.empty() || !request.password.empty()) {
+        options.Set(CURLOPT_USERNAME, request.user.c_str());
+        options.Set(CURLOPT_PASSWORD, request.password.c_str());
+    }
+    if (!request.trustAnyServer) return;
+    options.Set(CURLOPT_SSL_VERIFYPEER, 0L);
+    options.Set(CURLOPT_SSL_VERIFYHOST, 0L);
+}
+
 }  // namespace
 
 CurlTransfer::~CurlTransfer() { Cancel(); }
@@ -123,56 +166,30 @@ std::string CurlTransfer::GetChunk(std::size_t bytes) {
 bool CurlTransfer::Prepare(const UrlRequest& request, const std::string& address, bool failOnErrorStatus) {
     handle_ = curl_easy_init();
     if (!handle_) return false;
-    bool accepted = true;
-    const auto set = [&](CURLoption option, auto value) {
-        accepted = curl_easy_setopt(handle_, option, value) == CURLE_OK && accepted;
-    };
-    set(CURLOPT_URL, address.c_str());
-    set(CURLOPT_DEFAULT_PROTOCOL, "http");
-    set(CURLOPT_PROTOCOLS_STR, Protocols);
-    set(CURLOPT_REDIR_PROTOCOLS_STR, Protocols);
-    set(CURLOPT_FOLLOWLOCATION, 1L);
-    set(CURLOPT_MAXREDIRS, long{limits_.redirects});
-    // A camera that can do better is not sent the password itself.
-    set(CURLOPT_HTTPAUTH, CURLAUTH_BASIC | CURLAUTH_DIGEST);
-    set(CURLOPT_FAILONERROR, long{failOnErrorStatus});
-    set(CURLOPT_USERAGENT, "Tessaloom");
-    set(CURLOPT_PROXY, "");
-    set(CURLOPT_NOSIGNAL, 1L);
-    // A name that is being looked up is not waited for when the transfer is cancelled.
-    set(CURLOPT_QUICK_EXIT, 1L);
-    set(CURLOPT_CONNECTTIMEOUT_MS, long{limits_.connectMilliseconds});
-    set(CURLOPT_TIMEOUT_MS, long{limits_.totalMilliseconds});
-    set(CURLOPT_LOW_SPEED_LIMIT, long{limits_.stalledBytesPerSecond});
-    set(CURLOPT_LOW_SPEED_TIME, long{limits_.stalledSeconds});
-    set(CURLOPT_MAXFILESIZE_LARGE, static_cast<curl_off_t>(limits_.bytes));
-    if (!request.user.empty() || !request.password.empty()) {
-        set(CURLOPT_USERNAME, request.user.c_str());
-        set(CURLOPT_PASSWORD, request.password.c_str());
-    }
+    Options options{handle_};
+    options.Set(CURLOPT_URL, address.c_str());
+    options.Set(CURLOPT_FAILONERROR, long{failOnErrorStatus});
+    SetBounds(options, limits_);
+    SetAccount(options, request);
     if (request.method == "HEAD") {
-        set(CURLOPT_NOBODY, 1L);
+        options.Set(CURLOPT_NOBODY, 1L);
     } else if (request.method != "GET") {
         sentBody_ = request.body;
-        set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(sentBody_.size()));
-        set(CURLOPT_POSTFIELDS, sentBody_.c_str());
+        options.Set(CURLOPT_POSTFIELDSIZE_LARGE, static_cast<curl_off_t>(sentBody_.size()));
+        options.Set(CURLOPT_POSTFIELDS, sentBody_.c_str());
         // With POST the library turns the method of a redirect into GET, as browsers do.
-        if (request.method != "POST") set(CURLOPT_CUSTOMREQUEST, request.method.c_str());
+        if (request.method != "POST") options.Set(CURLOPT_CUSTOMREQUEST, request.method.c_str());
     }
     if (!request.headers.empty() || request.method != "GET") {
         sentHeaders_.reset(HeaderList(request));
-        set(CURLOPT_HTTPHEADER, sentHeaders_.get());
+        options.Set(CURLOPT_HTTPHEADER, sentHeaders_.get());
     }
-    if (request.trustAnyServer) {
-        set(CURLOPT_SSL_VERIFYPEER, 0L);
-        set(CURLOPT_SSL_VERIFYHOST, 0L);
-    }
-    if (!multi_.CertificateFile().empty()) set(CURLOPT_CAINFO, multi_.CertificateFile().c_str());
-    set(CURLOPT_HEADERFUNCTION, &CurlTransfer::TakeHeader);
-    set(CURLOPT_HEADERDATA, static_cast<void*>(this));
-    set(CURLOPT_WRITEFUNCTION, &CurlTransfer::TakeBody);
-    set(CURLOPT_WRITEDATA, static_cast<void*>(this));
-    return accepted;
+    if (!multi_.CertificateFile().empty()) options.Set(CURLOPT_CAINFO, multi_.CertificateFile().c_str());
+    options.Set(CURLOPT_HEADERFUNCTION, &CurlTransfer::TakeHeader);
+    options.Set(CURLOPT_HEADERDATA, static_cast<void*>(this));
+    options.Set(CURLOPT_WRITEFUNCTION, &CurlTransfer::TakeBody);
+    options.Set(CURLOPT_WRITEDATA, static_cast<void*>(this));
+    return options.accepted;
 }
 
 std::size_t CurlTransfer::TakeHeader(char* data, std::size_t size, std::size_t count, void* self) {

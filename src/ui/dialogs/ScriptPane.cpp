@@ -159,67 +159,80 @@ void ScriptPane::ShowPlace() {
 
 /// What needs an answer; false when nothing does.
 bool ScriptPane::ShowQuestion() {
-    const QString name = Wording::Words(file_.Path());
-    const auto named = [this] {
-        const Portfolio* portfolio = workspace_.Portfolio();
-        return portfolio ? portfolio->Script().FileName() : file_.Path();
-    };
-    if (!notSaved_.isEmpty()) {
+    const Portfolio* portfolio = workspace_.Portfolio();
+    const bool isOther = portfolio && portfolio->Script().FileName() != file_.Path();
+    if (!notSaved_.isEmpty())
         notice_->Tell(notSaved_);
-    } else if (close_) {
-        const auto close = [this] { std::exchange(close_, {})(); };
-        notice_->Tell("The script has changes that are not saved.",
-                      {
-                          {"cmdSaveAndClose",    "Save",    [this] { SaveThen(std::exchange(close_, {})); }},
-                          {"cmdDiscardAndClose", "Discard",
-                           [this,                                                                            close] {
-                               editor_->document()->setModified(false);
-                               close();
-                           }},
-                          {"cmdKeepEditing",                    "&Keep Editing",
-                           [this] {
-                               close_ = {};
-                               ShowNotice();
-                               editor_->setFocus();
-                           }                          },
-        });
-    } else if (file_.ChangedOutside()) {
-        notice_->Tell("The file was changed by another program. Reload it?",
-                      {
-                          {"cmdReloadFile", "Reload",
-                           [this] {
-                               Open(file_.Path());
-                               Refresh();
-                           }},
-                          {"cmdKeepMine",   "&Keep Mine",
-                           [this] {
-                               file_.AcceptOutside();
-                               editor_->document()->setModified(true);
-                               ShowNotice();
-                           }},
-        });
-    } else if (named() != file_.Path()) {
-        notice_->Tell("Another file is the script now. Save what was changed in " + name + "?",
-                      {
-                          {"cmdSaveFirst",    "Save",    [this] { SaveThen({}); }},
-                          {"cmdDiscardFirst", "Discard", [this] { Discard(); }   },
-        });
-    } else if (kept_) {
-        notice_->Tell("The program closed before the last changes were saved. They were kept.",
-                      {
-                          {"cmdTakeKept", "Take Them", [this] { TakeKept(); }},
-                          {"cmdDropKept", "Drop Them",
-                           [this] {
-                               file_.DropKept();
-                               kept_ = false;
-                               ShowState();
-                               ShowNotice();
-                           }                                                 },
-        });
-    } else {
+    else if (close_)
+        AskBeforeClosing();
+    else if (file_.ChangedOutside())
+        AskWhoseChangesHold();
+    else if (isOther)
+        AskBeforeOpening();
+    else if (kept_)
+        AskAboutKept();
+    else
         return false;
-    }
     return true;
+}
+
+void ScriptPane::AskBeforeClosing() {
+    const auto save = [this] { SaveThen(std::exchange(close_, {})); };
+    const auto discard = [this] {
+        editor_->document()->setModified(false);
+        std::exchange(close_, {})();
+    };
+    const auto goOn = [this] {
+        close_ = {};
+        ShowNotice();
+        editor_->setFocus();
+    };
+    notice_->Tell("The script has changes that are not saved.",
+                  {
+                      {"cmdSaveAndClose",    "Save",          save   },
+                      {"cmdDiscardAndClose", "Discard",       discard},
+                      {"cmdKeepEditing",     "&Keep Editing", goOn   },
+    });
+}
+
+void ScriptPane::AskWhoseChangesHold() {
+    const auto reload = [this] {
+        Open(file_.Path());
+        Refresh();
+    };
+    const auto keep = [this] {
+        file_.AcceptOutside();
+        editor_->document()->setModified(true);
+        ShowNotice();
+    };
+    notice_->Tell("The file was changed by another program. Reload it?",
+                  {
+                      {"cmdReloadFile", "Reload",     reload},
+                      {"cmdKeepMine",   "&Keep Mine", keep  },
+    });
+}
+
+void ScriptPane::AskBeforeOpening() {
+    notice_->Tell(
+        "Another file is the script now. Save what was changed in " + Wording::Words(file_.Path()) + "?",
+        {
+            {"cmdSaveFirst",    "Save",    [this] { SaveThen({}); }},
+            {"cmdDiscardFirst", "Discard", [this] { Discard(); }   },
+    });
+}
+
+void ScriptPane::AskAboutKept() {
+    const auto drop = [this] {
+        file_.DropKept();
+        kept_ = false;
+        ShowState();
+        ShowNotice();
+    };
+    notice_->Tell("The program closed before the last changes were saved. They were kept.",
+                  {
+                      {"cmdTakeKept", "Take Them", [this] { TakeKept(); }},
+                      {"cmdDropKept", "Drop Them", drop                  },
+    });
 }
 
 void ScriptPane::ShowNotice() {

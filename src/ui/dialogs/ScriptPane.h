@@ -57,6 +57,10 @@ private:
     void TakeKept();
     void ShowNotice();
     bool ShowQuestion();
+    void AskBeforeClosing();
+    void AskWhoseChangesHold();
+    void AskBeforeOpening();
+    void AskAboutKept();
     void ShowState();
     void ShowPlace();
 
