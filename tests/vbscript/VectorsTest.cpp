@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <regex>
+#include <sstream>
 
 #include "support/TemporaryFolder.h"
 #include "support/Tsv.h"
@@ -39,6 +40,22 @@ TEST(Vectors, ProgramsPrintWhatTheyShould) {
         ++programs;
     }
     EXPECT_GE(programs, 36);
+}
+
+TEST(Vectors, ExpressionsHaveTheValuesThatTheyShould) {
+    const TemporaryFolder folder;
+    const auto rows = ReadTsv((Vectors / "expressions.tsv").string());
+    std::string program = "On Error Resume Next\n";
+    for (const TsvRow& row : rows)
+        program += row[0] + "\nresult = " + row[1] + "\nIf Err.Number = 0 Then WScript.Echo result Else " +
+                   "WScript.Echo \"error \" & Err.Number : Err.Clear\n";
+    std::ofstream(folder / "all.vbs", std::ios::binary) << program;
+    std::istringstream printed(OutputOf(folder / "all.vbs"));
+    for (const TsvRow& row : rows) {
+        std::string line;
+        std::getline(printed, line);
+        EXPECT_EQ(line, row[2]) << row[1];
+    }
 }
 
 TEST(Vectors, TextsThatAreNoProgramsAreRefused) {
