@@ -1,5 +1,7 @@
 #include "text/Tags.h"
 
+#include <ranges>
+
 #include "core/modNumbers.h"
 #include "locale/DateParts.h"
 #include "platform/Ascii.h"
@@ -7,6 +9,7 @@
 #include "support/MemoryFileSystem.h"
 #include "support/PropertyTable.h"
 #include "support/TestLocales.h"
+#include "support/Tsv.h"
 #include "text/Replace.h"
 #include "text/TagSource.h"
 #include "text/VWS.h"
@@ -50,46 +53,10 @@ protected:
 };
 
 TEST_F(TagsTest, DateAndTime) {
-    constexpr std::string_view All =
-        "<DATE> <DATEYYYY>-<DATE0M>-<DATE0D> <DATESHORTMONTH> <DATEFORMALDAY> <TIME> <TIME1012H>";
-    struct Moment {
-        int year, month, day, hour, minute;
-        double second;
-    };
-    constexpr Moment Afternoon{2026, 9, 3, 13, 5, 59.7};
-    // clang-format off
-    const struct {
-        Moment at;
-        std::string_view text, expected;
-    } rows[] = {
-        {Afternoon, "<DATE>|<DATEYY>|<DATEYYYY>|<DATE0M>|<DATEM>|<DATE M>", "9/3/2026|26|2026|09|9| 9"},
-        {Afternoon, "<DATEMONTH>|<DATESHORTMONTH>|<DATEFORMALDAY>", "September|Sep|3rd"},
-        {Afternoon, "<DATE0D>|<DATED>|<DATE D>", "03|3| 3"},
-        {Afternoon, "<TIME>|<TIME12H>|<TIMEAMPM>|<TIME10>", "13:05:59|01:05:59 PM|PM|13:05:59.7"},
-        {Afternoon, "<TIME100>|<TIME1012H>|<TIME10012H>", "13:05:59.70|01:05:59.7 PM|01:05:59.70 PM"},
-        {Afternoon, "<TIMEHH>|<TIME0H>|<TIMEH>|<TIME H>", "13|13|13|13"},
-        {Afternoon, "<TIMEHH12H>|<TIME0H12H>|<TIMEH12H>|<TIME H12H>", "01|01|1| 1"},
-        {Afternoon, "<TIMEMM>|<TIMESS>|<TIME10S>|<TIME100S>|<time>", "05|59|7|70|13:05:59"},
-        {Afternoon, "<Time> on <dateMonth> <DATEFORMALDAY>, <time>!", "13:05:59 on September 3rd, 13:05:59!"},
-        {Afternoon, "<TIMES> <DATE <unknown> a < b > c", "<TIMES> <DATE <unknown> a < b > c"},
-        {{2026, 10, 31, 0, 0, 0}, "<DATE M>|<DATE D>|<DATEFORMALDAY>", "10|31|31st"},
-        {{2026, 5, 22, 0, 0, 0}, "<DATESHORTMONTH>|<DATEFORMALDAY>", "May|22nd"},
-        {{2026, 1, 11, 0, 0, 0}, "<DATEFORMALDAY>|<TIMEH12H>|<TIME H>|<TIMEAMPM>", "11th|12| 0|AM"},
-        {{2026, 1, 1, 12, 0, 0.01}, "<TIME12H> <TIME100S>", "12:00:00 PM 01"},
-        {{2026, 7, 1, 9, 0, 0.29}, "<TIME10>|<TIME100S>|<TIME H12H>", "09:00:00.2|29| 9"},
-        {{2026, 3, 1, 0, 0, 0.01}, All, "3/1/2026 2026-03-01 Mar 1st 00:00:00 12:00:00.0 AM"},
-        {{2026, 2, 28, 11, 59, 59.99}, All, "2/28/2026 2026-02-28 Feb 28th 11:59:59 11:59:59.9 AM"},
-        {{2026, 2, 28, 12, 0, 0}, All, "2/28/2026 2026-02-28 Feb 28th 12:00:00 12:00:00.0 PM"},
-        {{2026, 2, 28, 0, 59, 60}, All, "2/28/2026 2026-02-28 Feb 28th 01:00:00 01:00:00.0 AM"},
-        {{2026, 2, 28, 13, 5, 59.5}, All, "2/28/2026 2026-02-28 Feb 28th 13:05:59 01:05:59.5 PM"},
-        {{2026, 12, 31, 23, 59, 59.99}, All, "12/31/2026 2026-12-31 Dec 31st 23:59:59 11:59:59.9 PM"},
-        {{2027, 1, 1, 0, 0, 0}, All, "1/1/2027 2027-01-01 Jan 1st 00:00:00 12:00:00.0 AM"},
-        {{2028, 2, 29, 6, 7, 8.9}, All, "2/29/2028 2028-02-29 Feb 29th 06:07:08 06:07:08.9 AM"},
-    };
-    // clang-format on
-    for (const auto& [at, text, expected] : rows) {
-        time.Set(DayNumber(at.year, at.month, at.day), at.hour, at.minute, at.second);
-        EXPECT_EQ(Expand(text), expected);
+    for (const TsvRow& row : ReadTsv(TEST_DATA "/vectors/tags_time.tsv")) {
+        const auto number = [&](std::size_t column) { return std::stoi(row[column]); };
+        time.Set(DayNumber(number(0), number(1), number(2)), number(3), number(4), std::stod(row[5]));
+        EXPECT_EQ(Expand(row[6]), row[7]);
     }
 }
 
@@ -202,38 +169,13 @@ TEST_F(TagsTest, WithoutValidWeatherAllIsNotAvailable) {
 
 TEST_F(TagsTest, WeatherReadings) {
     UseWeather();
-    constexpr int Pressure = VWS::BarometerTrend, Warmth = VWS::TemperatureTrend, Wind = VWS::StatDirection;
-    // clang-format off
-    const struct {
-        std::vector<std::pair<int, double>> readings;
-        std::string_view text, expected;
-    } rows[] = {
-        {{}, "<csvyyyy><csvyy><csvm><csvmonth><csvd> <csvunknown>", "N/AN/AN/AN/AN/A <csvunknown>"},
-        {{}, "<csv12h><csv24h><csvAMPM><csvmin><csvsec>", "N/AN/AN/AN/AN/A"},
-        {{}, "<csvcomp><csvstatcomp><csvweather><csvbaromtrend><csvtemptrendarrow>", "N/AN/AN/AN/AN/A"},
-        {{{2, 2026}, {3, 7}, {4, 9}}, "<csvyyyy>-<csvyy>-<csvm>-<csvd> <csvmonth>", "2026-26-07-9 July"},
-        {{{5, 0}, {6, 5}, {7, 8}}, "<csv12h>:<csvmin>:<csvsec> <csv24h>", "12:05:08 00"},
-        {{{10, 350}, {Wind, 11.25}, {19, 19}}, "<csvcomp> <CSVSTATCOMP> <csvweather>", "N NNE Snow Showers"},
-        {{{Pressure, 1}, {Warmth, -1}}, "<CSVBaromTrend> <csvtemptrend>", "Rising Falling"},
-        {{{Pressure, 1}, {Warmth, -1}}, "<csvbaromtrendarrow><CSVTEMPTRENDARROW>", "<trendup><trenddown>"},
-        {{{Pressure, 0}}, "<CSVBAROMTRENDARROW><csvbaromtrend>", "<trendsteady>Steady"},
-        {{{5, 0}}, "<csvampm>", "am"},
-        {{{5, 0}}, "<csvAMPM>", "AM"},
-        {{{5, 0}}, "<CSVampm> <CSVampm>", "am am"},
-        {{{5, 0}}, "<CSVAMPM>", "AM"},
-        {{{5, 0}}, "<CSVAMPM> <csvampm>", "am am"},
-        {{{5, 1}}, "<csv12h> <csv24h>", " 1 01"},
-        {{{5, 12}}, "<csv12h><csvampm>", "12pm"},
-        {{{5, 13}}, "<csv12h> <csv24h> <csvAMPM>", " 1 13 PM"},
-        {{{5, 23}}, "<csv12h> <csv24h>", "11 23"},
-        {{{2, 2007}, {3, 13}, {10, 720}, {19, 22}}, "<csvyy> <csvmonth>|<csvcomp>|<csvweather>|", "07 |N||"},
-        {{{19, 1e300}}, "<csvweather>|", "|"},
-    };
-    // clang-format on
-    for (const auto& [readings, text, expected] : rows) {
+    for (const TsvRow& row : ReadTsv(TEST_DATA "/vectors/tags_weather.tsv")) {
         for (int k = 1; k < VWS::Values; ++k) weather.SetCSVData(k, VWS::Missing);
-        for (const auto& [field, value] : readings) weather.SetCSVData(field, value);
-        EXPECT_EQ(Expand(text), expected) << text;
+        for (const auto part : std::views::split(row[0], ';')) {
+            const std::string reading(part.begin(), part.end());
+            weather.SetCSVData(std::stoi(reading), std::stod(reading.substr(reading.find('=') + 1)));
+        }
+        EXPECT_EQ(Expand(row[1]), row[2]) << row[1];
     }
 }
 
