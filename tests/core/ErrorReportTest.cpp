@@ -1,13 +1,10 @@
 #include "core/ErrorReport.h"
 
-#include <gtest/gtest.h>
-
-#include <optional>
-
 #include "core/Version.h"
 #include "locale/Error.h"
+#include "support/Testing.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 /// What is reported while `body` runs trapped.
@@ -40,4 +37,4 @@ TEST(ErrorReport, ReadsAsTheWindowShowsIt) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,18 +1,16 @@
 #include "core/INI.h"
 
-#include <gtest/gtest.h>
-
 #include "platform/profile/ProfileFiles.h"
 #include "support/MemoryFileSystem.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 class INITest : public ::testing::Test {
 protected:
     std::string Bytes() { return files_.ReadFile("a.ini").value_or("<missing>"); }
 
-    testing::MemoryFileSystem files_;
+    MemoryFileSystem files_;
     ProfileFiles profile_{files_};
     INI ini_{profile_, "a.ini"};
 };
@@ -54,4 +52,4 @@ TEST_F(INITest, CutsAtTheLimitBeforeItTurnsQuotesBack) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

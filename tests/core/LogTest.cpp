@@ -1,10 +1,8 @@
 #include "core/Log.h"
 
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
-#include <vector>
-
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 TEST(MaskSecrets, HidesUserPasswordAndQueryOfEveryAddress) {
@@ -46,4 +44,4 @@ TEST(LogLevel, IsFoundByItsName) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

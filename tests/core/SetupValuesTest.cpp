@@ -1,17 +1,12 @@
 #include "core/SetupValues.h"
 
-#include <gtest/gtest.h>
-
-#include <array>
-#include <vector>
-
 #include "core/ErrorReport.h"
 #include "core/INI.h"
 #include "core/Log.h"
 #include "platform/profile/ProfileFiles.h"
 #include "support/MemoryFileSystem.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 constexpr std::string_view Defaults =
@@ -27,7 +22,7 @@ protected:
 
     std::string Bytes() { return files_.ReadFile("Tessaloom.INI").value_or("<missing>"); }
 
-    testing::MemoryFileSystem files_;
+    MemoryFileSystem files_;
     ProfileFiles profile_{files_};
     INI ini_{profile_, "Tessaloom.INI"};
 };
@@ -96,4 +91,4 @@ TEST_F(SetupValuesTest, TellsOnceOfEachValueThatItCannotUse) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

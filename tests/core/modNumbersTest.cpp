@@ -1,26 +1,19 @@
 #include "core/modNumbers.h"
 
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <vector>
-
 #include "core/ErrorReport.h"
 #include "locale/Error.h"
 #include "support/TestLocales.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 using namespace modNumbers;
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 /// Runs each test under a locale of its own and collects what is reported as "procedure number".
 class ModNumbers : public ::testing::Test {
 protected:
     ModNumbers() {
-        InitNumberFormat(testing::EnglishLocale());
+        InitNumberFormat(EnglishLocale());
         SetCurrentYear(2026);
         previous_ = SetErrorReporter([this](const ErrorReport& report) {
             EXPECT_EQ(report.module, "modNumbers.bas");
@@ -29,7 +22,7 @@ protected:
     }
     ~ModNumbers() override {
         SetErrorReporter(std::move(previous_));
-        InitNumberFormat(testing::EnglishLocale());
+        InitNumberFormat(EnglishLocale());
         SetCurrentYear(0);
     }
 
@@ -41,7 +34,7 @@ private:
 };
 
 TEST_F(ModNumbers, ReadsAndWritesTheSameFilesInEveryLocale) {
-    for (const auto& user : {testing::EnglishLocale(), testing::GermanLocale()}) {
+    for (const auto& user : {EnglishLocale(), GermanLocale()}) {
         InitNumberFormat(user);
         SCOPED_TRACE(NumberSeparator());
         EXPECT_EQ(Str2DblNI("0.75"), 0.75);
@@ -72,7 +65,7 @@ TEST_F(ModNumbers, ShowsNumbersInTheUsersOwnStyle) {
     EXPECT_EQ(GetFormatI("12,3"), "0");
     EXPECT_EQ(FormatI(2.345, "0,00"), "2.35");
 
-    InitNumberFormat(testing::GermanLocale());
+    InitNumberFormat(GermanLocale());
     EXPECT_EQ(DecimalIsComma(), 1);
     EXPECT_EQ(TimeSeparatorIsDot(), 0);
     EXPECT_EQ(NumberSeparator(), ",");
@@ -83,7 +76,7 @@ TEST_F(ModNumbers, ShowsNumbersInTheUsersOwnStyle) {
 }
 
 TEST_F(ModNumbers, ReplacesOnlyTheFirstPointInACommaLocale) {
-    InitNumberFormat(testing::GermanLocale());
+    InitNumberFormat(GermanLocale());
     EXPECT_EQ(CDblNI("1.234.5"), 0);
     EXPECT_EQ(CDblNI("1.234,5"), 0);
     EXPECT_THAT(TakeReports(), ElementsAre("CDblNI 13", "CDblNI 13"));
@@ -153,4 +146,4 @@ TEST_F(ModNumbers, LimitsAndTakesFractions) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,9 +1,5 @@
 // Picture layers whose addresses lead to a real server, decoders and files.
 
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <filesystem>
 #include <thread>
 
 #include "imaging/ErrorsFile.h"

@@ -1,8 +1,8 @@
 #include "imaging/Alignment.h"
 
-#include "gtest/gtest.h"
+#include "support/Testing.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 TEST(Alignment, PutsTheAnchorOnThePosition) {
@@ -16,4 +16,4 @@ TEST(Alignment, PutsTheAnchorOnThePosition) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

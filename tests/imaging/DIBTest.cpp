@@ -1,14 +1,12 @@
 #include "imaging/DIB.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
-#include <functional>
 
 #include "imaging/BmpFile.h"
 #include "imaging/IJL.h"
+#include "support/Testing.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 TEST(DIB, MakesItsPixelsByTheRulesOfItsSetters) {
@@ -115,4 +113,4 @@ TEST(WriteBmp, DescribesThePixelsThatFollow) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,15 +1,11 @@
 #include "imaging/DeviceContext.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
-#include <cmath>
-#include <memory>
-#include <random>
 
 #include "imaging/DIB.h"
+#include "support/Testing.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 std::unique_ptr<DIB> Make(int width, int height, unsigned seed = 0) {
@@ -152,4 +148,4 @@ TEST(DrawCoverage, CountsFromTheTopLeftCorner) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

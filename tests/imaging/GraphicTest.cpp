@@ -1,8 +1,5 @@
 #include "imaging/Graphic.h"
 
-#include <string>
-#include <vector>
-
 #include "PictureFixture.h"
 #include "support/FakeLayerHost.h"
 

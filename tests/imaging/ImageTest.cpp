@@ -1,13 +1,5 @@
 #include "imaging/Image.h"
 
-#include <algorithm>
-#include <array>
-#include <cstdint>
-#include <functional>
-#include <random>
-#include <string>
-#include <vector>
-
 #include "PictureFixture.h"
 #include "imaging/Alignment.h"
 
@@ -267,6 +259,11 @@ TEST_F(ImageTest, DropsTransparentColours) {
     image.MergeImageTo(canvas, 0, 0);
     EXPECT_EQ(CountPixels(canvas, White), 15);
     EXPECT_EQ(canvas.Pixel(1, 1), Red);
+
+    image.SetTransparentColorTable(0, Green);
+    image.SetTransparentColorCount(0);
+    image.MergeImageTo(canvas, 0, 0);
+    EXPECT_EQ(CountPixels(canvas, Green), 15) << "an entry that is no longer in use";
 }
 
 TEST_F(ImageTest, FadesTowardsFeatheredEdges) {

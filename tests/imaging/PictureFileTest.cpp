@@ -1,8 +1,3 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <set>
-
 #include "imaging/DIB.h"
 #include "imaging/ErrorsFile.h"
 #include "imaging/JpegEncoder.h"
@@ -138,11 +133,10 @@ TEST_F(PictureFiles, LeaveALineWhenThereIsNoSurface) {
     picture.InitPictureBox();
     EXPECT_EQ(picture.hDC(), nullptr) << "a surface without a picture";
     const std::string lines = files["errors.txt"].bytes;
-    EXPECT_THAT(
-        lines, ::testing::MatchesRegex("Error Picture.cls \\(Get hDC\\), Time=[^,]+, Filename=, Line=[0-9]+, "
-                                       "myPicture was Nothing=True, PictureIndex=0\r\n"
-                                       "Error Picture.cls \\(Get hDC\\), Time=.*, myPicture was "
-                                       "Nothing=False, PictureIndex=[0-9]+\r\n"));
+    EXPECT_THAT(lines, MatchesRegex("Error Picture.cls \\(Get hDC\\), Time=[^,]+, Filename=, Line=[0-9]+, "
+                                    "myPicture was Nothing=True, PictureIndex=0\r\n"
+                                    "Error Picture.cls \\(Get hDC\\), Time=.*, myPicture was "
+                                    "Nothing=False, PictureIndex=[0-9]+\r\n"));
 }
 
 TEST(modPictureBox, HandsSlotsOutAgain) {

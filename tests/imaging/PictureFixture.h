@@ -1,10 +1,6 @@
 #pragma once
 
-#include <string_view>
-#include <vector>
-
 #include "core/ErrorReport.h"
-#include "gtest/gtest.h"
 #include "imaging/DIB.h"
 #include "imaging/ErrorsFile.h"
 #include "imaging/PictureAccess.h"

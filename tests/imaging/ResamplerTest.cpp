@@ -1,10 +1,8 @@
 #include "imaging/Resampler.h"
 
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
-#include <random>
-
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 /// The exact mean for one component of the result.
@@ -60,4 +58,4 @@ TEST(Resampler, StaysWithinOneOfTheExactMean) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

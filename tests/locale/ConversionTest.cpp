@@ -1,16 +1,12 @@
 #include "locale/Conversion.h"
 
-#include <gtest/gtest.h>
-
 #include <bit>
-#include <cmath>
-#include <random>
 
 #include "locale/DateParts.h"
 #include "locale/Format.h"
 #include "support/TestLocales.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 std::string RandomText(std::mt19937& random, std::string_view alphabet, std::size_t maxLength) {
@@ -21,7 +17,7 @@ std::string RandomText(std::mt19937& random, std::string_view alphabet, std::siz
 
 TEST(DoubleFromText, ReadsBackWhatWasWritten) {
     std::mt19937_64 random(1);
-    for (const auto& user : {testing::EnglishLocale(), testing::GermanLocale()}) {
+    for (const auto& user : {EnglishLocale(), GermanLocale()}) {
         for (int i = 0; i < 50000; ++i) {
             const double value = i % 2 == 0 ? std::bit_cast<double>(random())
                                             : static_cast<double>(random() % 2000000) / 1000 - 1000;
@@ -49,17 +45,17 @@ TEST(DoubleFromText, TakesSignsOnEitherSideButOnlyOne) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.text);
-        const auto actual = DoubleFromText(row.text, testing::EnglishLocale());
+        const auto actual = DoubleFromText(row.text, EnglishLocale());
         EXPECT_EQ(actual.fault, Fault::None);
         EXPECT_EQ(actual.value, row.value);
     }
     for (const char* text :
          {"-5-", "(5", "5)", "(-5)", "$5$", "-&H1", "&H1&", "&H-1", "&H11111111111111111 x"})
-        EXPECT_EQ(DoubleFromText(text, testing::EnglishLocale()).fault, Fault::TypeMismatch) << text;
+        EXPECT_EQ(DoubleFromText(text, EnglishLocale()).fault, Fault::TypeMismatch) << text;
 }
 
 TEST(DoubleFromText, TakesAnyBlankWhereTheUserGroupsByBlanks) {
-    auto french = testing::GermanLocale();
+    auto french = GermanLocale();
     french.grouping = "\u202f";
     for (const char* text : {"1\u202f234,5", "1\u00a0234,5", "1 234,5"}) {
         SCOPED_TRACE(text);
@@ -69,14 +65,14 @@ TEST(DoubleFromText, TakesAnyBlankWhereTheUserGroupsByBlanks) {
 }
 
 TEST(LongFromText, KeepsBitPatternsOfItsOwnWidth) {
-    EXPECT_EQ(LongFromText("&HFFFFFFFF", testing::EnglishLocale()).value, -1);
-    EXPECT_EQ(LongFromText("&H100000000", testing::EnglishLocale()).fault, Fault::Overflow);
-    EXPECT_EQ(LongFromText("&HFFFFFFFFFFFFFFFFF", testing::EnglishLocale()).fault, Fault::Overflow);
+    EXPECT_EQ(LongFromText("&HFFFFFFFF", EnglishLocale()).value, -1);
+    EXPECT_EQ(LongFromText("&H100000000", EnglishLocale()).fault, Fault::Overflow);
+    EXPECT_EQ(LongFromText("&HFFFFFFFFFFFFFFFFF", EnglishLocale()).fault, Fault::Overflow);
 }
 
 TEST(Conversion, AnyTextGivesAValueOfTheTypeOrAFault) {
     std::mt19937 random(2);
-    const auto german = testing::GermanLocale();
+    const auto german = GermanLocale();
     for (int i = 0; i < 100000; ++i) {
         const auto text = RandomText(random, "0123456789.,-+()$&HOeEd:/ \tAPMJanF\xC3\xA4\xE2", 14);
         const auto number = DoubleFromText(text, german);
@@ -91,7 +87,7 @@ TEST(Conversion, AnyTextGivesAValueOfTheTypeOrAFault) {
 
 TEST(Conversion, AnyPictureGivesATextOfItsOwnSize) {
     std::mt19937 random(3);
-    const auto english = testing::EnglishLocale();
+    const auto english = EnglishLocale();
     const FormatValue values[] = {0.0,
                                   -1234.5678,
                                   1e300,
@@ -112,4 +108,4 @@ TEST(Conversion, AnyPictureGivesATextOfItsOwnSize) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,8 +1,8 @@
 #include "locale/DateParts.h"
 
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 TEST(DateParts, FollowsTheCalendarDayByDay) {
@@ -50,4 +50,4 @@ TEST(PartsOfMoment, CarriesARoundedSecondIntoTheDate) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,20 +1,18 @@
-#include <gtest/gtest.h>
-
 #include <charconv>
 
 #include "locale/Conversion.h"
 #include "support/TestLocales.h"
 #include "support/Tsv.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 constexpr int CurrentYear = 2026;  // of the table's dates without a year
 
 TEST(DateVectors, AllRowsAgree) {
-    const auto english = testing::EnglishLocale();
-    const auto german = testing::GermanLocale();
-    const auto rows = testing::ReadTsv(TEST_DATA "/vectors/dates.tsv");
+    const auto english = EnglishLocale();
+    const auto german = GermanLocale();
+    const auto rows = ReadTsv(TEST_DATA "/vectors/dates.tsv");
     ASSERT_EQ(rows.size(), 125u);
     for (const auto& row : rows) {
         SCOPED_TRACE("line " + std::to_string(row.line) + ": " + row[1] + " \"" + row[0] + "\"");
@@ -43,16 +41,16 @@ TEST(DateFromText, ReadsWhatTheUsersOwnLanguageWrites) {
     };
     for (const auto& row : german) {
         SCOPED_TRACE(row.text);
-        const auto actual = DateFromText(row.text, testing::GermanLocale(), CurrentYear);
+        const auto actual = DateFromText(row.text, GermanLocale(), CurrentYear);
         EXPECT_EQ(actual.fault, Fault::None);
         EXPECT_NEAR(actual.value, row.moment, 1e-9);
     }
 }
 
 TEST(DateFromText, ReadsMarksAndSeparatorsAsTheUserWritesThem) {
-    auto canadian = testing::EnglishLocale();
+    auto canadian = EnglishLocale();
     canadian.pmMark = "p.m.";
-    auto korean = testing::EnglishLocale();
+    auto korean = EnglishLocale();
     korean.dateOrder = DateOrder::YearMonthDay;
     korean.dateSeparator = ".";
     korean.shortDate = "yyyy. M. d.";
@@ -85,9 +83,9 @@ TEST(DateFromText, ReadsMarksAndSeparatorsAsTheUserWritesThem) {
 TEST(DateFromText, RefusesADateThatATimeInterrupts) {
     for (const char* text : {"1/14 3:30 2006", "Jan 3:30 14", "1:30 2:30", "1/2/3/4", "Jan Feb 3", "1,5"}) {
         SCOPED_TRACE(text);
-        EXPECT_EQ(DateFromText(text, testing::EnglishLocale(), CurrentYear).fault, Fault::TypeMismatch);
+        EXPECT_EQ(DateFromText(text, EnglishLocale(), CurrentYear).fault, Fault::TypeMismatch);
     }
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,14 +1,12 @@
 #include "locale/Format.h"
 
-#include <gtest/gtest.h>
-
 #include <charconv>
 
 #include "locale/DateParts.h"
 #include "support/TestLocales.h"
 #include "support/Tsv.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 /// The table's value: its type by name and its text.
@@ -26,9 +24,9 @@ FormatValue ValueOf(const std::string& type, const std::string& text) {
 }
 
 TEST(FormatVectors, AllRowsAgree) {
-    const auto english = testing::EnglishLocale();
-    const auto german = testing::GermanLocale();
-    const auto rows = testing::ReadTsv(TEST_DATA "/vectors/format.tsv");
+    const auto english = EnglishLocale();
+    const auto german = GermanLocale();
+    const auto rows = ReadTsv(TEST_DATA "/vectors/format.tsv");
     ASSERT_EQ(rows.size(), 386u);
     for (const auto& row : rows) {
         SCOPED_TRACE("line " + std::to_string(row.line) + ": " + row[0] + " " + row[1] + " " + row[2] +
@@ -56,7 +54,7 @@ TEST(Format, CountsWeeksFromTheChosenDay) {
         SCOPED_TRACE(row.result);
         const FormatDate date{static_cast<double>(DayNumber(row.year, row.month, row.day))};
         const FormatCalendar calendar{row.firstWeekday, row.firstWeek, 2021};
-        EXPECT_EQ(Format(date, "w ww", testing::GermanLocale(), calendar).value, row.result);
+        EXPECT_EQ(Format(date, "w ww", GermanLocale(), calendar).value, row.result);
     }
 }
 
@@ -82,18 +80,17 @@ TEST(Format, KeepsThePlaceOfWhatAPictureHasNoMeaningFor) {
     };
     for (const auto& row : rows) {
         SCOPED_TRACE(row.picture);
-        EXPECT_EQ(Format(row.value, row.picture, testing::EnglishLocale()).value, row.result);
+        EXPECT_EQ(Format(row.value, row.picture, EnglishLocale()).value, row.result);
     }
 }
 
 TEST(Format, RefusesDatesBeyondTheCalendar) {
     for (const double moment : {-657435.0, 2958466.0, 2958465.9999999, 1e300, -1e300}) {
         SCOPED_TRACE(moment);
-        EXPECT_EQ(Format(FormatDate{moment}, "yyyy", testing::EnglishLocale()).fault, Fault::InvalidCall);
-        EXPECT_EQ(Format(FormatDate{moment}, "General Date", testing::EnglishLocale()).fault,
-                  Fault::InvalidCall);
+        EXPECT_EQ(Format(FormatDate{moment}, "yyyy", EnglishLocale()).fault, Fault::InvalidCall);
+        EXPECT_EQ(Format(FormatDate{moment}, "General Date", EnglishLocale()).fault, Fault::InvalidCall);
     }
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

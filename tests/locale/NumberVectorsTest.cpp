@@ -1,14 +1,10 @@
-#include <gtest/gtest.h>
-
 #include <charconv>
-#include <functional>
-#include <map>
 
 #include "locale/Conversion.h"
 #include "support/TestLocales.h"
 #include "support/Tsv.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 template <typename T>
@@ -68,10 +64,10 @@ TEST(NumberVectors, AllRowsAgree) {
         {"BstrFromDate", Writes(TextFromDate)  },
     };
     const std::map<std::string, UserLocale> locales = {
-        {"1033", testing::EnglishLocale()},
-        {"1031", testing::GermanLocale() }
+        {"1033", EnglishLocale()},
+        {"1031", GermanLocale() }
     };
-    const auto rows = testing::ReadTsv(TEST_DATA "/vectors/numbers.tsv");
+    const auto rows = ReadTsv(TEST_DATA "/vectors/numbers.tsv");
     ASSERT_EQ(rows.size(), 576u);
     for (const auto& row : rows) {
         SCOPED_TRACE("line " + std::to_string(row.line) + ": " + row[0] + " " + row[1] + " \"" + row[2] +
@@ -81,4 +77,4 @@ TEST(NumberVectors, AllRowsAgree) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,18 +1,11 @@
 #include "video/MotionDetect.h"
 
-#include <algorithm>
-#include <cmath>
-#include <string>
-#include <vector>
-
 #include "support/PropertyTable.h"
 #include "support/TestPlatform.h"
 #include "video/MotionScale.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
-
-using namespace tessaloom::testing;
 
 // Frames of 20 x 50 pixels: 3000 colour components, so that 3 of them are a share of 0.001.
 struct Detection {
@@ -266,4 +259,4 @@ TEST(MotionScale, KeepsThePercentThatWasReadUntilTheLimitChanges) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -2,10 +2,8 @@
 
 #include "video/FeedFixture.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
-
-using namespace tessaloom::testing;
 
 TEST(VideoFeed, AsksForFramesAtItsRate) {
     const struct {
@@ -185,4 +183,4 @@ TEST(VideoFeed, ShowsWhatAFrameLooksLikeOnceAndPreviewsAll) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

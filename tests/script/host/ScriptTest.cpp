@@ -1,20 +1,13 @@
 #include "script/host/Script.h"
 
-#include <gmock/gmock.h>
-
 #include "script/host/ScriptText.h"
 #include "support/FakeTime.h"
 #include "support/MemoryFileSystem.h"
 #include "support/PropertyTable.h"
 #include "support/RecordingScriptEngine.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using namespace tessaloom::testing;
 
 const struct {
     void (Script::*allow)(bool);
@@ -191,4 +184,4 @@ TEST(StrippedLines, DropsWhiteSpaceAndLineEnds) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

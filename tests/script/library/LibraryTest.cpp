@@ -1,13 +1,4 @@
-#include <gtest/gtest.h>
-
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <optional>
 #include <sstream>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include "platform/curl/CurlTransfers.h"
 #include "platform/posix/PosixEnvironment.h"
@@ -23,8 +14,10 @@
 namespace tessaloom::library {
 namespace {
 
+using namespace testing;
+
 namespace fs = std::filesystem;
-using Connection = testing::LocalHttpServer::Connection;
+using Connection = LocalHttpServer::Connection;
 
 /// What the scripts of this test find beside the classes.
 class Outside final : public vbscript::TableObject<Outside> {
@@ -59,7 +52,7 @@ std::span<const vbscript::Member<Outside>> Outside::Members() {
 }
 
 /// A host whose steady clock runs.
-class RunningHost final : public testing::FakeScriptHost {
+class RunningHost final : public FakeScriptHost {
 public:
     double SteadySeconds() override {
         return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -113,7 +106,7 @@ protected:
 
 private:
     const fs::path before_ = fs::current_path();
-    testing::TemporaryFolder folder_;
+    TemporaryFolder folder_;
     PosixFileSystem files_;
     PosixFolders folders_;
     PosixEnvironment environment_;
@@ -131,7 +124,7 @@ protected:
     ScriptRequests() {
         server_.On("/page", [this](Connection& to) {
             outside_->request = to.Request();
-            to.Send(testing::LocalHttpServer::Whole(
+            to.Send(LocalHttpServer::Whole(
                 "200 Fine", "\xE4\x80",
                 "Content-Type: text/plain; charset=\"windows-1252\"\r\nX-Twice: a\r\nX-Twice: b\r\n"));
         });
@@ -139,7 +132,7 @@ protected:
         outside_->address = server_.Address("");
     }
 
-    testing::LocalHttpServer server_;
+    LocalHttpServer server_;
 };
 
 TEST_F(ScriptRequests, GetAndPost) { RunWhole("requests.vbs"); }
