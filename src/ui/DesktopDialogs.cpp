@@ -9,7 +9,9 @@
 #include <QInputDialog>
 #include <QLabel>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QScreen>
+#include <QScrollBar>
 #include <QSpacerItem>
 #include <QTimer>
 #include <algorithm>
@@ -83,6 +85,26 @@ int RoomForTitle(const QWidget& box) {
                     Most * line);
 }
 
+/// A text that would make its box higher than the screen is shown in a field that scrolls.
+void ScrollLongText(QDialog& box, QLabel& label) {
+    constexpr double Most = 0.6;    // of the screen's height
+    constexpr int Characters = 80;  // across
+    const QScreen* const screen = box.screen();
+    const int room = screen ? static_cast<int>(screen->availableGeometry().height() * Most) : 0;
+    const QFontMetrics metrics = label.fontMetrics();
+    const QRect wrapped(0, 0, metrics.averageCharWidth() * Characters, 0);
+    if (metrics.boundingRect(wrapped, Qt::TextWordWrap, label.text()).height() <= room) return;
+    auto* field = new QPlainTextEdit(label.text());
+    field->setObjectName("longText");
+    field->setReadOnly(true);
+    field->setTabChangesFocus(true);
+    field->setMinimumSize(std::min(wrapped.width() + field->verticalScrollBar()->sizeHint().width(),
+                                   screen->availableGeometry().width() * 3 / 4),
+                          room);
+    delete box.layout()->replaceWidget(&label, field);
+    label.hide();
+}
+
 }  // namespace
 
 DesktopDialogs::DesktopDialogs() = default;
@@ -121,6 +143,7 @@ Answer DesktopDialogs::MessageBox(std::string_view text, std::string_view title,
     box.setTextFormat(Qt::PlainText);
     box.setTextInteractionFlags(Qt::TextSelectableByMouse);
     box.setDefaultButton(row.first);
+    if (auto* label = box.findChild<QLabel*>("qt_msgbox_label")) ScrollLongText(box, *label);
     QLabel countdown(&box);
     countdown.setObjectName("lblCountdown");
     countdown.hide();
@@ -149,6 +172,7 @@ std::optional<std::string> DesktopDialogs::InputBox(std::string_view prompt, std
     countdown.hide();
     box.setModal(true);
     box.show();  // The dialog lays itself out only now.
+    if (auto* label = box.findChild<QLabel*>()) ScrollLongText(box, *label);
     if (box.layout()) box.layout()->addWidget(&countdown);
     box.resize(box.fontMetrics().averageCharWidth() * 50, box.height());  // room for the title, too
     if (Wait(box, &countdown) != QDialog::Accepted) return std::nullopt;
