@@ -196,6 +196,21 @@ void Graphic::ForceUpdate() {
     });
 }
 
+void Graphic::Postpone() {
+    SetNextTime();
+    timing_.force = false;
+}
+
+void Graphic::ChangeLook(const std::function<void()>& set) {
+    Trap({Module, "ChangeLook"}, [&] {
+        const bool due = timing_.force;
+        set();
+        if (due || sourceType_ != Address) return;
+        timing_.force = false;
+        PassSettings();
+    });
+}
+
 void Graphic::RestartTiming() {
     Trap({Module, "RestartTiming"}, [&] {
         activity_.Restart(host_.Now());

@@ -1,4 +1,5 @@
 #pragma once
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -71,6 +72,14 @@ public:
 
     /// Makes the layer due at once, whatever its rate.
     void ForceUpdate();
+
+    /// The layer waits for its next time, whatever was set.
+    void Postpone();
+
+    /// Runs `set`, which changes how the layer looks and not what it shows. A picture that came from an
+    /// address gets the new look as it is, while setters alone make the layer due, so that the address is
+    /// asked anew.
+    void ChangeLook(const std::function<void()>& set);
 
     /// For a clock that was set back: the next time is recomputed from the present.
     void RestartTiming();

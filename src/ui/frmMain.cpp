@@ -449,7 +449,7 @@ void frmMain::ShowProperties() {
         parts_->form->Show(nullptr, Advice);
         return;
     }
-    parts_->form->Show(PropertySets::Layer(*workspace.Portfolio(), workspace.ActiveSlot(), selection.back()));
+    parts_->form->Show(PropertySets::Layers(*workspace.Portfolio(), workspace.ActiveSlot(), selection));
 }
 
 void frmMain::EnablePortfolioCommands(bool enable) {

@@ -81,9 +81,9 @@ protected:
             [&] { ShowPreferences(*workspace, nullptr); },
             [&] {
                 ShowScheduleSetup(*workspace, nullptr, "one", 1,
-                                  [&]() -> Schedule* { return &Open().Canvas(1).Text(1)->Schedule(); });
+                                  [&] { return std::vector{&Open().Canvas(1).Text(1)->Schedule()}; });
             },
-            [&] { ShowTransparentColours(*workspace, nullptr, 1, 1); },
+            [&] { ShowTransparentColours(*workspace, nullptr, 1, {FirstPicture}); },
             [&] { ShowTextTags(*workspace, nullptr); },
             [&] { ShowForm(FirstText); },
             [&] { ShowForm(FirstPicture); },

@@ -80,7 +80,7 @@ protected:
     }
 
     void OpenSchedule() {
-        ShowScheduleSetup(*workspace, nullptr, "Text 1", 1, [this] { return &TheSchedule(); });
+        ShowScheduleSetup(*workspace, nullptr, "Text 1", 1, [this] { return std::vector{&TheSchedule()}; });
     }
 
     static void Press(QWidget& window, const char* name) {
@@ -248,7 +248,7 @@ TEST_F(PropertyWindowsTest, AScheduleIsSetLiveUndoneAndCancelled) {
 }
 
 TEST_F(PropertyWindowsTest, ColoursArePickedFromThePicture) {
-    ShowTransparentColours(*workspace, nullptr, 1, 1);
+    ShowTransparentColours(*workspace, nullptr, 1, {{LayerId::Kind::Graphic, 1}});
     QWidget* window = &Window("TransparentColours");
     auto* picture = window->findChild<QWidget*>("picture");
     const QPoint middle = picture->rect().center();
@@ -280,7 +280,7 @@ TEST_F(PropertyWindowsTest, ColoursArePickedFromThePicture) {
 
 TEST_F(PropertyWindowsTest, WindowsOutliveWhatTheyShowAndCloseWithThePortfolio) {
     OpenSchedule();
-    ShowTransparentColours(*workspace, nullptr, 1, 1);
+    ShowTransparentColours(*workspace, nullptr, 1, {{LayerId::Kind::Graphic, 1}});
     QPointer<QWidget> colours = &Window("TransparentColours");
     TheCanvas().RemoveGraphic(1);
     workspace->SetAwake(true);  // looks at once

@@ -1,5 +1,7 @@
 #include "model/edit/History.h"
 
+#include <utility>
+
 #include "model/Canvas.h"
 #include "model/Portfolio.h"
 #include "model/edit/CanvasRecord.h"
@@ -12,6 +14,7 @@ struct History::Step {
     std::string name, mergeKey;
     int number = 0;  ///< Another one for each state that the canvas came to.
     CanvasChange change;
+    std::vector<LayerNames> names;  ///< What layers were called after each exchange of names.
 };
 
 History::History(Portfolio& portfolio, int canvas) : portfolio_(portfolio), canvas_(canvas) {}
@@ -26,6 +29,7 @@ void History::Begin(std::string_view name, std::string_view mergeKey) {
     if (depth_++ > 0) return;
     name_ = name;
     mergeKey_ = mergeKey;
+    names_.clear();
     before_.reset();
     if (const Canvas* canvas = TheCanvas())
         before_ = std::make_unique<Record>(Record{CanvasRecord::Of(*canvas)});
@@ -42,6 +46,22 @@ void History::End() {
     if (changed_) changed_();
 }
 
+void History::Renamed(LayerNames names) {
+    if (names.empty()) return;
+    if (renamed_) renamed_(names);
+    names_.push_back(std::move(names));
+}
+
+/// Tells the names from before what `names` tells of.
+void History::TellBack(const std::vector<LayerNames>& names) {
+    if (!renamed_) return;
+    for (auto last = names.rbegin(); last != names.rend(); ++last) {
+        LayerNames back;
+        for (const auto& [before, now] : *last) back[now] = before;
+        renamed_(back);
+    }
+}
+
 void History::Keep(CanvasChange change) {
     steps_.resize(done_);
     Step* const last = steps_.empty() ? nullptr : steps_.back().get();
@@ -51,7 +71,8 @@ void History::Keep(CanvasChange change) {
         last->change.Append(std::move(change));
         last->number = ++lastNumber_;
     } else {
-        steps_.push_back(std::make_unique<Step>(Step{name_, mergeKey_, ++lastNumber_, std::move(change)}));
+        steps_.push_back(std::make_unique<Step>(
+            Step{name_, mergeKey_, ++lastNumber_, std::move(change), std::exchange(names_, {})}));
         ++done_;
     }
     sealed_ = false;
@@ -63,6 +84,7 @@ void History::Cancel() {
     if (Canvas* const canvas = TheCanvas(); canvas && before)
         CanvasChange::Between(*before, CanvasRecord::Of(*canvas))
             .Apply(*canvas, CanvasChange::Direction::Back);
+    TellBack(std::exchange(names_, {}));
 }
 
 void History::Seal() { sealed_ = true; }
@@ -75,14 +97,21 @@ std::string History::RedoName() const { return CanRedo() ? steps_[done_]->name :
 void History::Undo() {
     Canvas* const canvas = TheCanvas();
     if (!canvas || !CanUndo() || depth_ > 0) return;
-    steps_[--done_]->change.Apply(*canvas, CanvasChange::Direction::Back);
+    const Step& step = *steps_[--done_];
+    const std::vector<LayerNames> names = step.names;  // who is told may take a step that replaces this one
+    step.change.Apply(*canvas, CanvasChange::Direction::Back);
+    TellBack(names);
     Moved();
 }
 
 void History::Redo() {
     Canvas* const canvas = TheCanvas();
     if (!canvas || !CanRedo() || depth_ > 0) return;
-    steps_[done_++]->change.Apply(*canvas, CanvasChange::Direction::Forth);
+    const Step& step = *steps_[done_++];
+    const std::vector<LayerNames> names = step.names;
+    step.change.Apply(*canvas, CanvasChange::Direction::Forth);
+    if (renamed_)
+        for (const LayerNames& each : names) renamed_(each);
     Moved();
 }
 

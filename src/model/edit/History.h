@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "model/edit/LayerNames.h"
+
 namespace tessaloom {
 
 class Canvas;
@@ -35,6 +37,9 @@ public:
     /// Ends it and puts back what it changed; of a step within another one, nothing.
     void Cancel();
 
+    /// Within a step: layers have exchanged their names.
+    void Renamed(LayerNames names);
+
     /// The next step is not merged with the last one.
     void Seal();
 
@@ -52,6 +57,9 @@ public:
     /// Called after every step that was recorded, undone or redone.
     void OnChanged(std::function<void()> changed) { changed_ = std::move(changed); }
 
+    /// Called when layers have exchanged their names, also by undoing that.
+    void OnRenamed(std::function<void(const LayerNames&)> renamed) { renamed_ = std::move(renamed); }
+
 private:
     struct Record;
     struct Step;
@@ -59,11 +67,14 @@ private:
     Canvas* TheCanvas() const;  ///< Null while the slot is not in use.
     void Keep(CanvasChange change);
     void Moved();
+    void TellBack(const std::vector<LayerNames>& names);
 
     Portfolio& portfolio_;
     const int canvas_;
     std::function<void()> changed_;
+    std::function<void(const LayerNames&)> renamed_;
     std::unique_ptr<Record> before_;  ///< While a step is under way.
+    std::vector<LayerNames> names_;   ///< Of that step, one after the other.
     int depth_ = 0;
     std::string name_, mergeKey_;
     std::vector<std::unique_ptr<Step>> steps_;

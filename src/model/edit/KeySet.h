@@ -23,11 +23,12 @@ public:
     using Keys = std::span<const Key<Owner>>;
 
     struct Subject {
-        std::function<Owner*()> find;                    ///< Null when the owner has gone.
-        Schedule* (*schedule)(Owner&) = nullptr;         ///< Of owners that have one.
-        int canvas = 0;                                  ///< The slot of the canvas that it belongs to.
-        std::optional<LayerId> layer = {};               ///< What it is, where it is a layer.
-        std::function<void(std::string_view)> set = {};  ///< Called with the name of what was set.
+        std::function<Owner*()> find;             ///< Null when the owner has gone.
+        Schedule* (*schedule)(Owner&) = nullptr;  ///< Of owners that have one.
+        int canvas = 0;                           ///< The slot of the canvas that it belongs to.
+        std::optional<LayerId> layer = {};        ///< What it is, where it is a layer.
+        /// Called with the name of what is to be set, and what sets it.
+        std::function<void(std::string_view, const std::function<void()>&)> around = {};
     };
 
     KeySet(std::span<const Property> rows, std::initializer_list<Keys> tables, Subject subject)
@@ -54,16 +55,23 @@ public:
         if (!owner) return KeyFault::None;
         const Key<Owner>& key = *keys_.at(row);
         KeyFault fault = key.judge(text);
-        if (fault == KeyFault::None)
-            fault = key.read(*owner, text);
-        else if (fault == KeyFault::OutOfRange)
-            key.read(*owner, Nearest(rows_[row], text));
-        if (subject_.set) subject_.set(key.name);
+        const auto set = [&] {
+            if (fault == KeyFault::None)
+                fault = key.read(*owner, text);
+            else if (fault == KeyFault::OutOfRange)
+                key.read(*owner, Nearest(rows_[row], text));
+        };
+        if (subject_.around)
+            subject_.around(key.name, set);
+        else
+            set();
         return fault;
     }
 
     int CanvasSlot() const override { return subject_.canvas; }
-    std::optional<LayerId> Layer() const override { return subject_.layer; }
+    std::vector<LayerId> Layers() const override {
+        return subject_.layer && Exists() ? std::vector{*subject_.layer} : std::vector<LayerId>();
+    }
 
     Schedule* ScheduleOf(std::size_t row) const override {
         if (rows_.at(row).kind != PropertyKind::Schedule || !subject_.schedule) return nullptr;

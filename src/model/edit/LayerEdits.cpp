@@ -76,18 +76,20 @@ void StretchTo(Graphic& graphic, int width, int height) {
     graphic.SetStretchHeight(std::max(height, 1));
 }
 
-/// A picture larger than the canvas is made to fit; a block gets a part of it.
-void ChooseSize(const Canvas& canvas, Graphic& graphic) {
+/// A picture larger than the canvas is made to fit; a block gets a part of it. known: 0 when the picture has
+/// to be loaded for it.
+void ChooseSize(const Canvas& canvas, Graphic& graphic, PixelSize known) {
     if (graphic.SourceType() == Graphic::PlainBlock) {
         graphic.SetBackgroundColor(Grey);
         StretchTo(graphic, canvas.Width() / 3, canvas.Height() / 4);
     }
-    if (graphic.SourceType() != Graphic::Address) graphic.UpdateImage();
-    const int width = graphic.Width(), height = graphic.Height();
+    const bool later = graphic.SourceType() == Graphic::Address || known.width > 0;
+    if (!later) graphic.UpdateImage();
+    const int width = later ? known.width : graphic.Width(), height = later ? known.height : graphic.Height();
     if (width <= canvas.Width() && height <= canvas.Height()) return;
     const double scale = std::min(1.0 * canvas.Width() / width, 1.0 * canvas.Height() / height);
     StretchTo(graphic, static_cast<int>(width * scale + 0.5), static_cast<int>(height * scale + 0.5));
-    graphic.UpdateImage();
+    if (!later) graphic.UpdateImage();
 }
 
 int Rounded(double position) {
@@ -149,14 +151,14 @@ std::optional<LayerId> AddText(Canvas& canvas, std::string_view value, int x, in
 }
 
 std::optional<LayerId> AddGraphic(Canvas& canvas, Graphic::Source source, std::string_view sourceName, int x,
-                                  int y, int pass) {
+                                  int y, int pass, PixelSize known) {
     const LayerId layer = parts::AddOnTop(canvas, LayerId::Kind::Graphic, pass);
     Graphic* const graphic = parts::GraphicOf(canvas, layer);
     if (!graphic) return std::nullopt;
     graphic->Setx(x);
     graphic->SetY(y);
     SetSource(canvas, *graphic, source, sourceName);
-    ChooseSize(canvas, *graphic);
+    ChooseSize(canvas, *graphic, known);
     return layer;
 }
 
@@ -176,18 +178,19 @@ std::vector<LayerId> Duplicate(Canvas& canvas, std::span<const LayerId> layers, 
 void Move(Canvas& canvas, std::span<const LayerId> layers, int dx, int dy) {
     for (const LayerId layer : layers)
         parts::With(canvas, layer, [&](auto& part) {
-            part.Setx(part.x() + dx);
-            part.SetY(part.Y() + dy);
+            parts::ChangeLook(part, [&] {
+                part.Setx(part.x() + dx);
+                part.SetY(part.Y() + dy);
+            });
         });
 }
 
 void Resize(Canvas& canvas, LayerId layer, double left, double top, double width, double height) {
     const auto before = GeometryOf(canvas, layer);
     if (!before || !(width > 0) || !(height > 0)) return;
-    if (Text* const text = parts::TextOf(canvas, layer))
-        ResizeText(*text, *before, height);
-    else
-        StretchTo(*parts::GraphicOf(canvas, layer), Rounded(width), Rounded(height));
+    if (Text* const text = parts::TextOf(canvas, layer)) ResizeText(*text, *before, height);
+    if (Graphic* const graphic = parts::GraphicOf(canvas, layer))
+        graphic->ChangeLook([&] { StretchTo(*graphic, Rounded(width), Rounded(height)); });
     const Geometry now = *GeometryOf(canvas, layer);
     double centreX = left + width / 2, centreY = top + height / 2;
     if (now.angle == 0) {
@@ -196,8 +199,10 @@ void Resize(Canvas& canvas, LayerId layer, double left, double top, double width
     }
     const PixelSize frame{now.right - now.left, now.bottom - now.top};
     parts::With(canvas, layer, [&](auto& part) {
-        Centre(part, frame, Rounded(centreX - frame.width / 2.0) + frame.width / 2,
-               Rounded(centreY - frame.height / 2.0) + frame.height / 2);
+        parts::ChangeLook(part, [&] {
+            Centre(part, frame, Rounded(centreX - frame.width / 2.0) + frame.width / 2,
+                   Rounded(centreY - frame.height / 2.0) + frame.height / 2);
+        });
     });
 }
 
@@ -211,9 +216,11 @@ void Rotate(Canvas& canvas, LayerId layer, double degrees) {
     const int column = before->left + (before->right - before->left) / 2;
     const int row = before->top + (before->bottom - before->top) / 2;
     parts::With(canvas, layer, [&](auto& part) {
-        part.SetRotationAngle(static_cast<float>(angle));
+        parts::ChangeLook(part, [&] { part.SetRotationAngle(static_cast<float>(angle)); });
         const auto set = std::fmod(static_cast<double>(part.RotationAngle()), 360.0);
-        if (width > 0) Centre(part, parts::TurnedSize(width, height, set), column, row);
+        if (width == 0) return;
+        const PixelSize frame = parts::TurnedSize(width, height, set);
+        parts::ChangeLook(part, [&] { Centre(part, frame, column, row); });
     });
 }
 

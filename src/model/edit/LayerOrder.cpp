@@ -117,4 +117,18 @@ LayerId ToBack(Canvas& canvas, LayerId layer) {
     return PutBeneath(canvas, layer, bottom);
 }
 
+/// All others keep their order, so places tell who is who.
+LayerNames NamesAfter(Canvas& canvas, LayerId layer,
+                      const std::function<LayerId(Canvas&, LayerId)>& reorder) {
+    std::vector<LayerId> before = InDrawingOrder(canvas);
+    const LayerId renamed = reorder(canvas, layer);
+    const std::vector<LayerId> after = InDrawingOrder(canvas);
+    std::erase(before, layer);
+    before.insert(before.begin() + (std::ranges::find(after, renamed) - after.begin()), layer);
+    LayerNames names;
+    for (std::size_t place = 0; place < after.size(); ++place)
+        if (before[place] != after[place]) names[before[place]] = after[place];
+    return names;
+}
+
 }  // namespace tessaloom::Layers

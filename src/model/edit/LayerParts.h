@@ -28,6 +28,16 @@ auto With(const Canvas& canvas, LayerId layer, Act act) -> decltype(act(*canvas.
     return decltype(act(*canvas.Text(0)))();
 }
 
+/// Runs `set`, which changes how a layer looks, so that the steps of a gesture do not ask an address anew.
+template <typename Set>
+void ChangeLook(Text&, Set set) {
+    set();
+}
+template <typename Set>
+void ChangeLook(Graphic& graphic, Set set) {
+    graphic.ChangeLook(set);
+}
+
 /// The slots of the layers of one kind in a pass, the lowest first.
 std::vector<int> SlotsOf(const Canvas& canvas, LayerId::Kind kind, int pass);
 

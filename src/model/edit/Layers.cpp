@@ -119,6 +119,13 @@ std::string Title(const Canvas& canvas, LayerId layer) {
     return line.empty() ? "Text" : line;
 }
 
+std::string Counted(std::span<const LayerId> layers) {
+    const auto texts = std::ranges::count(layers, LayerId::Kind::Text, &LayerId::kind);
+    const auto count = std::ssize(layers);
+    const std::string_view kind = texts == count ? "text " : texts == 0 ? "picture " : "";
+    return std::to_string(count).append(" ").append(kind).append(count == 1 ? "layer" : "layers");
+}
+
 std::vector<LayerId> InDrawingOrder(const Canvas& canvas) {
     std::vector<LayerId> layers;
     for (int pass = 0; pass < Canvas::Passes; ++pass)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -7,7 +8,9 @@
 #include <vector>
 
 #include "imaging/Graphic.h"
+#include "imaging/pixelops/Rotation.h"
 #include "model/edit/LayerId.h"
+#include "model/edit/LayerNames.h"
 
 /// Operations on the layers of a canvas, as people ask for them. They record no history themselves.
 ///
@@ -37,6 +40,9 @@ int Pass(const Canvas& canvas, LayerId layer);
 /// For lists: the beginning of a text, the name of a file, "Camera: ..", "Block".
 std::string Title(const Canvas& canvas, LayerId layer);
 
+/// "3 text layers", "1 picture layer"; "4 layers" of both kinds.
+std::string Counted(std::span<const LayerId> layers);
+
 std::optional<Geometry> GeometryOf(const Canvas& canvas, LayerId layer);
 
 /// The enabled layers under a point, the topmost first. A layer is hit within its turned outline.
@@ -48,9 +54,10 @@ std::vector<LayerId> Within(const Canvas& canvas, double left, double top, doubl
 /// New layers with sensible first values, on top of what the canvas has in `pass` as far as slots are free
 /// there; none when all slots are taken. A text is light on dark ground and dark on light; a picture that is
 /// larger than the canvas is made to fit. sourceName: of a feed, file or address; the slot of another canvas.
+/// known: the size of the file's picture, which is then not loaded before the layer is due; 0 for unknown.
 std::optional<LayerId> AddText(Canvas& canvas, std::string_view text, int x, int y, int pass = 1);
 std::optional<LayerId> AddGraphic(Canvas& canvas, Graphic::Source source, std::string_view sourceName, int x,
-                                  int y, int pass = 1);
+                                  int y, int pass = 1, PixelSize known = {});
 
 void Remove(Canvas& canvas, std::span<const LayerId> layers);
 
@@ -75,6 +82,9 @@ LayerId Raise(Canvas& canvas, LayerId layer);
 LayerId Lower(Canvas& canvas, LayerId layer);
 LayerId ToFront(Canvas& canvas, LayerId layer);
 LayerId ToBack(Canvas& canvas, LayerId layer);
+
+/// Changes the place of one layer with one of these, and tells what all layers are called then.
+LayerNames NamesAfter(Canvas& canvas, LayerId layer, const std::function<LayerId(Canvas&, LayerId)>& reorder);
 
 /// Gives the layer's unturned picture a size, its place given by its upper left corner before turning: a
 /// stretched graphic, or a text whose font size follows the height. As a text takes only some sizes, the

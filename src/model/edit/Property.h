@@ -50,6 +50,8 @@ struct Property {
     double high = 0;
     int decimals = 0;
     std::string_view unit = {};  ///< "px", "%", "s" ...; shown behind the number.
+    std::string_view unitBelow =
+        {};  ///< That of numbers below 0, where it is another one; shown without sign.
     std::span<const PropertyChoice> choices = {};
     std::string_view filter = {};  ///< Of files: "Pictures|*.jpg *.png".
     std::string_view tip = {};     ///< One sentence: what it does. "" where the label says it.

@@ -1,5 +1,8 @@
+#include <algorithm>
+
 #include "model/Canvas.h"
 #include "model/Portfolio.h"
+#include "model/edit/JointSet.h"
 #include "model/edit/KeySet.h"
 #include "model/edit/LayerProperties.h"
 #include "model/edit/OutputProperties.h"
@@ -11,11 +14,15 @@ namespace tessaloom::PropertySets {
 namespace {
 
 using Set = std::unique_ptr<PropertySet>;
+using Setting = std::function<void()>;
 
 /// A rate or base time that a person sets counts from now on, not only from the next time on that lies ahead.
 bool IsTiming(std::string_view name) {
     return name == "Interval" || name.ends_with("Rate") || name.ends_with("BaseTime");
 }
+
+/// A layer that is shown again, or shows something else, is to be asked at once.
+bool IsLook(std::string_view name) { return name != "Enabled" && !name.starts_with("Source"); }
 
 /// The canvas of `slot` while it is in use.
 Canvas* CanvasOf(Portfolio& portfolio, int slot) {
@@ -38,7 +45,8 @@ Set OfText(Portfolio& portfolio, int canvas, LayerId layer) {
         Canvas* const owner = CanvasOf(portfolio, canvas);
         return owner ? owner->Text(layer.slot) : nullptr;
     };
-    const auto set = [find](std::string_view name) {
+    const auto around = [find](std::string_view name, const Setting& set) {
+        set();
         if (Text* const text = find(); text && IsTiming(name)) text->RestartTiming();
     };
     return std::make_unique<KeySet<Text>>(
@@ -46,7 +54,7 @@ Set OfText(Portfolio& portfolio, int canvas, LayerId layer) {
         std::initializer_list<KeySet<Text>::Keys>{LayerKeys::TextHead, CanvasKeys::TextBeforeSchedule,
                                                   CanvasKeys::TextAfterSchedule,
                                                   LayerProperties::TextSchedule},
-        KeySet<Text>::Subject{find, &OnlySchedule<Text>, canvas, layer, set});
+        KeySet<Text>::Subject{find, &OnlySchedule<Text>, canvas, layer, around});
 }
 
 Set OfGraphic(Portfolio& portfolio, int canvas, LayerId layer) {
@@ -54,7 +62,11 @@ Set OfGraphic(Portfolio& portfolio, int canvas, LayerId layer) {
         Canvas* const owner = CanvasOf(portfolio, canvas);
         return owner ? owner->Graphic(layer.slot) : nullptr;
     };
-    const auto set = [&portfolio, canvas, find](std::string_view name) {
+    const auto around = [&portfolio, canvas, find](std::string_view name, const Setting& set) {
+        if (IsLook(name))
+            find()->ChangeLook(set);
+        else
+            set();
         Graphic* const graphic = find();
         if (!graphic) return;
         if (name == "SourceVideoFeedName") LayerKeys::FollowFeedName(portfolio.Canvas(canvas), *graphic);
@@ -65,7 +77,7 @@ Set OfGraphic(Portfolio& portfolio, int canvas, LayerId layer) {
         std::initializer_list<KeySet<Graphic>::Keys>{
             LayerKeys::GraphicHead, CanvasKeys::GraphicBeforeSchedule, CanvasKeys::GraphicAfterSchedule,
             LayerKeys::GraphicColours, CanvasKeys::GraphicAfterTable, LayerProperties::GraphicSchedule},
-        KeySet<Graphic>::Subject{find, &OnlySchedule<Graphic>, canvas, layer, set});
+        KeySet<Graphic>::Subject{find, &OnlySchedule<Graphic>, canvas, layer, around});
 }
 
 /// A set of a part of a canvas; `part` gives it for the canvas, `restart` computes its next times anew.
@@ -77,11 +89,12 @@ Set OfCanvas(Portfolio& portfolio, int canvas, std::span<const Property> rows,
         Canvas* const owner = CanvasOf(portfolio, canvas);
         return owner ? &part(*owner) : nullptr;
     };
-    const auto set = [find, restart](std::string_view name) {
+    const auto around = [find, restart](std::string_view name, const Setting& set) {
+        set();
         if (Owner* const owner = find(); owner && restart && IsTiming(name)) (owner->*restart)();
     };
-    return std::make_unique<KeySet<Owner>>(rows, keys,
-                                           typename KeySet<Owner>::Subject{find, schedule, canvas, {}, set});
+    return std::make_unique<KeySet<Owner>>(
+        rows, keys, typename KeySet<Owner>::Subject{find, schedule, canvas, {}, around});
 }
 
 /// A set of something that no canvas owns.
@@ -99,6 +112,17 @@ CanvasSaves& SavesOf(Canvas& canvas) { return canvas.Saves(); }
 Set Layer(Portfolio& portfolio, int canvas, LayerId layer) {
     return layer.kind == LayerId::Kind::Text ? OfText(portfolio, canvas, layer)
                                              : OfGraphic(portfolio, canvas, layer);
+}
+
+Set Layers(Portfolio& portfolio, int canvas, std::span<const LayerId> layers) {
+    std::vector<Set> sets;
+    for (const LayerId layer : layers) sets.push_back(Layer(portfolio, canvas, layer));
+    if (sets.size() == 1) return std::move(sets.front());
+    const bool ofOneKind =
+        std::ranges::all_of(layers, [&](LayerId layer) { return layer.kind == layers.front().kind; });
+    const std::span<const Property> rows =
+        ofOneKind ? sets.front()->Properties() : std::span<const Property>(LayerProperties::Shared);
+    return std::make_unique<JointSet>(rows, std::move(sets));
 }
 
 Set CanvasGeneral(Portfolio& portfolio, int canvas) {

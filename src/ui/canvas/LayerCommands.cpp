@@ -20,20 +20,6 @@ constexpr int PasteOffset = 10;  ///< Pixels.
 
 bool Contains(const std::vector<LayerId>& layers, LayerId layer) { return std::ranges::count(layers, layer); }
 
-/// Layers exchange their names when their order changes: gives `selection` those that its layers have in
-/// `after`, when `moved` was taken out of the order `before` and is now called `renamed`.
-void Rename(std::vector<LayerId>& selection, std::vector<LayerId> before, LayerId moved, LayerId renamed,
-            const std::vector<LayerId>& after) {
-    const auto place = std::ranges::find(after, renamed) - after.begin();
-    std::erase(before, moved);
-    if (before.size() + 1 != after.size()) return;
-    before.insert(before.begin() + place, moved);
-    for (LayerId& layer : selection) {
-        const auto found = std::ranges::find(before, layer);
-        if (found != before.end()) layer = after[static_cast<std::size_t>(found - before.begin())];
-    }
-}
-
 }  // namespace
 
 Canvas* LayerCommands::TheCanvas() const { return workspace_.CanvasAt(slot_); }
@@ -128,25 +114,19 @@ bool LayerCommands::SelectNext(bool forward) {
 }
 
 void LayerCommands::Reorder(std::string_view step, Reordering reorder, bool topmostFirst) {
-    std::vector<LayerId> selection = Selection();
+    const std::vector<LayerId> selection = Selection();
     if (selection.empty()) return;
     Canvas& canvas = *TheCanvas();
-    {
-        const HistoryStep recorded(workspace_.HistoryOf(slot_), step);
-        // By places in the order of drawing, as the names change under way.
-        std::vector<LayerId> todo = Layers::InDrawingOrder(canvas);
-        std::erase_if(todo, [&](LayerId layer) { return !Contains(selection, layer); });
-        if (topmostFirst) std::ranges::reverse(todo);
-        for (std::size_t i = 0; i < todo.size(); ++i) {
-            const std::vector<LayerId> before = Layers::InDrawingOrder(canvas);
-            const LayerId moved = todo[i];
-            const LayerId renamed = reorder(canvas, moved);
-            const std::vector<LayerId> after = Layers::InDrawingOrder(canvas);
-            Rename(selection, before, moved, renamed, after);
-            Rename(todo, before, moved, renamed, after);
-        }
+    History* const history = workspace_.HistoryOf(slot_);
+    const HistoryStep recorded(history, step);
+    std::vector<LayerId> todo = Layers::InDrawingOrder(canvas);
+    std::erase_if(todo, [&](LayerId layer) { return !Contains(selection, layer); });
+    if (topmostFirst) std::ranges::reverse(todo);
+    for (std::size_t i = 0; i < todo.size(); ++i) {
+        const LayerNames names = Layers::NamesAfter(canvas, todo[i], reorder);
+        for (LayerId& layer : todo) layer = NameNow(names, layer);
+        history->Renamed(names);
     }
-    workspace_.Select(std::move(selection));
 }
 
 void LayerCommands::Raise() { Reorder("Raise", &Layers::Raise, true); }

@@ -25,6 +25,7 @@ namespace tessaloom {
 
 namespace {
 
+constexpr int FirstPass = 1;
 constexpr double NextDrop = 20;  ///< Pixels between several pictures that are dropped at once.
 
 bool IsWebAddress(const QUrl& url) {
@@ -33,24 +34,35 @@ bool IsWebAddress(const QUrl& url) {
 
 QPointF MiddleOf(const Canvas& canvas) { return {canvas.Width() / 2.0, canvas.Height() / 2.0}; }
 
-/// Puts the layer's middle on `middle`, or as near as keeps it on the canvas; its upper left corner while it
-/// has no size yet.
-void Centre(Canvas& canvas, LayerId layer, QPointF middle) {
+/// The size of the layer's frame; `known` is that of a picture that is not loaded yet.
+QSize ShownSize(const Canvas& canvas, LayerId layer, QSize known) {
+    const Graphic* const graphic =
+        layer.kind == LayerId::Kind::Graphic ? canvas.Graphic(layer.slot) : nullptr;
+    if (known.isValid() && graphic)
+        return graphic->Stretched() ? QSize(graphic->StretchWidth(), graphic->StretchHeight()) : known;
+    const auto place = Layers::GeometryOf(canvas, layer);
+    return place ? QSize(place->right - place->left, place->bottom - place->top) : QSize(0, 0);
+}
+
+/// Puts the layer's middle on `middle`, or as near as keeps it on the canvas; its upper left corner while its
+/// size is not known yet.
+void Centre(Canvas& canvas, LayerId layer, QPointF middle, QSize known = {}) {
     const auto place = Layers::GeometryOf(canvas, layer);
     if (!place) return;
+    const QSize size = ShownSize(canvas, layer, known);
     const auto start = [](double centre, int length, int whole) {
         return std::clamp(static_cast<int>(std::lround(centre - length / 2.0)), 0,
                           std::max(0, whole - length));
     };
-    const int left = start(middle.x(), place->right - place->left, canvas.Width());
-    const int top = start(middle.y(), place->bottom - place->top, canvas.Height());
+    const int left = start(middle.x(), size.width(), canvas.Width());
+    const int top = start(middle.y(), size.height(), canvas.Height());
     Layers::Move(canvas, std::span(&layer, 1), left - place->left, top - place->top);
 }
 
 }  // namespace
 
 NewLayers::NewLayers(Workspace& workspace, int canvas, QObject* parent)
-    : QObject(parent), workspace_(workspace), slot_(canvas) {}
+    : QObject(parent), workspace_(workspace), slot_(canvas), loading_(workspace, canvas) {}
 
 Canvas* NewLayers::TheCanvas() const { return workspace_.CanvasAt(slot_); }
 
@@ -123,10 +135,14 @@ void NewLayers::AddPictureFiles(const QStringList& files, std::optional<QPointF>
                 refused << QFileInfo(file).fileName();
                 continue;
             }
-            const auto added = Layers::AddGraphic(*canvas, Graphic::PictureFile, file.toStdString(), 0, 0);
+            const QSize size = reader.size();  // from the file's head
+            const PixelSize known = size.isEmpty() ? PixelSize() : PixelSize{size.width(), size.height()};
+            const auto added =
+                Layers::AddGraphic(*canvas, Graphic::PictureFile, file.toStdString(), 0, 0, FirstPass, known);
             full = !added;
             if (full) break;
-            Centre(*canvas, *added, place);
+            Centre(*canvas, *added, place, size.isEmpty() ? QSize() : size);
+            if (!size.isEmpty()) loading_.Add(added->slot);
             layer = added;
             place += QPointF(NextDrop, NextDrop);
         }

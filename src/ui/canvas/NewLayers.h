@@ -11,6 +11,7 @@
 
 #include "imaging/Graphic.h"
 #include "model/edit/LayerId.h"
+#include "ui/canvas/LoadQueue.h"
 
 class QImage;
 class QMimeData;
@@ -40,7 +41,7 @@ public:
     /// Refuses what is no web address.
     void AddAddress(const QString& address, std::optional<QPointF> middle = {});
 
-    /// Those that are pictures become layers; the others are refused.
+    /// Those that are pictures become layers at once, and load one after the other; the others are refused.
     void AddPictureFiles(const QStringList& files, std::optional<QPointF> middle = {});
 
     /// Puts the picture into a file beside that of the canvas, and makes a layer of it.
@@ -67,6 +68,7 @@ private:
 
     Workspace& workspace_;
     const int slot_;
+    LoadQueue loading_;
 };
 
 }  // namespace tessaloom

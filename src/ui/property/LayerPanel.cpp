@@ -157,11 +157,19 @@ struct LayerPanel::Parts {
         Step("Duplicate", [&](Canvas& canvas) { return Layers::Duplicate(canvas, selection); });
     }
 
-    /// Steps the layer in hand up or down: the others may change their names by it.
+    /// Changes the place of one layer; the selection follows.
+    void Reorder(std::string_view name, LayerId layer,
+                 const std::function<LayerId(Canvas&, LayerId)>& shift) {
+        Step(name, [&](Canvas& canvas) {
+            workspace.HistoryOf(workspace.ActiveSlot())->Renamed(Layers::NamesAfter(canvas, layer, shift));
+            return workspace.Selection();
+        });
+    }
+
+    /// Steps the layer in hand up or down.
     void Shift(std::string_view name, LayerId (*shift)(Canvas&, LayerId)) {
         const std::vector<LayerId> selection = workspace.Selection();
-        if (selection.empty()) return;
-        Step(name, [&](Canvas& canvas) { return std::vector{shift(canvas, selection.back())}; });
+        if (!selection.empty()) Reorder(name, selection.back(), shift);
     }
 
     void Switch(LayerId layer, bool enabled) {
@@ -173,9 +181,8 @@ struct LayerPanel::Parts {
     }
 
     void Move(LayerId layer, int pass, LayerId below) {
-        Step("Reorder", [&](Canvas& canvas) {
-            if (!Layers::Exists(canvas, layer)) return std::vector<LayerId>();
-            return std::vector{Layers::Reorder(canvas, layer, pass, below)};
+        Reorder("Reorder", layer, [pass, below](Canvas& canvas, LayerId moved) {
+            return Layers::Reorder(canvas, moved, pass, below);
         });
     }
 };

@@ -20,6 +20,10 @@ public:
     /// Shows a value that came from elsewhere; emits nothing.
     virtual void Show(const std::string& text) = 0;
 
+    /// Shows that several things have different values; what is entered is for all of them. lead: the value
+    /// of one of them, from which steps go.
+    virtual void ShowMixed(const std::string& lead) = 0;
+
     /// The person is in the middle of entering something: not to be overwritten.
     virtual bool Busy() const { return false; }
 

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "core/modNumbers.h"
+#include "model/edit/Layers.h"
 #include "platform/Platform.h"
 #include "ui/property/PropertyEditor.h"
 #include "ui/property/PropertyGroup.h"
@@ -53,15 +54,16 @@ public:
         return kept ? kept->Set(row, text) : KeyFault::None;
     }
     int CanvasSlot() const override { return inner ? inner->CanvasSlot() : 0; }
+    bool Mixed(std::size_t row) const override { return inner && inner->Mixed(row); }
+    KeyFault Reset(std::size_t row) override {
+        const auto kept = inner;
+        return kept ? kept->Reset(row) : KeyFault::None;
+    }
+    bool IsDefault(std::size_t row) const override { return !inner || inner->IsDefault(row); }
+    bool Relevant(std::size_t row) const override { return inner && inner->Relevant(row); }
     Schedule* ScheduleOf(std::size_t row) const override { return inner ? inner->ScheduleOf(row) : nullptr; }
-    std::optional<LayerId> Layer() const override { return inner ? inner->Layer() : std::nullopt; }
+    std::vector<LayerId> Layers() const override { return inner ? inner->Layers() : std::vector<LayerId>(); }
 };
-
-/// "1" and "1.0" are one value.
-bool SameValue(const std::string& a, std::string_view b) {
-    double first = 0, second = 0;
-    return a == b || (modNumbers::TryDblNI(a, first) && modNumbers::TryDblNI(b, second) && first == second);
-}
 
 /// The editors of one serve the other, too. Defaults may differ.
 bool SameKind(std::span<const Property> a, std::span<const Property> b) {
@@ -86,20 +88,12 @@ void ShowPage(QWidget* part) {
             tabs->setCurrentWidget(page);
 }
 
-bool Listed(std::string_view value, std::string_view list) {
-    while (!list.empty()) {
-        const std::size_t comma = list.find(',');
-        if (list.substr(0, comma) == value) return true;
-        list = comma == list.npos ? std::string_view() : list.substr(comma + 1);
-    }
-    return false;
-}
-
-/// "Change font size"; words in capitals keep them.
-std::string StepName(const Property& property) {
+/// "Change font size", "Change opacity of 3 layers"; words in capitals keep them.
+std::string StepName(const Property& property, std::span<const LayerId> layers) {
     QString label = Words(property.label).remove('&');
     if (label.size() > 1 && !label[1].isUpper()) label[0] = label[0].toLower();
-    return ("Change " + label).toStdString();
+    const std::string name = ("Change " + label).toStdString();
+    return layers.size() > 1 ? name + " of " + Layers::Counted(layers) : name;
 }
 
 QString Objection(const Property& property, KeyFault fault, const std::string& text,
@@ -128,29 +122,27 @@ QString Objection(const Property& property, KeyFault fault, const std::string& t
 }  // namespace
 
 struct PropertyForm::Parts {
+    explicit Parts(Workspace& shared) : workspace(shared) {}
+
     Workspace& workspace;
     ShownSet set;
     std::vector<PropertyRow> rows;
     std::vector<PropertyGroup*> groups;
-    std::vector<std::string> found;  ///< The values when the set was shown.
-    std::set<QString> folded;        ///< Headings of the groups that people folded.
-    QLineEdit* search = nullptr;     ///< Above the rows; hidden for short forms.
+    /// The values when the set was shown; nothing for those in which several things differed.
+    std::vector<std::optional<std::string>> found;
+    std::set<QString> folded;     ///< Headings of the groups that people folded.
+    QWidget* header = nullptr;    ///< Above the rows, with
+    QLabel* caption = nullptr;    ///< how many layers are shown, where they are several, and
+    QLineEdit* search = nullptr;  ///< for longer forms.
     QLabel* gone = nullptr;
     QWidget* body = nullptr;  ///< Holds the groups; null while there is nothing to show.
 
     const Property& Description(std::size_t row) const { return set.Properties()[row]; }
 
-    bool Relevant(const Property& property) const {
-        if (property.relevantIf.empty()) return true;
-        const auto row = set.Find(property.relevantIf);
-        return !row || Listed(set.Get(*row), property.relevantValues);
-    }
-
     std::string MergeKey(std::size_t row) const {
         std::string key(Description(row).name);
-        if (const auto layer = set.Layer())
-            key +=
-                (layer->kind == LayerId::Kind::Text ? " text " : " graphic ") + std::to_string(layer->slot);
+        for (const LayerId layer : set.Layers())
+            key += (layer.kind == LayerId::Kind::Text ? " text " : " graphic ") + std::to_string(layer.slot);
         return key;
     }
 
@@ -169,14 +161,14 @@ struct PropertyForm::Parts {
     void RefreshRow(std::size_t row, bool always) {
         PropertyRow& shown = rows[row];
         const std::string value = set.Get(row);
-        if (always || (value != shown.value && !shown.editor->Busy())) {
+        const bool mixed = set.Mixed(row);
+        const bool differs = value != shown.value || mixed != shown.mixed;
+        if (always || (differs && !shown.editor->Busy())) {
             if (!always) shown.Remark({});
-            shown.editor->Show(value);
-            shown.value = value;
+            shown.Show(value, mixed);
         }
-        const Property& property = Description(row);
-        shown.SetResettable(!SameValue(value, property.fallback));
-        shown.SetEnabled(Relevant(property));
+        shown.SetResettable(!set.IsDefault(row));
+        shown.SetEnabled(set.Relevant(row));
     }
 
     void Refresh(bool always) {
@@ -184,27 +176,35 @@ struct PropertyForm::Parts {
         gone->setVisible(!exists);
         body->setEnabled(exists);
         if (!exists) return;
+        ShowCaption();
         for (PropertyGroup* group : groups)
             if (group->IsOpen() || always)
                 for (std::size_t row = group->First(); row < group->End(); ++row) RefreshRow(row, always);
     }
 
-    /// form: may go meanwhile, as what is set may run a script that shows a box.
-    void Apply(std::size_t row, const std::string& text, const QPointer<PropertyForm>& form) {
+    void ShowCaption() {
+        const std::vector<LayerId> layers = set.Layers();
+        caption->setText(layers.size() > 1 ? QString::fromStdString(Layers::Counted(layers)) : QString());
+    }
+
+    /// form: may go meanwhile, as what is set may run a script that shows a box. text: nothing for the
+    /// default.
+    void Apply(std::size_t row, const std::optional<std::string>& text, const QPointer<PropertyForm>& form) {
         if (!set.Exists()) return;
         const Property& property = Description(row);
         const int slot = set.CanvasSlot();
         KeyFault fault = KeyFault::None;
         {
-            HistoryStep step(slot > 0 ? workspace.HistoryOf(slot) : nullptr, StepName(property),
+            HistoryStep step(slot > 0 ? workspace.HistoryOf(slot) : nullptr, StepName(property, set.Layers()),
                              MergeKey(row));
-            fault = set.Set(row, text);
+            fault = text ? set.Set(row, *text) : set.Reset(row);
         }
         if (!form || row >= rows.size()) return;
         PropertyRow& shown = rows[row];
+        shown.Remark(Objection(property, fault, text.value_or(""), workspace.Services().locale));
         shown.value = set.Get(row);
-        shown.Remark(Objection(property, fault, text, workspace.Services().locale));
-        if (!shown.editor->Busy()) shown.editor->Show(shown.value);
+        shown.mixed = set.Mixed(row);
+        if (!shown.editor->Busy()) shown.Show(shown.value, shown.mixed);
         Refresh(false);
     }
 
@@ -244,12 +244,24 @@ struct PropertyForm::Parts {
 };
 
 PropertyForm::PropertyForm(Workspace& workspace, QWidget* parent)
-    : QScrollArea(parent), parts_(new Parts{workspace, {}, {}, {}, {}, {}}) {
+    : QScrollArea(parent), parts_(new Parts(workspace)) {
     setWidgetResizable(true);
     setFrameShape(QFrame::NoFrame);
     setFocusPolicy(Qt::NoFocus);  // Tab goes from field to field
     parts_->ReadFolded();
-    parts_->search = new QLineEdit(this);
+    parts_->header = new QWidget(this);
+    auto* header = new QVBoxLayout(parts_->header);
+    header->setContentsMargins({});
+    parts_->caption = new QLabel;
+    parts_->caption->setObjectName("caption");
+    parts_->caption->setMargin(fontMetrics().height() / 4);
+    QFont bold = font();
+    bold.setBold(true);
+    parts_->caption->setFont(bold);
+    parts_->caption->hide();
+    parts_->search = new QLineEdit;
+    header->addWidget(parts_->caption);
+    header->addWidget(parts_->search);
     parts_->search->setObjectName("search");
     parts_->search->setPlaceholderText("Search settings");
     parts_->search->setAccessibleName("Search settings");
@@ -286,10 +298,12 @@ void PropertyForm::Show(std::unique_ptr<PropertySet> set, const QString& emptyTe
     if (!parts.body || !before || !SameKind(before->Properties(), now)) Build();
     parts.found.clear();
     for (std::size_t row = 0; row < now.size(); ++row) {
-        parts.found.push_back(parts.set.Get(row));
+        parts.found.push_back(parts.set.Mixed(row) ? std::nullopt : std::optional(parts.set.Get(row)));
         parts.rows[row].Remark({});
         parts.rows[row].DescribeReset(now[row]);
     }
+    parts.caption->setVisible(parts.set.Layers().size() > 1);
+    PlaceHeader();
     parts.Refresh(true);
 }
 
@@ -304,7 +318,8 @@ void PropertyForm::Restore() {
         // Twice, as a setting may move another one that depends on it.
         for (int round = 0; round < 2; ++round)
             for (std::size_t row = 0; row < parts.found.size(); ++row)
-                if (parts.set.Get(row) != parts.found[row]) parts.set.Set(row, parts.found[row]);
+                if (parts.found[row] && parts.set.Get(row) != *parts.found[row])
+                    parts.set.Set(row, *parts.found[row]);
     }
     parts.Refresh(true);
 }
@@ -355,7 +370,8 @@ void PropertyForm::ShowEmpty(const QString& text) {
     Parts& parts = *parts_;
     Clear();
     parts.search->hide();
-    setViewportMargins({});
+    parts.caption->hide();
+    PlaceHeader();
     auto* label = new QLabel(text);
     label->setObjectName("empty");
     label->setAlignment(Qt::AlignCenter);
@@ -371,8 +387,8 @@ void PropertyForm::Build() {
     Clear();
     auto* page = new QWidget;
     auto* layout = new QVBoxLayout(page);
-    parts.gone =
-        new QLabel(parts.set.Layer() ? "This layer is no longer there." : "This is no longer there.");
+    parts.gone = new QLabel(parts.set.Layers().empty() ? "This is no longer there."
+                                                       : "This layer is no longer there.");
     parts.gone->setObjectName("gone");
     parts.gone->setWordWrap(true);
     parts.gone->hide();
@@ -396,10 +412,8 @@ void PropertyForm::Build() {
     }
     for (PropertyGroup* group : parts.groups) group->SetLabelWidth(labels);
 
-    const bool isLong = properties.size() >= LongForm;
     parts.search->clear();
-    parts.search->setVisible(isLong);
-    setViewportMargins(0, isLong ? parts.search->sizeHint().height() : 0, 0, 0);
+    parts.search->setVisible(properties.size() >= LongForm);
     setWidget(page);
     FollowInTabOrder(parts.search, page);
     setMinimumWidth(page->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width());
@@ -429,13 +443,12 @@ void PropertyForm::ConnectRow(std::size_t row) {
     connect(made.editor, &PropertyEditor::Wrong, this,
             [this, row](const QString& reason) { parts_->rows[row].Remark(reason); });
     connect(made.reset, &QToolButton::clicked, this, [this, row] {
-        const std::string fallback(parts_->Description(row).fallback);
-        parts_->rows[row].editor->Show(fallback);
-        Apply(row, fallback);
+        parts_->rows[row].editor->Show(std::string(parts_->Description(row).fallback));
+        Apply(row, std::nullopt);
     });
 }
 
-void PropertyForm::Apply(std::size_t row, std::string text) {
+void PropertyForm::Apply(std::size_t row, std::optional<std::string> text) {
     const QPointer<PropertyForm> form(this);
     const std::shared_ptr<Parts> parts = parts_;  // outlive the form
     parts->Apply(row, text, form);
@@ -455,9 +468,16 @@ void PropertyForm::FocusMoved(QWidget* from, QWidget* to) {
 
 void PropertyForm::resizeEvent(QResizeEvent* event) {
     QScrollArea::resizeEvent(event);
+    PlaceHeader();
+}
+
+void PropertyForm::PlaceHeader() {
+    const bool empty = parts_->search->isHidden() && parts_->caption->isHidden();
+    parts_->header->setVisible(!empty);
+    const int height = empty ? 0 : parts_->header->sizeHint().height();
+    setViewportMargins(0, height, 0, 0);
     const QRect area = viewport()->geometry();
-    const int height = parts_->search->sizeHint().height();
-    parts_->search->setGeometry(area.left(), area.top() - height, area.width(), height);
+    parts_->header->setGeometry(area.left(), area.top() - height, area.width(), height);
 }
 
 }  // namespace tessaloom

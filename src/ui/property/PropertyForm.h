@@ -2,6 +2,7 @@
 
 #include <QScrollArea>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,9 @@ class Workspace;
 /// others change shows within a quarter of a second, but never under the hands of who is typing. A value that
 /// cannot be taken is shown as wrong beside its editor, with the reason; the thing keeps its last good one.
 /// When the thing goes, the form is disabled and says so.
+///
+/// Of several layers it shows what they have in common, says how many there are, and sets what is entered in
+/// all of them, as one step. Values that differ are shown as such.
 class PropertyForm : public QScrollArea, public EntryForm {
     Q_OBJECT
 
@@ -32,7 +36,8 @@ public:
 
     PropertySet* Set() const;
 
-    /// The values as they were when the set was shown are put back, as one step.
+    /// The values as they were when the set was shown are put back, as one step; but for those in which
+    /// several things differed.
     void Restore();
 
     /// The editor widget of a property, to be found by its name as object name, too. Null when there is none.
@@ -58,7 +63,8 @@ private:
     void Build();
     PropertyGroup* AddGroup(const QString& heading, std::size_t firstRow);
     void ConnectRow(std::size_t row);
-    void Apply(std::size_t row, std::string text);
+    void Apply(std::size_t row, std::optional<std::string> text);
+    void PlaceHeader();
     void FocusMoved(QWidget* from, QWidget* to);
 
     std::shared_ptr<Parts> parts_;

@@ -49,6 +49,15 @@ QToolButton* MakeReset(const Property& property) {
 
 }  // namespace
 
+void PropertyRow::Show(const std::string& text, bool several) {
+    value = text;
+    mixed = several;
+    if (several)
+        editor->ShowMixed(text);
+    else
+        editor->Show(text);
+}
+
 void PropertyRow::Remark(const QString& text) {
     if (remark->text() == text) return;
     remark->setText(text);
@@ -64,6 +73,8 @@ void PropertyRow::DescribeReset(const Property& property) {
     for (const PropertyChoice& choice : property.choices)
         if (choice.value == property.fallback) fallback = Words(choice.label);
     if (property.kind == PropertyKind::Switch) fallback = property.fallback == "True" ? "on" : "off";
+    const bool isText = property.kind != PropertyKind::Rate;  // whose defaults may differ
+    if (fallback.isEmpty()) fallback = isText ? QString() : "the default";
     reset->setToolTip(fallback.isEmpty() ? "Clear" : "Reset to " + fallback);
 }
 

@@ -22,8 +22,12 @@ struct PropertyRow {
     PropertyEditor* editor = nullptr;
     QToolButton* reset = nullptr;
     QLabel* remark = nullptr;
-    std::string value;   ///< As it was shown last.
+    std::string value;   ///< As it was shown last, and
+    bool mixed = false;  ///< whether as one of several.
     bool sought = true;  ///< A search hides the others.
+
+    /// several: things have different values, one of them `text`.
+    void Show(const std::string& text, bool several);
 
     /// Shows why a value is wrong; "" shows nothing.
     void Remark(const QString& text);

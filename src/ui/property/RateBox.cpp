@@ -174,14 +174,21 @@ RateBox::RateBox(List list, double low, double high, QWidget* parent)
     box_->installEventFilter(this);
 }
 
-void RateBox::ShowSeconds(double seconds) {
-    if (seconds == seconds_ && !busy_) return;  // an open list would lose its place
+void RateBox::ShowSeconds(double seconds) { Put(seconds, false); }
+
+void RateBox::ShowMixed(double lead) { Put(lead, true); }
+
+void RateBox::Put(double seconds, bool mixed) {
+    if (seconds == seconds_ && mixed == mixed_ && !busy_) return;  // an open list would lose its place
     seconds_ = seconds;
+    mixed_ = mixed;
     busy_ = false;
     understood_->hide();
     const QSignalBlocker quiet(box_);
     const QString label = RateText::Label(seconds);
     box_->setCurrentIndex(-1);
+    box_->lineEdit()->setPlaceholderText(mixed ? Editors::SeveralValues() : QString());
+    if (mixed) return box_->setEditText({});
     for (int row = 0; row < box_->count(); ++row)
         if (std::abs(box_->itemData(row).toDouble() - seconds) <= 0.001 * std::min(seconds, 1.0))
             box_->setCurrentIndex(row);
@@ -199,14 +206,17 @@ QString RateBox::Refusal(const QString& text, std::optional<double>& seconds) co
 void RateBox::Typed(const QString& text) {
     busy_ = true;
     std::optional<double> seconds;
-    const QString refusal = Refusal(text, seconds);
-    understood_->setText(refusal.isEmpty() ? QStringLiteral("= ") + RateText::Label(*seconds) : refusal);
-    understood_->show();
+    const QString refusal = GivenUp() ? QString() : Refusal(text, seconds);
+    understood_->setText(seconds && refusal.isEmpty() ? "= " + RateText::Label(*seconds) : refusal);
+    understood_->setVisible(!GivenUp());
     Q_EMIT Wrong(refusal);
 }
 
+bool RateBox::GivenUp() const { return mixed_ && box_->currentText().isEmpty(); }
+
 void RateBox::Finish() {
     if (!busy_) return;
+    if (GivenUp()) return Revert();
     std::optional<double> seconds;
     if (!Refusal(box_->currentText(), seconds).isEmpty()) return;
     ShowSeconds(*seconds);
@@ -215,11 +225,11 @@ void RateBox::Finish() {
 
 bool RateBox::Mistaken() const {
     std::optional<double> seconds;
-    return busy_ && !Refusal(box_->currentText(), seconds).isEmpty();
+    return busy_ && !GivenUp() && !Refusal(box_->currentText(), seconds).isEmpty();
 }
 
 void RateBox::Revert() {
-    ShowSeconds(seconds_);
+    Put(seconds_, mixed_);
     Q_EMIT Wrong({});
 }
 

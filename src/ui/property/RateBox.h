@@ -39,6 +39,9 @@ public:
     /// Shows a value that came from elsewhere; emits nothing.
     void ShowSeconds(double seconds);
 
+    /// Shows that there are several values. lead: one of them.
+    void ShowMixed(double lead);
+
     double Seconds() const { return seconds_; }
 
     /// The person is typing.
@@ -63,7 +66,11 @@ protected:
 
 private:
     void Typed(const QString& text);
+    void Put(double seconds, bool mixed);
     void Revert();
+
+    /// What was begun for several values was deleted again.
+    bool GivenUp() const;
     QString Refusal(const QString& text, std::optional<double>& seconds) const;
 
     QComboBox* box_;
@@ -71,6 +78,7 @@ private:
     const double low_, high_;
     double seconds_ = -1;  ///< -1: none was shown yet.
     bool busy_ = false;
+    bool mixed_ = false;
 };
 
 }  // namespace tessaloom

@@ -6,6 +6,7 @@
 #include <QRadioButton>
 #include <QTime>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <utility>
@@ -13,19 +14,19 @@
 
 #include "core/SetupValues.h"
 #include "model/edit/History.h"
+#include "model/edit/KeySchedule.h"
 #include "time/Schedule.h"
 #include "time/Sun.h"
 #include "time/modTime.h"
 #include "ui/property/DayBand.h"
 #include "ui/property/ScheduleEnd.h"
+#include "ui/property/editors/Parts.h"
 #include "ui/shared/SetupWindow.h"
 #include "ui/shared/Workspace.h"
 
 namespace tessaloom {
 
 namespace {
-
-using Find = std::function<Schedule*()>;
 
 /// A copy that can be asked about any moment: the canvas would be redrawn for each answer that differs.
 Schedule Askable(const Schedule& schedule) {
@@ -71,12 +72,13 @@ QString SunWarning() {
 
 class frmScheduler : public SetupWindow {
 public:
-    frmScheduler(Workspace& workspace, QWidget* parent, std::string name, int canvas, Find find)
+    frmScheduler(Workspace& workspace, QWidget* parent, std::string name, int canvas, FindSchedules find)
         : SetupWindow(workspace, QStringLiteral("frmScheduler"), tr("Schedule Setup"), parent),
           name_(std::move(name)),
           canvas_(canvas),
           find_(std::move(find)) {
-        if (const Schedule* schedule = find_()) found_ = *schedule;
+        for (const Schedule* schedule : find_())
+            found_.push_back(schedule ? ScheduleText::Write(*schedule) : std::string());
         MakeContents();
         Refresh();
         connect(&workspace, &Workspace::Pulse, this, [this] {
@@ -84,17 +86,17 @@ public:
         });
     }
 
-    bool IsFor(const std::string& name, int canvas) const { return name == name_ && canvas == canvas_; }
+    bool IsFor(const FindSchedules& find) const { return find_() == find(); }
 
 protected:
     void Restore() override {
-        Apply([this](Schedule& schedule) {
-            schedule.SetScheduleMode(found_.ScheduleMode());
-            for (const ScheduleEndWords* end : {&ScheduleStart(), &ScheduleStop()}) {
-                (schedule.*end->setMode)((found_.*end->mode)());
-                for (const ScheduleWay& way : end->ways) (schedule.*way.setValue)((found_.*way.value)());
-            }
-        });
+        const std::vector<Schedule*> schedules = find_();
+        {
+            const HistoryStep step = Step();
+            for (std::size_t i = 0; i < std::min(schedules.size(), found_.size()); ++i)
+                if (schedules[i]) ScheduleText::Read(*schedules[i], found_[i]);
+        }
+        Refresh();
     }
 
     void Closing() override {
@@ -126,27 +128,51 @@ private:
         ends->addWidget(start_);
         ends->addWidget(stop_);
         Contents()->addLayout(ends);
-        for (QLabel* label : {summary_, warning_}) {
+        for (QLabel* label : {summary_, differ_, warning_}) {
             label->setWordWrap(true);
             Contents()->addWidget(label);
         }
         summary_->setObjectName(QStringLiteral("summary"));
+        differ_->setObjectName(QStringLiteral("differ"));
+        differ_->setText(Editors::DifferHint());
         warning_->setForegroundRole(QPalette::PlaceholderText);
         Contents()->addStretch();
     }
 
+    HistoryStep Step() {
+        return HistoryStep(TheWorkspace().HistoryOf(canvas_), "Change schedule", "schedule " + name_);
+    }
+
+    /// The one that is shown: the last that is there.
+    static Schedule* Lead(const std::vector<Schedule*>& schedules) {
+        const auto lead = std::find_if(schedules.rbegin(), schedules.rend(), [](auto* each) { return each; });
+        return lead == schedules.rend() ? nullptr : *lead;
+    }
+
     void Apply(const ScheduleEnd::Change& change) {
-        Schedule* schedule = find_();
-        if (!schedule) return;
+        const std::vector<Schedule*> schedules = find_();
+        Schedule* const lead = Lead(schedules);
+        if (!lead) return;
         {
-            const HistoryStep step(TheWorkspace().HistoryOf(canvas_), "Change schedule", "schedule " + name_);
-            change(*schedule);
+            const HistoryStep step = Step();
+            change(*lead);
+            const std::string text = ScheduleText::Write(*lead);
+            for (Schedule* schedule : schedules)
+                if (schedule && schedule != lead) ScheduleText::Read(*schedule, text);
         }
         Refresh();
     }
 
+    static bool Differ(const std::vector<Schedule*>& schedules, const Schedule& lead) {
+        return std::any_of(schedules.begin(), schedules.end(), [&](const Schedule* each) {
+            return each && ScheduleText::Write(*each) != ScheduleText::Write(lead);
+        });
+    }
+
     void Refresh() {
-        const Schedule* schedule = find_();
+        const std::vector<Schedule*> schedules = find_();
+        const Schedule* schedule = Lead(schedules);
+        differ_->setVisible(schedule && Differ(schedules, *schedule));
         for (QWidget* part : std::initializer_list<QWidget*>{modes_[0], modes_[1], start_, stop_, band_})
             part->setEnabled(schedule);
         if (!schedule) {
@@ -176,30 +202,30 @@ private:
 
     const std::string name_;
     const int canvas_;
-    const Find find_;
-    Schedule found_;  ///< As it was when the window was opened.
+    const FindSchedules find_;
+    std::vector<std::string> found_;  ///< As they were when the window was opened.
     QLabel* subject_ = new QLabel;
     DayBand* band_ = new DayBand;
     std::array<QRadioButton*, 2> modes_{};
     ScheduleEnd* start_ = nullptr;
     ScheduleEnd* stop_ = nullptr;
     QLabel* summary_ = new QLabel;
+    QLabel* differ_ = new QLabel;
     QLabel* warning_ = new QLabel;
 };
 
 /// A window that shows another schedule makes room, keeping what was set there.
-void CloseOthers(const std::string& name, int canvas) {
+void CloseOthers(const FindSchedules& find) {
     for (QWidget* window : QApplication::topLevelWidgets())
-        if (auto* open = dynamic_cast<frmScheduler*>(window);
-            open && open->isVisible() && !open->IsFor(name, canvas))
+        if (auto* open = dynamic_cast<frmScheduler*>(window); open && open->isVisible() && !open->IsFor(find))
             open->accept();
 }
 
 }  // namespace
 
 void ShowScheduleSetup(Workspace& workspace, QWidget* parent, const std::string& name, int canvas,
-                       std::function<Schedule*()> find) {
-    CloseOthers(name, canvas);
+                       FindSchedules find) {
+    CloseOthers(find);
     SetupWindow::ShowOnly(QStringLiteral("frmScheduler"),
                           [&] { return new frmScheduler(workspace, parent, name, canvas, std::move(find)); });
 }

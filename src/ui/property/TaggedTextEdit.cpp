@@ -76,7 +76,7 @@ TaggedTextEdit::TaggedTextEdit(Workspace& workspace, QWidget* parent)
 
     parts.edit->setObjectName(QStringLiteral("text"));
     parts.edit->setTabChangesFocus(true);
-    parts.edit->setPlaceholderText(tr("Type a text; \"<\" offers live tags"));
+    SetPlaceholder({});
     const QMargins inside = parts.edit->contentsMargins();
     parts.edit->setMinimumHeight(QFontMetrics(parts.edit->font()).lineSpacing() * LinesShown + inside.top() +
                                  inside.bottom() +
@@ -107,6 +107,7 @@ TaggedTextEdit::TaggedTextEdit(Workspace& workspace, QWidget* parent)
             [this](const QString& tag) { parts_->PutCompletion(tag); });
 
     connect(parts.edit, &QPlainTextEdit::textChanged, this, [this] {
+        SetPlaceholder({});
         parts_->Preview();
         Q_EMIT Edited(Text());
         parts_->Complete(false);
@@ -136,6 +137,10 @@ void TaggedTextEdit::ShowText(const std::string& text) {
     cursor.setPosition(std::min(at, static_cast<int>(plain.size())));
     parts_->edit->setTextCursor(cursor);
     parts_->Preview();
+}
+
+void TaggedTextEdit::SetPlaceholder(const QString& text) {
+    parts_->edit->setPlaceholderText(text.isEmpty() ? tr("Type a text; \"<\" offers live tags") : text);
 }
 
 std::string TaggedTextEdit::Text() const {

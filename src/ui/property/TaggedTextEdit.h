@@ -21,6 +21,9 @@ public:
     /// Shows a text that came from elsewhere; emits nothing. The cursor stays where it can.
     void ShowText(const std::string& text);
 
+    /// What the empty editor says until something is typed; empty: what can be typed.
+    void SetPlaceholder(const QString& text);
+
     /// As typed. Lines end as those of the text that was shown last.
     std::string Text() const;
 

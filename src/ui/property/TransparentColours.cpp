@@ -23,8 +23,11 @@
 #include "imaging/Graphic.h"
 #include "model/Canvas.h"
 #include "model/edit/History.h"
+#include "model/edit/Layers.h"
 #include "ui/property/ColourGroups.h"
 #include "ui/property/PicturePicker.h"
+#include "ui/property/editors/Parts.h"
+#include "ui/shared/FollowedLayers.h"
 #include "ui/shared/SetupWindow.h"
 #include "ui/shared/Workspace.h"
 
@@ -141,11 +144,15 @@ ColourGroup RangeOf(const DIB& picture, const QRect& pixels, ColourGroup group) 
 
 class TransparentColours : public SetupWindow {
 public:
-    TransparentColours(Workspace& workspace, QWidget* parent, int canvas, int slot)
+    TransparentColours(Workspace& workspace, QWidget* parent, int canvas, std::vector<LayerId> layers)
         : SetupWindow(workspace, QStringLiteral("TransparentColours"), tr("Transparent Colours"), parent),
           canvas_(canvas),
-          slot_(slot) {
-        if (const Graphic* graphic = TheGraphic()) found_ = ColourGroups::Of(*graphic);
+          layers_(workspace, canvas, std::move(layers)) {
+        for (const Graphic* graphic : Graphics())
+            found_.push_back(graphic ? ColourGroups::Of(*graphic) : ColourGroups());
+        differ_->setText(Editors::DifferHint());
+        differ_->setObjectName(QStringLiteral("differ"));
+        Contents()->addWidget(differ_);
         MakePictures();
         MakeTable();
         connect(&workspace, &Workspace::Pulse, this, [this] {
@@ -155,11 +162,16 @@ public:
         list_->setCurrentItem(list_->topLevelItem(0));
     }
 
-    bool IsFor(int canvas, int slot) const { return canvas == canvas_ && slot == slot_; }
+    bool IsFor(int canvas, const std::vector<LayerId>& layers) const {
+        return canvas == canvas_ && layers == layers_.Now();
+    }
 
 protected:
     void Restore() override {
-        Change({}, [this](ColourGroups& table) { table = found_; });
+        const std::vector<Graphic*> graphics = Graphics();
+        const HistoryStep step(TheWorkspace().HistoryOf(canvas_), StepName);
+        for (std::size_t i = 0; i < graphics.size(); ++i)
+            if (graphics[i]) found_[i].PutInto(*graphics[i]);
     }
 
     void Closing() override {
@@ -167,9 +179,30 @@ protected:
     }
 
 private:
-    Graphic* TheGraphic() const {
+    static constexpr const char* StepName = "Change transparent colours";
+
+    /// Null for those that have gone.
+    std::vector<Graphic*> Graphics() const {
         const Canvas* canvas = TheWorkspace().CanvasAt(canvas_);
-        return canvas ? canvas->Graphic(slot_) : nullptr;
+        std::vector<Graphic*> graphics;
+        for (const LayerId layer : layers_.Now())
+            graphics.push_back(canvas ? canvas->Graphic(layer.slot) : nullptr);
+        return graphics;
+    }
+
+    /// The one that is shown: the last that is there.
+    Graphic* TheGraphic() const {
+        Graphic* last = nullptr;
+        for (Graphic* graphic : Graphics())
+            if (graphic) last = graphic;
+        return last;
+    }
+
+    bool Differ(const ColourGroups& table) const {
+        const std::vector<Graphic*> graphics = Graphics();
+        return std::any_of(graphics.begin(), graphics.end(), [&](const Graphic* graphic) {
+            return graphic && ColourGroups::Of(*graphic) != table;
+        });
     }
 
     void MakePictures() {
@@ -291,13 +324,16 @@ private:
         ColourGroups table = ColourGroups::Of(*graphic);
         change(table);
         {
-            const std::string key =
-                mergeKey.isEmpty()
-                    ? std::string()
-                    : QStringLiteral("transparent %1 %2").arg(slot_).arg(mergeKey).toStdString();
-            const HistoryStep step(TheWorkspace().HistoryOf(canvas_), "Change transparent colours", key);
-            table.PutInto(*graphic);
+            const std::string key = mergeKey.isEmpty() ? std::string()
+                                                       : QStringLiteral("transparent %1 %2")
+                                                             .arg(layers_.Now().back().slot)
+                                                             .arg(mergeKey)
+                                                             .toStdString();
+            const HistoryStep step(TheWorkspace().HistoryOf(canvas_), StepName, key);
+            for (Graphic* each : Graphics())
+                if (each) table.PutInto(*each);
         }
+        differ_->hide();
         ShowTable(table);
     }
 
@@ -340,7 +376,11 @@ private:
         Graphic* graphic = TheGraphic();
         for (QWidget* part : std::initializer_list<QWidget*>{picker_, result_, hold_, enabled_, list_, add_})
             part->setEnabled(graphic);
-        setWindowTitle(graphic ? tr("Transparent Colours") : tr("Transparent Colours (the layer is gone)"));
+        setWindowTitle(!graphic ? tr("Transparent Colours (the layer is gone)")
+                       : layers_.Now().size() == 1
+                           ? tr("Transparent Colours")
+                           : tr("Transparent Colours of %1").arg(Layers::Counted(layers_.Now()).c_str()));
+        differ_->setVisible(graphic && Differ(ColourGroups::Of(*graphic)));
         if (!graphic) {
             editors_->setEnabled(false);
             remove_->setEnabled(false);
@@ -398,8 +438,10 @@ private:
         opacity_->ShowValue(group.opacity);
     }
 
-    const int canvas_, slot_;
-    ColourGroups found_;                 ///< As they were when the window was opened.
+    const int canvas_;
+    const FollowedLayers layers_;
+    std::vector<ColourGroups> found_;  ///< As they were when the window was opened, in their order.
+    QLabel* differ_ = new QLabel;
     std::optional<ColourGroups> shown_;  ///< Nothing: to be shown anew.
     DIB sample_;
     bool havePicture_ = false;
@@ -420,19 +462,20 @@ private:
 };
 
 /// A window that shows another layer makes room, keeping what was set there.
-void CloseOthers(int canvas, int slot) {
+void CloseOthers(int canvas, const std::vector<LayerId>& layers) {
     for (QWidget* window : QApplication::topLevelWidgets())
         if (auto* open = dynamic_cast<TransparentColours*>(window);
-            open && open->isVisible() && !open->IsFor(canvas, slot))
+            open && open->isVisible() && !open->IsFor(canvas, layers))
             open->accept();
 }
 
 }  // namespace
 
-void ShowTransparentColours(Workspace& workspace, QWidget* parent, int canvas, int slot) {
-    CloseOthers(canvas, slot);
-    SetupWindow::ShowOnly(QStringLiteral("TransparentColours"),
-                          [&] { return new TransparentColours(workspace, parent, canvas, slot); });
+void ShowTransparentColours(Workspace& workspace, QWidget* parent, int canvas, std::vector<LayerId> layers) {
+    CloseOthers(canvas, layers);
+    SetupWindow::ShowOnly(QStringLiteral("TransparentColours"), [&] {
+        return new TransparentColours(workspace, parent, canvas, std::move(layers));
+    });
 }
 
 }  // namespace tessaloom

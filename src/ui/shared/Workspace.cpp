@@ -59,8 +59,17 @@ History* Workspace::HistoryOf(int slot) {
             Q_EMIT HistoryChanged();
             Q_EMIT LayersChanged();
         });
+        history->OnRenamed([this, slot](const LayerNames& names) { TakeNames(slot, names); });
     }
     return history.get();
+}
+
+void Workspace::TakeNames(int canvas, const LayerNames& names) {
+    Q_EMIT LayersRenamed(canvas, names);
+    if (canvas != active_) return;
+    std::vector<LayerId> selection = selection_;
+    for (LayerId& layer : selection) layer = NameNow(names, layer);
+    Select(std::move(selection));
 }
 
 std::vector<LayerId> Workspace::Selection() const {

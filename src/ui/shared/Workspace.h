@@ -72,10 +72,14 @@ Q_SIGNALS:
     void SetupMustClose();    ///< Set-up windows close without a question, keeping what was set.
     void ActiveCanvasChanged();
     void SelectionChanged();
+    /// Layers of a canvas exchanged their names, also by undoing that; the selection follows by itself.
+    void LayersRenamed(int canvas, const tessaloom::LayerNames& names);
     void LayersChanged();   ///< Layers came, went or changed their order, by a command of a window.
     void HistoryChanged();  ///< Undo and redo have other names.
 
 private:
+    void TakeNames(int canvas, const LayerNames& names);
+
     Platform& platform_;
     QTimer pulse_;
     int active_ = 0;

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "model/Documents.h"
+#include "model/edit/PropertySet.h"
 
 namespace tessaloom::testing {
 namespace {
@@ -105,6 +106,39 @@ TEST_F(LayersTest, ComeWithSensibleFirstValues) {
     EXPECT_EQ(Layers::Title(canvas, web).find("secret"), std::string::npos);
     for (int slot = 1; slot <= Canvas::MaxText; ++slot) canvas.AddText(slot);
     EXPECT_FALSE(Layers::AddText(canvas, "one too many", 0, 0));
+}
+
+TEST_F(LayersTest, AskAnAddressAnewOnlyForAnotherPicture) {
+    const LayerId web = *Layers::AddGraphic(canvas, Graphic::Address, "http://host/x.jpg", 0, 0);
+    Tick();
+    ASSERT_EQ(urlTransfers.requests.size(), 1u);
+    const auto set = PropertySets::Layer(portfolio, 1, web);
+    for (int step = 1; step <= 5; ++step) {
+        Layers::Move(canvas, {&web, 1}, 1, 1);
+        Layers::Resize(canvas, web, 0, 0, 10 + step, 10);
+        Layers::Rotate(canvas, web, step);
+        set->Set(*set->Find("Opacity"), std::to_string(90 + step));
+        Tick(0.02);
+    }
+    EXPECT_EQ(urlTransfers.requests.size(), 1u);
+    EXPECT_EQ(urlTransfers.cancelled, 0);
+    urlTransfers.Answer("http://host/x.jpg", PlainPicture{.width = 30, .height = 20}.Bytes(true));
+    urlTransfers.Poll();
+    EXPECT_EQ(canvas.Graphic(web.slot)->Image().GetStretchedDIB().Width(), 15)
+        << "with what was set meanwhile";
+    for (const auto& [name, value] : {
+             std::pair("SourceURL", "http://host/y.jpg"), {"Enabled", "False"}
+    })
+        set->Set(*set->Find(name), value);
+    set->Set(*set->Find("Enabled"), "True");
+    Tick(0.02);
+    EXPECT_EQ(urlTransfers.requests.size(), 2u);
+}
+
+TEST_F(LayersTest, FitPicturesByTheirKnownSizeBeforeTheyAreLoaded) {
+    const LayerId later = *Layers::AddGraphic(canvas, Graphic::PictureFile, "big.png", 0, 0, 1, {640, 240});
+    EXPECT_EQ(canvas.Graphic(later.slot)->StretchWidth(), 320);
+    EXPECT_EQ(canvas.Graphic(later.slot)->StretchHeight(), 120);
 }
 
 TEST_F(LayersTest, RiseAndSinkOneStepAtATime) {

@@ -199,6 +199,43 @@ TEST_F(PropertySetsTest, SetSchedulesAndColourTablesByTheirTexts) {
     EXPECT_EQ(portfolio.Canvas(2).Graphic(100)->TransparentColorCount(), 2);
 }
 
+TEST_F(PropertySetsTest, SetSeveralLayersAtOnceInWhatAllHave) {
+    Canvas& canvas = portfolio.Canvas(2);
+    canvas.AddText(4)->SetFontSize(40);
+    canvas.Graphic(100)->SetShadow(true);
+    const LayerId twoTexts[] = {TextLayer, {LayerId::Kind::Text, 4}}, both[] = {TextLayer, GraphicLayer};
+    const Set texts = PropertySets::Layers(portfolio, 2, twoTexts);
+    const std::size_t size = *texts->Find("FontSize");
+    EXPECT_TRUE(texts->Mixed(size));
+    EXPECT_EQ(texts->Get(size), "40") << "that of the last";
+    EXPECT_EQ(texts->Set(size, "999"), KeyFault::OutOfRange);
+    EXPECT_FALSE(texts->Mixed(size));
+    EXPECT_EQ(canvas.Text(3)->FontSize(), 288);
+
+    const Set joint = PropertySets::Layers(portfolio, 2, both);
+    const auto names = [](const PropertySet& set) {
+        Names all;
+        for (const Property& property : set.Properties()) all.insert(property.name);
+        return all;
+    };
+    Names shared = names(*PropertySets::Layer(portfolio, 2, GraphicLayer));
+    std::erase_if(shared, [&](auto name) { return !texts->Find(name) || name == "OpacityMode"; });
+    EXPECT_EQ(names(*joint), shared);
+    EXPECT_TRUE(joint->Relevant(*joint->Find("ShadowSize"))) << "to one of them";
+    const std::size_t interval = *joint->Find("Interval");
+    joint->Set(interval, "7");
+    EXPECT_FALSE(joint->IsDefault(interval));
+    joint->Reset(interval);
+    EXPECT_TRUE(joint->IsDefault(interval));
+    EXPECT_EQ(canvas.Text(3)->Rate(), 1) << "each its own";
+    EXPECT_EQ(canvas.Graphic(100)->Rate(), 10);
+    canvas.RemoveGraphic(100);
+    EXPECT_EQ(joint->Layers(), std::vector{TextLayer});
+    EXPECT_FALSE(joint->Mixed(interval));
+    canvas.RemoveText(3);
+    EXPECT_FALSE(joint->Exists());
+}
+
 TEST_F(PropertySetsTest, OutliveWhatTheyDescribe) {
     for (const Case& set : Cases()) {
         Set properties = set.make();

@@ -52,8 +52,10 @@ protected:
         const QSize size(fontMetrics().height() * 2, fontMetrics().height());
         QPixmap picture(size * devicePixelRatioF());
         picture.setDevicePixelRatio(devicePixelRatioF());
-        picture.fill(ColourOf(text));
+        picture.fill(Mixed() ? palette().color(QPalette::Base) : ColourOf(text));
         QPainter painter(&picture);
+        if (Mixed())
+            painter.fillRect(QRectF({}, size), QBrush(palette().color(QPalette::Mid), Qt::BDiagPattern));
         painter.setPen(palette().color(QPalette::Mid));
         painter.drawRect(QRectF({}, size).adjusted(0, 0, -1, -1));
         painter.end();
@@ -62,16 +64,21 @@ protected:
     }
 
 private:
-    /// The colour follows the chooser and goes back when it is cancelled.
+    /// The colour follows the chooser and goes back when it is cancelled; several colours change only when it
+    /// is closed.
     void Choose() {
         const std::string before = Stored();
         auto* chooser = new QColorDialog(ColourOf(before), this);
         chooser->setObjectName("ColourChooser");
         chooser->setAttribute(Qt::WA_DeleteOnClose);
         chooser->setWindowTitle(Words(subject_.Description().label).remove('&'));
-        connect(chooser, &QColorDialog::currentColorChanged, this,
-                [this](const QColor& colour) { Take(TextOf(colour)); });
-        connect(chooser, &QDialog::rejected, this, [this, before] { Take(before); });
+        const auto take = [this](const QColor& colour) { Take(TextOf(colour)); };
+        if (Mixed()) {
+            connect(chooser, &QColorDialog::colorSelected, this, take);
+        } else {
+            connect(chooser, &QColorDialog::currentColorChanged, this, take);
+            connect(chooser, &QDialog::rejected, this, [this, before] { Take(before); });
+        }
         chooser->open();
     }
 

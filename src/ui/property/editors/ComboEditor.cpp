@@ -11,10 +11,12 @@
 #include <vector>
 
 #include "core/Log.h"
+#include "core/modNumbers.h"
 #include "model/Canvas.h"
 #include "platform/Fonts.h"
 #include "platform/Platform.h"
 #include "ui/property/editors/Editors.h"
+#include "ui/property/editors/NumberText.h"
 #include "ui/property/editors/Parts.h"
 #include "ui/shared/Workspace.h"
 #include "video/VideoFeed.h"
@@ -61,20 +63,29 @@ public:
         : PropertyEditor(subject.parent), subject_(subject), box_(new FreshComboBox([this] { Fill(); })) {
         GuardWheel(box_);
         LayParts(this, box_);
+        box_->setPlaceholderText(SeveralValues());
         connect(box_, &QComboBox::activated, this, [this](int index) {
-            stored_ = box_->itemData(index).toString().toStdString();
+            Keep(box_->itemData(index).toString().toStdString());
             Q_EMIT Wrong({});
             Q_EMIT Entered(stored_);
         });
     }
 
     void Show(const std::string& text) override {
-        stored_ = text;
+        Keep(text);
+        Fill();
+    }
+
+    void ShowMixed(const std::string& lead) override {
+        Keep(lead, true);
         Fill();
     }
 
 protected:
-    void Keep(const std::string& value) { stored_ = value; }
+    void Keep(const std::string& value, bool mixed = false) {
+        stored_ = value;
+        mixed_ = mixed;
+    }
 
     virtual std::vector<Item> Items() const = 0;
     virtual QString LabelOfOther(const std::string& value) const { return QString::fromStdString(value); }
@@ -82,17 +93,19 @@ protected:
     virtual void Fill() {
         std::vector<Item> items = Items();
         const auto same = [&](const Item& item) { return item.value == stored_; };
-        if (std::none_of(items.begin(), items.end(), same)) items.push_back({stored_, LabelOfOther(stored_)});
+        if (!mixed_ && std::none_of(items.begin(), items.end(), same))
+            items.push_back({stored_, LabelOfOther(stored_)});
         if (!Shows(items)) {
             box_->clear();
             for (const Item& item : items) box_->addItem(item.label, QString::fromStdString(item.value));
         }
-        box_->setCurrentIndex(box_->findData(QString::fromStdString(stored_)));
+        box_->setCurrentIndex(mixed_ ? -1 : box_->findData(QString::fromStdString(stored_)));
         box_->setToolTip(subject_.Description().tip.empty() ? box_->currentText() : QString());
     }
 
     QComboBox* Box() const { return box_; }
     const std::string& Stored() const { return stored_; }
+    bool Mixed() const { return mixed_; }
 
     const Subject subject_;
 
@@ -109,6 +122,7 @@ private:
 
     FreshComboBox* box_;
     std::string stored_;
+    bool mixed_ = false;
 };
 
 class ChoiceEditor final : public ComboEditor {
@@ -121,6 +135,17 @@ private:
         for (const PropertyChoice& choice : subject_.Description().choices)
             items.push_back({std::string(choice.value), Words(choice.label)});
         return items;
+    }
+
+    /// A number that is not in the list is shown with its unit.
+    QString LabelOfOther(const std::string& value) const override {
+        const Property& property = subject_.Description();
+        double number = 0;
+        if (property.unit.empty() || !modNumbers::TryDblNI(value, number))
+            return QString::fromStdString(value);
+        const bool below = number < 0 && !property.unitBelow.empty();
+        return NumberText::Shown(below ? -number : number, subject_.workspace.Services().locale) + ' ' +
+               Words(below ? property.unitBelow : property.unit);
     }
 };
 
@@ -184,7 +209,14 @@ public:
     /// The list is made only when somebody is about to use it.
     void Show(const std::string& text) override {
         Keep(text);
+        Box()->lineEdit()->setPlaceholderText({});
         Box()->setEditText(QString::fromStdString(text));
+    }
+
+    void ShowMixed(const std::string& lead) override {
+        Keep(lead, true);
+        Box()->lineEdit()->setPlaceholderText(SeveralValues());
+        Box()->setEditText({});
     }
 
     bool Busy() const override { return Box()->lineEdit()->isModified(); }
@@ -194,7 +226,7 @@ public:
         const std::string typed = line->text().trimmed().toStdString();
         const bool modified = line->isModified();
         line->setModified(false);
-        if (!modified || typed == Stored()) return;
+        if (!modified || (Mixed() ? typed.empty() : typed == Stored())) return;
         Show(typed);
         Q_EMIT Entered(typed);
         Q_EMIT Wrong(Installed(typed) ? "" : "Not installed here; the nearest font is drawn.");

@@ -12,13 +12,16 @@ class LineEditor final : public TypedEditor {
 public:
     explicit LineEditor(const Subject& subject) : TypedEditor(subject) {
         auto* line = new QLineEdit;
-        if (subject.Description().kind == PropertyKind::Address) {
-            line->setPlaceholderText("http://");
-            line->setInputMethodHints(Qt::ImhUrlCharactersOnly);
-        }
+        if (IsAddress()) line->setInputMethodHints(Qt::ImhUrlCharactersOnly);
         SetLine(line);
         LayParts(this, line);
     }
+
+protected:
+    QString Placeholder(const std::string&) const override { return IsAddress() ? "http://" : Fallback(); }
+
+private:
+    bool IsAddress() const { return subject_.Description().kind == PropertyKind::Address; }
 };
 
 }  // namespace

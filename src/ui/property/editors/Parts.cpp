@@ -28,6 +28,12 @@ QString Words(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
+QString SeveralValues() { return QStringLiteral("Several values"); }
+
+QString DifferHint() {
+    return QStringLiteral("They differ now; with your first change here they all become as shown.");
+}
+
 void GuardWheel(QWidget* widget) {
     widget->setFocusPolicy(Qt::StrongFocus);
     new WheelGuard(widget);

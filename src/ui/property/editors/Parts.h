@@ -14,6 +14,12 @@ namespace tessaloom::Editors {
 /// UTF-8 of the engine as the toolkit has it.
 QString Words(std::string_view text);
 
+/// What a field shows for things that have different values.
+QString SeveralValues();
+
+/// What a window says that shows one of several things which differ.
+QString DifferHint();
+
 /// The wheel turns the form unless `widget` has the focus, so that no value changes by the way.
 void GuardWheel(QWidget* widget);
 

@@ -33,8 +33,11 @@ public:
 protected:
     QString Display(const std::string&) const override { return {}; }
 
-    void ValueShown(const std::string& text) override {
-        Line()->setPlaceholderText(text.empty() ? "None" : QString(8, QChar(0x2022)));
+    QString Placeholder(const std::string& text) const override {
+        return text.empty() ? "None" : QString(8, QChar(0x2022));
+    }
+
+    void ValueShown(const std::string&) override {
         show_->setChecked(false);
         show_->hide();
     }

@@ -26,14 +26,16 @@ public:
         connect(browse, &QToolButton::clicked, this, [this] { Browse(); });
     }
 
-    void Show(const std::string& text) override {
-        TypedEditor::Show(text);
-        setToolTip(QString::fromStdString(text));  // often longer than the line, where its end matters most
+protected:
+    QString Placeholder(const std::string&) const override { return Fallback(); }
+
+    void ValueShown(const std::string& text) override {
+        // It is often longer than the line, where its end matters most.
+        setToolTip(Mixed() ? QString() : QString::fromStdString(text));
         if (!Line()->hasFocus()) Line()->end(false);
-        Q_EMIT Wrong(Objection(text));
+        Q_EMIT Wrong(Mixed() ? QString() : Objection(text));
     }
 
-protected:
     /// Files dragged from a file manager arrive as addresses.
     Reading Read(const QString& typed) const override {
         const QString text = typed.trimmed();

@@ -1,6 +1,7 @@
 #include "ui/property/editors/StepBox.h"
 
 #include <QStyleOptionSpinBox>
+#include <algorithm>
 
 namespace tessaloom::Editors {
 
@@ -13,7 +14,9 @@ QSize StepBox::sizeHint() const {
     ensurePolished();
     QStyleOptionSpinBox option;
     initStyleOption(&option);
-    const int text = fontMetrics().horizontalAdvance(QString(characters_ + 1, '0'));
+    const QString said = lineEdit()->text().isEmpty() ? lineEdit()->placeholderText() + ' ' : QString();
+    const int text = std::max(fontMetrics().horizontalAdvance(QString(characters_ + 1, '0')),
+                              fontMetrics().horizontalAdvance(said));
     return style()->sizeFromContents(QStyle::CT_SpinBox, &option, {text, lineEdit()->sizeHint().height()},
                                      this);
 }

@@ -17,7 +17,12 @@ public:
         connect(box_, &QCheckBox::clicked, this, [this](bool on) { Q_EMIT Entered(on ? "True" : "False"); });
     }
 
-    void Show(const std::string& text) override { box_->setChecked(text == "True"); }
+    void Show(const std::string& text) override {
+        box_->setTristate(false);
+        box_->setChecked(text == "True");
+    }
+
+    void ShowMixed(const std::string&) override { box_->setCheckState(Qt::PartiallyChecked); }
 
 private:
     QCheckBox* box_;

@@ -21,7 +21,13 @@ public:
     }
 
     void Show(const std::string& text) override {
+        text_->SetPlaceholder({});
         if (text != text_->Text()) text_->ShowText(text);
+    }
+
+    void ShowMixed(const std::string&) override {
+        text_->SetPlaceholder(SeveralValues());
+        text_->ShowText({});
     }
 
     bool Busy() const override { return text_->Busy(); }
@@ -47,6 +53,12 @@ public:
         double seconds = 0;
         modNumbers::TryDblNI(text, seconds);
         rate_->ShowSeconds(seconds);
+    }
+
+    void ShowMixed(const std::string& lead) override {
+        double seconds = 0;
+        modNumbers::TryDblNI(lead, seconds);
+        rate_->ShowMixed(seconds);
     }
 
     bool Busy() const override { return rate_->Busy(); }

@@ -48,7 +48,7 @@ protected:
 
 private:
     void Step(int steps) {
-        const QString shown = Line()->text();
+        const QString shown = Line()->text().isEmpty() ? Display(Stored()) : Line()->text();
         const int cursor = Line()->cursorPosition();
         const auto part = shown.left(cursor).count(':');
         const int unit = part == 0 ? SecondsPerHour : part == 1 ? SecondsPerMinute : 1;

@@ -15,29 +15,41 @@ void TypedEditor::SetLine(QLineEdit* line) {
     connect(line_, &QLineEdit::editingFinished, this, [this] { Finish(); });
 }
 
-void TypedEditor::Show(const std::string& text) {
+void TypedEditor::Show(const std::string& text) { Put(text, false); }
+
+void TypedEditor::ShowMixed(const std::string& lead) { Put(lead, true); }
+
+void TypedEditor::Put(const std::string& text, bool mixed) {
     typing_ = false;
     stored_ = text;
-    const QString display = Display(text);
+    mixed_ = mixed;
+    line_->setPlaceholderText(mixed ? SeveralValues() : Placeholder(text));
+    const QString display = mixed ? QString() : Display(text);
     if (line_->text() != display) line_->setText(display);
+    // Some boxes are as wide as what they say.
+    for (QWidget* part = line_; part != this; part = part->parentWidget()) part->updateGeometry();
     if (!line_->hasFocus()) line_->setCursorPosition(0);
     ValueShown(text);
 }
+
+QString TypedEditor::Fallback() const { return Words(subject_.Description().fallback); }
 
 void TypedEditor::Typed(const QString& text) {
     if (!typing_) before_ = stored_;
     typing_ = true;
     const Reading reading = Read(text);
-    if (TakesAtOnce() && reading.value && reading.objection.isEmpty() && *reading.value != stored_) {
+    if (TakesAtOnce() && !mixed_ && reading.value && reading.objection.isEmpty() &&
+        *reading.value != stored_) {
         stored_ = *reading.value;
         ValueShown(stored_);
         Q_EMIT Entered(stored_);
     }
-    Q_EMIT Wrong(reading.objection);
+    Q_EMIT Wrong(GivenUp() ? QString() : reading.objection);
 }
 
 void TypedEditor::Finish() {
     if (!typing_) return;
+    if (GivenUp()) return Revert();
     const Reading reading = Read(line_->text());
     if (reading.value)
         Take(*reading.value);
@@ -53,7 +65,7 @@ void TypedEditor::Take(const std::string& text) {
 
 void TypedEditor::Revert() {
     const bool entered = stored_ != before_;
-    Show(before_);
+    Put(before_, mixed_);
     Q_EMIT Wrong({});
     if (entered) Q_EMIT Entered(before_);
 }

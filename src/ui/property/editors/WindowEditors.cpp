@@ -3,8 +3,10 @@
 #include <QPointer>
 #include <QToolButton>
 #include <algorithm>
-#include <functional>
+#include <memory>
 #include <string>
+#include <utility>
+#include <vector>
 
 #include "model/edit/Layers.h"
 #include "time/Schedule.h"
@@ -12,6 +14,7 @@
 #include "ui/property/TransparentColours.h"
 #include "ui/property/editors/Editors.h"
 #include "ui/property/editors/Parts.h"
+#include "ui/shared/FollowedLayers.h"
 #include "ui/shared/Workspace.h"
 
 namespace tessaloom::Editors {
@@ -34,6 +37,7 @@ public:
     }
 
     void Show(const std::string& text) override { description_->setText(Summary(text)); }
+    void ShowMixed(const std::string&) override { description_->setText(SeveralValues()); }
 
 protected:
     virtual void Open() = 0;
@@ -57,23 +61,32 @@ private:
     }
 
     /// The window stays open while other layers are selected; other things close their windows when they go.
-    std::function<Schedule*()> Finder() {
+    FindSchedules Finder() {
         Workspace& workspace = subject_.workspace;
-        const std::size_t row = subject_.row;
-        if (const auto layer = subject_.set.Layer())
-            return [&workspace, canvas = subject_.set.CanvasSlot(), layer = *layer, row]() -> Schedule* {
-                if (!workspace.CanvasAt(canvas)) return nullptr;
-                return PropertySets::Layer(*workspace.Portfolio(), canvas, layer)->ScheduleOf(row);
+        const int canvas = subject_.set.CanvasSlot();
+        if (const auto layers = subject_.set.Layers(); !layers.empty())
+            return [&workspace, layers = std::make_shared<FollowedLayers>(workspace, canvas, layers)] {
+                std::vector<Schedule*> schedules;
+                for (const LayerId layer : layers->Now())
+                    schedules.push_back(ScheduleOfLayer(workspace, layers->CanvasSlot(), layer));
+                return schedules;
             };
-        return [editor = QPointer(this), row] {
-            return editor ? editor->subject_.set.ScheduleOf(row) : nullptr;
+        return [editor = QPointer(this)] {
+            return std::vector{editor ? editor->subject_.set.ScheduleOf(editor->subject_.row) : nullptr};
         };
+    }
+
+    static Schedule* ScheduleOfLayer(Workspace& workspace, int canvas, LayerId layer) {
+        if (!workspace.CanvasAt(canvas)) return nullptr;
+        const auto set = PropertySets::Layer(*workspace.Portfolio(), canvas, layer);
+        return set->ScheduleOf(set->Find("Schedule").value());
     }
 
     std::string Name() const {
         const Canvas* canvas = subject_.workspace.CanvasAt(subject_.set.CanvasSlot());
-        const auto layer = subject_.set.Layer();
-        if (canvas && layer) return Layers::Title(*canvas, *layer);
+        const auto layers = subject_.set.Layers();
+        if (layers.size() > 1) return Layers::Counted(layers);
+        if (canvas && !layers.empty()) return Layers::Title(*canvas, layers.front());
         return std::string(subject_.Description().group);
     }
 
@@ -95,8 +108,9 @@ private:
     }
 
     void Open() override {
-        if (const auto layer = subject_.set.Layer())
-            ShowTransparentColours(subject_.workspace, window(), subject_.set.CanvasSlot(), layer->slot);
+        if (auto layers = subject_.set.Layers(); !layers.empty())
+            ShowTransparentColours(subject_.workspace, window(), subject_.set.CanvasSlot(),
+                                   std::move(layers));
     }
 };
 
