@@ -5,6 +5,7 @@
 #include "core/Log.h"
 #include "platform/profile/ProfileFiles.h"
 #include "support/MemoryFileSystem.h"
+#include "support/Tsv.h"
 
 namespace tessaloom::testing {
 namespace {
@@ -58,33 +59,17 @@ TEST_F(SetupValuesTest, ReadsWhatTheUserWroteAndWritesItInItsOwnForm) {
 }
 
 TEST_F(SetupValuesTest, TellsOnceOfEachValueThatItCannotUse) {
-    const struct {
-        const char *setting, *told;
-    } rows[] = {
-        {"StationLatitude=north",    "not a number, 0 taken"              },
-        {"StationLatitude=1e999",    "not a number, 0 taken"              },
-        {"StartupTop=3x",            "not a number, 0 taken"              },
-        {"StartupTop=-1e300",        "out of range, 0 taken"              },
-        {"StartupTop=-2147483649",   "out of range, 0 taken"              },
-        {"StartupTop=-2147483648.5", nullptr                              },
-        {"ClearTypeOrientation=7",   "out of range, 1 taken"              },
-        {"ClearTypeContrast=100",    "out of range, 1000 taken"           },
-        {"AutoLoad=perhaps",         "neither True nor False, False taken"},
-        {"AutoLoad=No",              nullptr                              },
-        {"StartupWidth=9000000000",  nullptr                              },
-    };
     std::vector<std::string> told;
     const ErrorReporter reporter =
         SetErrorReporter([&](const ErrorReport& report) { told.push_back(report.description); });
     const LogSink sink = SetLogSink([&](LogLevel, std::string_view line) { told.emplace_back(line); });
-    for (const auto& row : rows) {
-        files_["Tessaloom.INI"].bytes = std::string("[General]\n") + row.setting + "\n";
+    for (const TsvRow& row : ReadTsv(TEST_DATA "/vectors/doubtful_settings.tsv")) {
+        files_["Tessaloom.INI"].bytes = "[General]\n" + row[0] + "\n";
         told.clear();
         LoadSetup(ini_, 15, 15);
         std::vector<std::string> expected;
-        if (row.told)
-            expected.push_back(std::string("Tessaloom.INI [General] ") + row.setting + ": " + row.told);
-        EXPECT_EQ(told, expected) << row.setting;
+        if (!row[1].empty()) expected.push_back("Tessaloom.INI [General] " + row[0] + ": " + row[1]);
+        EXPECT_EQ(told, expected) << row[0];
     }
     SetLogSink(sink);
     SetErrorReporter(reporter);

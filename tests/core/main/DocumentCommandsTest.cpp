@@ -1,7 +1,5 @@
 #include "core/main/DocumentCommands.h"
 
-#include <gtest/gtest.h>
-
 #include "core/SetupValues.h"
 #include "core/main/modMain.h"
 #include "model/Canvas.h"
@@ -41,6 +39,10 @@ struct Answers {
     std::deque<Answer> boxes = {};
     std::deque<std::optional<std::string>> saves = {}, opens = {}, names = {};
 };
+
+Answers Pressed(std::deque<Answer> boxes, std::deque<std::optional<std::string>> saves = {}) {
+    return {.boxes = std::move(boxes), .saves = std::move(saves)};
+}
 
 class DocumentCommandsTest : public ::testing::Test {
 protected:
@@ -88,15 +90,10 @@ TEST_F(DocumentCommandsTest, NewAsksOnlyWhenSomethingChangedAndKeepsAllUntilItIs
     EXPECT_EQ(Run(PortfolioNew), Lines{Created});
     const Portfolio* old = OpenPortfolio();
     NewCanvas();
-    EXPECT_EQ(Run(PortfolioNew, {.boxes = {Cancel}}), Lines{SaveOpen});
-    EXPECT_EQ(Run(PortfolioNew, {.boxes = {Yes}, .saves = {Nothing}}),
-              (Lines{SaveOpen, "Portfolio Save As", NoFile}));
+    EXPECT_EQ(Run(PortfolioNew, Pressed({Cancel})), Lines{SaveOpen});
+    EXPECT_EQ(Run(PortfolioNew, Pressed({Yes}, {Nothing})), (Lines{SaveOpen, "Portfolio Save As", NoFile}));
     EXPECT_EQ(OpenPortfolio(), old);
-    EXPECT_EQ(Run(PortfolioNew,
-                  {
-                      .boxes = {Yes     },
-                        .saves = { "p.por", "c.can"}
-    }),
+    EXPECT_EQ(Run(PortfolioNew, Pressed({Yes}, {"p.por", "c.can"})),
               (Lines{SaveOpen, "Portfolio Save As", "Canvas Save As", Created}));
     EXPECT_TRUE(Holds("p.por", "[Canvas01]\r\nFileName=c.can"));
     EXPECT_TRUE(Holds("c.can", "Name=A"));
@@ -130,12 +127,7 @@ TEST_F(DocumentCommandsTest, SaveAllWritesEveryCanvasOrThoseThatChanged) {
         New();
         NewCanvas("A");
         NewCanvas("B");
-        ASSERT_EQ(Run(
-                      [] {
-                          return SaveAllProc(false);
-        },
-                      {.saves = {"p.por", "a.can", "b.can"}})
-                      .back(),
+        ASSERT_EQ(Run([] { return SaveAllProc(false); }, Pressed({}, {"p.por", "a.can", "b.can"})).back(),
                   "done");
         for (const char* file : {"a.can", "b.can"}) it_.files.WriteFile(file, "");
         OpenPortfolio()->Canvas(2).SetName("C");
@@ -150,18 +142,10 @@ TEST_F(DocumentCommandsTest, SaveAllWritesEveryCanvasOrThoseThatChanged) {
 TEST_F(DocumentCommandsTest, KeepsThePortfolioOpenWhenACanvasCannotBeSaved) {
     Portfolio& old = New();
     NewCanvas();
-    ASSERT_EQ(Run(SaveAll,
-                  {
-                      .saves = {"p.por", "c.can"}
-    })
-                  .back(),
-              "done");
+    ASSERT_EQ(Run(SaveAll, Pressed({}, {"p.por", "c.can"})).back(), "done");
     it_.files.WriteFile("c.can", std::string_view("\0", 1));  // never written to
     old.Canvas(1).SetName("B");
-    EXPECT_EQ(Run(PortfolioNew,
-                  {
-                      .boxes = {Yes, Answer::Ok}
-    }),
+    EXPECT_EQ(Run(PortfolioNew, Pressed({Yes, Answer::Ok})),
               (Lines{SaveOpen, "Not Saved: Could not be written:\nc.can"}));
     EXPECT_EQ(OpenPortfolio(), &old);
     EXPECT_EQ(old.Canvas(1).Name(), "B");
@@ -179,9 +163,7 @@ TEST_F(DocumentCommandsTest, TakesTwentyNamedCanvases) {
     EXPECT_EQ(portfolio.CanvasesOpen(), 20);
     for (const auto command : {CanvasNew, CanvasOpen}) EXPECT_EQ(Run(command), Lines{Full});
     portfolio.SetActiveCanvas(7);
-    Run(CanvasRemove, {
-                          .boxes = {Yes, No}
-    });
+    Run(CanvasRemove, Pressed({Yes, No}));
     EXPECT_EQ(portfolio.CanvasesOpen(), 19);
     NewCanvas("again");
     EXPECT_EQ(portfolio.Canvas(7).Name(), "again");
@@ -238,21 +220,15 @@ TEST_F(DocumentCommandsTest, NeverOverwritesACanvasFileBySaveAs) {
 TEST_F(DocumentCommandsTest, RemoveAsksBeforeItLosesAnything) {
     const Portfolio& portfolio = New();
     NewCanvas();
-    EXPECT_EQ(Run(CanvasRemove, {.boxes = {No}}), Lines{Remove});
-    EXPECT_EQ(Run(CanvasRemove,
-                  {
-                      .boxes = {Yes, Yes}
-    }),
+    EXPECT_EQ(Run(CanvasRemove, Pressed({No})), Lines{Remove});
+    EXPECT_EQ(Run(CanvasRemove, Pressed({Yes, Yes})),
               (Lines{Remove, SaveFirst, "Canvas Save As", NoFileAborting}));
     EXPECT_EQ(portfolio.CanvasesOpen(), 1);
-    Run(CanvasRemove, {
-                          .boxes = {Yes, Yes},
-                            .saves = {"c.can"  }
-    });
+    Run(CanvasRemove, Pressed({Yes, Yes}, {"c.can"}));
     EXPECT_EQ(portfolio.CanvasesOpen(), 0);
     EXPECT_TRUE(it_.files.FileExists("c.can"));
     NewCanvas().SetNeedSaving(false);
-    EXPECT_EQ(Run(CanvasRemove, {.boxes = {Yes}}), Lines{Remove});
+    EXPECT_EQ(Run(CanvasRemove, Pressed({Yes})), Lines{Remove});
 }
 
 TEST_F(DocumentCommandsTest, DoNothingWithoutAPortfolio) {

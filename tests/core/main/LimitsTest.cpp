@@ -1,7 +1,5 @@
 #include "core/main/Limits.h"
 
-#include <gtest/gtest.h>
-
 #include "core/INI.h"
 #include "support/TestPlatform.h"
 

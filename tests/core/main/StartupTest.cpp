@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "core/RunFlags.h"
 #include "core/SetupValues.h"
 #include "core/main/DocumentCommands.h"
