@@ -25,6 +25,11 @@ inline const std::uint8_t* RowAt(const std::uint8_t* bits, int width, int y) {
     return bits + y * RowBytes(width);
 }
 
+/// How far it is to the next address that `size` divides.
+inline std::size_t ToMultiple(const std::uint8_t* at, std::size_t size) {
+    return static_cast<std::size_t>(-reinterpret_cast<std::uintptr_t>(at) % size);
+}
+
 /// The part of a source placed at (x, y) that lies on the destination.
 struct Overlap {
     int destX = 0, destY = 0;

@@ -2,8 +2,8 @@
 
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/BlurRows.h"
+#include "imaging/pixelops/DiffRows.h"
 #include "imaging/pixelops/FrameChange.h"
-#include "imaging/pixelops/FrameRows.h"
 #include "imaging/pixelops/Tessaloom.h"
 
 namespace {

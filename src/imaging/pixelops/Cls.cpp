@@ -1,5 +1,6 @@
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/FrameRows.h"
+#include "imaging/pixelops/StreamRows.h"
 #include "imaging/pixelops/Target.h"
 #include "imaging/pixelops/Tessaloom.h"
 
@@ -14,10 +15,13 @@ void tessaloom::pixelops::Fill(const Target& target, int colour) {
         pattern[i + 2] = static_cast<std::uint8_t>(Red(colour));
     }
     for (int y = 0; y < target.height; ++y)
-        FillRow(target.bits + y * target.rowBytes, pattern, static_cast<std::size_t>(target.width));
+        FillRow(target.bits + y * target.rowBytes, pattern, static_cast<std::size_t>(target.width),
+                target.streamed);
 }
 
 int Cls(uint8_t* Ptr, int Width, int Height, int Colour) {
-    Fill({Ptr, Width, Height, RowBytes(Width)}, Colour);
+    const bool large = RowBytes(Width) * Height >= std::ptrdiff_t{StreamedBytes};
+    Fill({Ptr, Width, Height, RowBytes(Width), large}, Colour);
+    if (large) FinishStreams();
     return 0;
 }

@@ -1,5 +1,7 @@
 #include "imaging/pixelops/Arithmetic.h"
+#include "imaging/pixelops/DiffRows.h"
 #include "imaging/pixelops/FrameRows.h"
+#include "imaging/pixelops/StreamRows.h"
 #include "imaging/pixelops/Tessaloom.h"
 
 using namespace tessaloom::pixelops;
@@ -29,9 +31,11 @@ int DiffHistogram(uint8_t* OutPtr, const uint8_t* CurrentPtr, const uint8_t* Pre
     Counts counts;
     if (OutPtr && CurrentPtr && PreviousPtr && Width > 0) {
         const int threshold = std::clamp(Threshold, 0, 255);
+        const bool large = RowBytes(Width) * Height >= std::ptrdiff_t{StreamedBytes};
         for (int y = 0; y < Height; ++y)
             DiffCountRow(RowAt(OutPtr, Width, y), RowAt(CurrentPtr, Width, y), RowAt(PreviousPtr, Width, y),
-                         threshold, static_cast<std::size_t>(Width) * 3, counts);
+                         threshold, static_cast<std::size_t>(Width) * 3, large, counts);
+        if (large) FinishStreams();
     }
     for (int value = 0; value < 256; ++value) Histogram[value] = static_cast<int>(counts[value]);
     return 0;

@@ -2,11 +2,13 @@
 
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/BlurRows.h"
+#include "imaging/pixelops/DiffRows.h"
 #include "imaging/pixelops/FrameRows.h"
 #include "imaging/pixelops/MergeRows.h"
 #include "imaging/pixelops/SampleRows.h"
 #include "imaging/pixelops/ScaleRows.h"
 #include "imaging/pixelops/ShadowRows.h"
+#include "imaging/pixelops/StreamRows.h"
 
 namespace tessaloom::pixelops::reference {
 
@@ -72,7 +74,7 @@ void SoftenRow(std::uint8_t* dest, const FiveLines& lines, const Softness& softn
                                             16);
 }
 
-void FillRow(std::uint8_t* dest, const std::uint8_t* pattern, std::size_t pixels) {
+void FillRow(std::uint8_t* dest, const std::uint8_t* pattern, std::size_t pixels, bool) {
     for (std::size_t i = 0; i < pixels * 3; i += FillBytes)
         std::copy_n(pattern, std::min(FillBytes, pixels * 3 - i), dest + i);
 }
@@ -87,8 +89,9 @@ void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t*
 }
 
 void DiffCountRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
-                  std::size_t count, Counts& counts) {
+                  std::size_t count, bool, Counts& counts) {
     DiffRow(out, current, previous, threshold, count);
+    counts.total += count;
     for (std::size_t i = 0; i < count; ++i) ++counts.parts[0][out[i]];
 }
 
@@ -164,6 +167,10 @@ void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t
     for (std::size_t i = 0; i < count; ++i)
         dest[i] =
             static_cast<std::uint8_t>((one[i] - (one[i] * part >> 16) + (other[i] * part >> 16) + 128) >> 8);
+}
+
+void StreamRow(std::uint8_t* dest, const std::uint8_t* source, std::size_t count) {
+    std::copy_n(source, count, dest);
 }
 
 }  // namespace tessaloom::pixelops::reference
