@@ -7,7 +7,6 @@
 
 #include "core/ErrorReport.h"
 #include "imaging/DIB.h"
-#include "imaging/pixelops/Tessaloom.h"
 
 namespace tessaloom {
 
@@ -118,15 +117,6 @@ void DeviceContext::StretchSmooth(const Stretch& stretch) {
                                    stretch.columns.Length(),
                                    stretch.rows.Length()};
     resampler_.Run(target, source);
-}
-
-void DeviceContext::DrawCoverage(int x, int y, const DIB& coverage, int colour) {
-    const std::int64_t bottom = std::int64_t{bitmap_.Height()} - coverage.Height() - y;
-    if (bottom != static_cast<int>(bottom)) return;  // far outside
-    constexpr int NoKeyColour = 0x1000000, ByMap = 3;
-    MergeText(bitmap_.DIBPtr(), bitmap_.Width(), bitmap_.Height(), nullptr, coverage.Width(),
-              coverage.Height(), x, static_cast<int>(bottom), ByMap, NoKeyColour, 255, coverage.DIBPtr(), 0,
-              0, nullptr, 0, 0, colour);
 }
 
 }  // namespace tessaloom

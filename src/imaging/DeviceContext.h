@@ -34,10 +34,6 @@ public:
     void StretchBlt(int x, int y, int width, int height, const DeviceContext& source, int sourceX,
                     int sourceY, int sourceWidth, int sourceHeight);
 
-    /// Lays `colour` (0x00BBGGRR) down at (x, y) as far as `coverage` says, component by component: 0 none ..
-    /// 255 solid.
-    void DrawCoverage(int x, int y, const DIB& coverage, int colour);
-
     DIB& Bitmap() { return bitmap_; }
     const DIB& Bitmap() const { return bitmap_; }
 

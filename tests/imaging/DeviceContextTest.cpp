@@ -136,16 +136,5 @@ TEST(StretchBlt, AcceptsWhatCannotBeDrawn) {
     EXPECT_EQ(Pixels(*dest), before);
 }
 
-TEST(DrawCoverage, CountsFromTheTopLeftCorner) {
-    const auto dest = Make(5, 4), coverage = Make(2, 2);
-    coverage->Row(0)[3] = coverage->Row(0)[4] = coverage->Row(0)[5] = 255;  // above right
-    dest->hDC()->DrawCoverage(1, 1, *coverage, 0x336699);
-    dest->hDC()->DrawCoverage(-1, 3, *coverage, 0x112233);
-    dest->hDC()->DrawCoverage(INT_MIN, INT_MIN, *coverage, 0x112233);
-    for (int y = 0; y < 4; ++y)
-        for (int x = 0; x < 5; ++x)
-            EXPECT_EQ(dest->Pixel(x, y), x == 2 && y == 1 ? 0x336699 : x == 0 && y == 3 ? 0x112233 : 0);
-}
-
 }  // namespace
 }  // namespace tessaloom::testing
