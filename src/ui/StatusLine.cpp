@@ -10,6 +10,7 @@
 
 #include "core/main/modMain.h"
 #include "model/Canvas.h"
+#include "platform/Paths.h"
 #include "publish/CanvasSaves.h"
 #include "publish/VideoStreaming.h"
 #include "time/modTime.h"
@@ -31,10 +32,6 @@ QString TimeOf(double moment) {
     return two(seconds / Hour) + ":" + two(seconds / Minute % Minute) + ":" + two(seconds % Minute);
 }
 
-QString FileOf(const std::string& path) {
-    return QString::fromStdString(path.substr(path.find_last_of("/\\") + 1));
-}
-
 /// One publication, past or to come.
 struct Event {
     double moment = 0;
@@ -54,8 +51,9 @@ std::optional<Event> LastEvent(Portfolio& portfolio) {
         for (const SaveResult* result :
              {&saves.LastFixed(), &saves.LastSequential(), &saves.LastBackground()}) {
             if (result->moment <= 0 || (last && last->moment >= result->moment)) continue;
-            last = Event{result->moment, FileOf(result->path) + (result->written ? " saved" : " not saved") +
-                                             " at " + TimeOf(result->moment)};
+            last = Event{result->moment, QString::fromStdString(FileName(result->path)) +
+                                             (result->written ? " saved" : " not saved") + " at " +
+                                             TimeOf(result->moment)};
         }
         const double served = canvas.VideoStreaming().CanvasWebServer().LastModified();
         if (served > 0 && (!last || last->moment < served))

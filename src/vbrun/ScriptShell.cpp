@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <thread>
 
+#include "platform/Paths.h"
 #include "vbscript/Array.h"
 
 namespace tessaloom::vbrun {
@@ -86,7 +87,7 @@ std::span<const Member<ScriptShell>> ScriptShell::Members() {
          [](ScriptShell& self, const Arguments&) { return Value::OfUtf8(self.fullName_); }},
         {u"ScriptName", 0, 0,
          [](ScriptShell& self, const Arguments&) {
-             return Value::OfUtf8(std::string_view(self.fullName_).substr(self.fullName_.rfind('/') + 1));
+             return Value::OfUtf8(FileName(self.fullName_));
          }},
         {u"Name", 0, 0, [](ScriptShell&, const Arguments&) { return Value::OfText(u"vbrun"); }},
         {u"Version", 0, 0, [](ScriptShell&, const Arguments&) { return Value::OfText(u"5.8"); }},

@@ -121,7 +121,7 @@ private:
         if (!last.written) return when + " (failed)";
         const auto stamp = TheWorkspace().Services().fileSystem.Stamp(last.path);
         const QString size = stamp ? ", " + Wording::Size(stamp->size) : QString();
-        return when + ", " + Wording::Words(last.path.substr(last.path.find_last_of("/\\") + 1)) + size;
+        return when + ", " + Wording::Words(FileName(last.path)) + size;
     }
 
     const Save& save_;
