@@ -1,5 +1,3 @@
-#include <gmock/gmock.h>
-
 #include "core/main/DocumentCommands.h"
 #include "imaging/Graphic.h"
 #include "script/objects/ScriptedProgram.h"
@@ -7,10 +5,6 @@
 
 namespace tessaloom::testing {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::EndsWith;
-using ::testing::HasSubstr;
 
 class HooksTest : public ScriptedProgram {};
 

@@ -1,7 +1,3 @@
-#include <gmock/gmock.h>
-
-#include <map>
-#include <set>
 #include <sstream>
 
 #include "script/objects/ScriptedProgram.h"
@@ -10,8 +6,6 @@
 
 namespace tessaloom::testing {
 namespace {
-
-using ::testing::HasSubstr;
 
 constexpr const char* NoSuchMember = "Object doesn't support this property or method";
 
@@ -34,7 +28,7 @@ protected:
     void CheckShown(const MemberRow& row, const std::string& expression) {
         const std::string value = Value(expression);
         if (row.shown == "*")
-            EXPECT_THAT(value, ::testing::Not(HasSubstr("Object"))) << expression;
+            EXPECT_THAT(value, Not(HasSubstr("Object"))) << expression;
         else
             EXPECT_EQ(value, row.shown) << expression;
     }

@@ -1,9 +1,5 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <string>
-
 #include "core/SetupValues.h"
 #include "core/main/modMain.h"
 #include "model/Canvas.h"
