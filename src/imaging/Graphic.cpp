@@ -84,9 +84,9 @@ LayerLook Graphic::Look(int canvasHeight) {
     });
 }
 
-void Graphic::MergeImageTo(DIB& canvas, const PixelArea& within) {
+void Graphic::MergeImageTo(const CanvasPart& part) {
     Trap({Module, "MergeImageTo"}, [&] {
-        image_.MergeImageTo(canvas, x_, y_, within);
+        image_.MergeImageTo(part, x_, y_);
         shownRevision_ = image_.Revision();
     });
 }

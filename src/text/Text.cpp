@@ -125,9 +125,9 @@ LayerLook Text::Look(int canvasHeight) {
     });
 }
 
-void Text::MergeImageTo(DIB& canvas, const PixelArea& within) {
+void Text::MergeImageTo(const CanvasPart& part) {
     Trap({Module, "MergeImageTo"}, [&] {
-        if (!blank_) image_.MergeImageTo(canvas, x_, y_, within);
+        if (!blank_) image_.MergeImageTo(part, x_, y_);
     });
 }
 
