@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <deque>
 #include <string>
 #include <unordered_map>
@@ -29,6 +30,10 @@ public:
         const Routine* set = nullptr;
     };
 
+    /// What its objects have as their shape. It never comes back, as the place in memory of a class that has
+    /// been replaced may.
+    const void* Shape() const { return reinterpret_cast<const void*>(serial_); }
+
     /// The member's number; -1 for none.
     int Find(NameId memberName) const {
         const auto found = numbers.find(memberName);
@@ -43,6 +48,10 @@ public:
     const Routine* initialize = nullptr;
     const Routine* terminate = nullptr;
     MemoryCharge charge;
+
+private:
+    static inline thread_local constinit std::uintptr_t latestSerial_ = 0;
+    const std::uintptr_t serial_ = ++latestSerial_;
 };
 
 }  // namespace tessaloom::vbscript

@@ -209,8 +209,12 @@ void Compiler::DefineClass(const ClassDeclaration& declaration) {
     type->charge.Take(sizeof *type + type->members.size() * sizeof(ClassInfo::Member) +
                       type->fields.size() * sizeof(ClassInfo::Field));
     if (defaultMember > 0) type->members[0] = type->members[static_cast<std::size_t>(defaultMember)];
-    const int number = Define(declaration.name, SymbolKind::Class);
-    program_.symbols[static_cast<std::size_t>(number)].type = type.Get();
+    Symbol& symbol = program_.symbols[static_cast<std::size_t>(Define(declaration.name, SymbolKind::Class))];
+    const auto old = std::ranges::find_if(
+        program_.classes, [&](const Ref<ClassInfo>& one) { return one.Get() == symbol.type; });
+    if (old != program_.classes.end())
+        program_.replacedClasses.splice(program_.replacedClasses.end(), program_.classes, old);
+    symbol.type = type.Get();
     program_.classes.push_back(type);
 }
 

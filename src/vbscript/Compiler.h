@@ -18,8 +18,10 @@ struct Program {
     Names names;
     Symbols symbols;
     std::list<Routine> routines;  ///< Of the outermost level, in the order of the code.
-    std::list<Routine> replaced;  ///< Which others of the same name have followed; some may still run.
-    std::vector<Ref<ClassInfo>> classes;
+    std::list<Ref<ClassInfo>> classes;
+    /// Which others of the same name have followed; some may still be in use.
+    std::list<Routine> replaced;
+    std::list<Ref<ClassInfo>> replacedClasses;
     std::vector<Ref<Object>> openObjects;  ///< Of the host, with members that are known by name alone.
 };
 

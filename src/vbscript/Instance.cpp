@@ -14,7 +14,7 @@ std::size_t BytesOf(const ClassInfo& type) { return sizeof(Instance) + type.fiel
 }  // namespace
 
 Instance::Instance(Machine& machine, Ref<ClassInfo> type)
-    : Object(type.Get()),
+    : Object(type->Shape()),
       machine_(&machine),
       type_(std::move(type)),
       fields_(new Value[type_->fields.size()]) {

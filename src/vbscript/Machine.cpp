@@ -221,11 +221,18 @@ void Machine::ClearFrame(Frame& frame) {
     frame.executed.reset();
 }
 
-/// Frees procedures that others have replaced, once they neither run nor are held by an object.
+/// Frees procedures and classes that others have replaced, once they neither run nor are held by an object.
 void Machine::ReleaseReplaced() {
+    const auto isRunning = [&](const auto& belongs) {
+        return std::any_of(frames_.get(), frames_.get() + depth_,
+                           [&](const Frame& frame) { return belongs(*frame.routine); });
+    };
     program_.replaced.remove_if([&](const Routine& routine) {
-        const auto runs = [&](const Frame& frame) { return frame.routine == &routine; };
-        return routine.references == 0 && std::none_of(frames_.get(), frames_.get() + depth_, runs);
+        return routine.references == 0 && !isRunning([&](const Routine& one) { return &one == &routine; });
+    });
+    program_.replacedClasses.remove_if([&](const Ref<ClassInfo>& type) {
+        return type->References() == 1 &&
+               !isRunning([&](const Routine& one) { return one.owner == type.Get(); });
     });
 }
 

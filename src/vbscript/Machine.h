@@ -115,6 +115,7 @@ private:
     void CallValue(Value* first, std::size_t count, Value& callee);
     void RefName(Value& target, std::size_t symbol, std::size_t standIn);
     void AssignName(std::size_t symbol, Value& value, CallKind kind);
+    Value& DeclaredByText(NameId name);
     Value CallSpecial(SpecialCall which, std::span<Value> arguments);
     Value RunText(const String& text, bool isExpression, bool global);
     Value NewObject(NameId name);

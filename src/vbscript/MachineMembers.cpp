@@ -281,6 +281,15 @@ Value Machine::NewObject(NameId name) {
 
 // Names that were unknown when the text was compiled
 
+/// Where all names must be declared: a text that the running routine has executed may have done so.
+Value& Machine::DeclaredByText(NameId name) {
+    const Frame& frame = Top();
+    ExecutedNames* const names = frame.routine->executed ? frame.routine->executed : frame.executed.get();
+    Value* const variable = names ? names->Find(name) : nullptr;
+    if (!variable) FailUndefined(name);
+    return *variable;
+}
+
 bool Machine::CallName(Value* first, std::size_t count, std::size_t symbol, std::size_t standIn,
                        NameUse use) {
     const Symbol entry = program_.symbols[symbol];
@@ -299,8 +308,10 @@ bool Machine::CallName(Value* first, std::size_t count, std::size_t symbol, std:
         case SymbolKind::Class:
             FailNamed(ErrorCode::TypeMismatch, entry.name);
         case SymbolKind::Unknown:
-            if (Top().routine->explicitNames) FailUndefined(entry.name);
-            if (standIn > 0) variable = &Top().base[standIn - 1].Resolved();
+            if (Top().routine->explicitNames)
+                variable = &DeclaredByText(entry.name);
+            else if (standIn > 0)
+                variable = &Top().base[standIn - 1].Resolved();
     }
     if (use == NameUse::Statement) {
         if (!variable || !variable->Is(VarType::Object)) FailNamed(ErrorCode::TypeMismatch, entry.name);
@@ -333,7 +344,9 @@ void Machine::CallValue(Value* first, std::size_t count, Value& callee) {
 
 void Machine::RefName(Value& target, std::size_t symbol, std::size_t standIn) {
     const SymbolKind kind = program_.symbols[symbol].kind;
-    if (kind == SymbolKind::Unknown && !Top().routine->explicitNames) {
+    if (kind == SymbolKind::Unknown && Top().routine->explicitNames) {
+        target = Value::ReferenceTo(DeclaredByText(program_.symbols[symbol].name));
+    } else if (kind == SymbolKind::Unknown) {
         if (standIn == 0) program_.symbols[symbol].kind = SymbolKind::Variable;
         target = Value::ReferenceTo(standIn > 0 ? Top().base[standIn - 1].Resolved() : stack_.get()[symbol]);
     } else if (kind == SymbolKind::Variable) {
@@ -347,13 +360,13 @@ void Machine::RefName(Value& target, std::size_t symbol, std::size_t standIn) {
 
 void Machine::AssignName(std::size_t symbol, Value& value, CallKind kind) {
     const Symbol entry = program_.symbols[symbol];
-    if (entry.kind == SymbolKind::Unknown) FailUndefined(entry.name);
     if (entry.kind == SymbolKind::HostMember) {
         InvokeObject(*entry.host, entry.member, kind, {&value, 1});
         return;
     }
-    if (entry.kind != SymbolKind::Variable) FailNamed(ErrorCode::IllegalAssignment, entry.name);
-    Value& target = stack_.get()[symbol];
+    const bool isUnknown = entry.kind == SymbolKind::Unknown;
+    if (!isUnknown && entry.kind != SymbolKind::Variable) FailNamed(ErrorCode::IllegalAssignment, entry.name);
+    Value& target = isUnknown ? DeclaredByText(entry.name) : stack_.get()[symbol];
     kind == CallKind::Set ? SetValue(target, value, false) : LetValue(target, value, false);
 }
 

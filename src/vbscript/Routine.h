@@ -37,7 +37,7 @@ struct Site {
 struct LocalName {
     NameId name;
     std::uint16_t slot;
-    bool byReference;
+    bool isStandIn = false;  ///< Only read: it counts while nothing else has that name.
 };
 
 /// A procedure in compiled form, or the outermost statements of a text.
@@ -70,7 +70,7 @@ struct Routine {
     struct Import {
         std::uint16_t slot;
         std::uint16_t outer;        ///< A register there,
-        Value* executed = nullptr;  ///< or one that a text executed there has declared.
+        Value* executed = nullptr;  ///< or one of the texts executed there.
     };
     std::vector<Import> imports;
     Value* importsFrom = nullptr;       ///< The registers of the routine around.

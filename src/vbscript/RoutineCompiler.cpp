@@ -86,7 +86,7 @@ void RoutineCompiler::DeclareLocals(const syntax::RoutineDeclaration& declaratio
     const auto addVariable = [&](NameId name, Where where) {
         const Register slot = NewRegister();
         AddLocal(name, {where, slot, nullptr, false});
-        routine_.names.push_back({name, slot, where == Where::Parameter});
+        routine_.names.push_back({name, slot});
     };
     for (const syntax::Parameter& parameter : declaration.parameters) {
         routine_.passing.push_back(parameter.byValue ? Routine::Passing::ByValue
@@ -101,11 +101,12 @@ void RoutineCompiler::DeclareLocals(const syntax::RoutineDeclaration& declaratio
         routine_.resultSlot = NewRegister();
         if (!locals_.contains(declaration.name)) {
             AddLocal(declaration.name, {Where::Local, routine_.resultSlot, nullptr, true});
-            routine_.names.push_back({declaration.name, static_cast<Register>(routine_.resultSlot), false});
+            routine_.names.push_back({declaration.name, static_cast<Register>(routine_.resultSlot)});
         }
     }
     for (const syntax::VariableDeclaration& variable : declaration.variables)
-        if (!Import(variable.name) && !ImportNew(variable.name)) addVariable(variable.name, Where::Local);
+        if (!Import(variable.name, Mention::Declared) && !ImportNew(variable.name))
+            addVariable(variable.name, Where::Local);
     for (const syntax::ConstantDeclaration& constant : declaration.constants) {
         localConstants_.push_back(ConstantValue(context_, tree_, constant));
         AddLocal(constant.name, {Where::Constant, 0, &localConstants_.back(), false});
@@ -168,23 +169,30 @@ void RoutineCompiler::Survey(const Expression* expression) {
 }
 
 /// Makes a local of the routine around, if it has one of that name, a variable here, too.
-bool RoutineCompiler::Import(NameId name) {
+bool RoutineCompiler::Import(NameId name, Mention mention) {
     if (!place_.around) return false;
     if (locals_.contains(name)) return true;
     for (const LocalName& outer : place_.around->names) {
         if (outer.name != name) continue;
-        AddImport(name, {0, outer.slot});
+        const bool isGlobal = outer.isStandIn && ResolveGlobal(name).where != Where::Late;
+        if (isGlobal && mention != Mention::Declared) return false;
+        if (outer.isStandIn && mention == Mention::Read) {
+            StandIn(name, {0, outer.slot});
+        } else {
+            if (outer.isStandIn) place_.executed->Declare(name);
+            AddImport(name, {0, outer.slot});
+        }
         return true;
     }
-    Value* const executed = place_.executed ? place_.executed->Find(name) : nullptr;
+    Value* const executed = place_.executed->Find(name);
     if (executed) AddImport(name, {0, 0, executed});
     return executed != nullptr;
 }
 
 /// Makes a variable that outlives this text; false when that is no concern.
 bool RoutineCompiler::ImportNew(NameId name) {
-    if (!place_.executed) return false;
-    AddImport(name, {0, 0, &place_.executed->Add(name)});
+    if (!place_.around) return false;
+    AddImport(name, {0, 0, &place_.executed->Declare(name)});
     return true;
 }
 
@@ -192,26 +200,43 @@ void RoutineCompiler::AddImport(NameId name, Routine::Import import) {
     import.slot = NewRegister();
     AddLocal(name, {Where::Parameter, import.slot, nullptr, false});
     routine_.imports.push_back(import);
+    routine_.names.push_back({name, import.slot});
+}
+
+void RoutineCompiler::StandIn(NameId name, Routine::Import import) {
+    if (standIns_.contains(name)) return;
+    import.slot = NewRegister();
+    if (place_.around) routine_.imports.push_back(import);
+    standIns_[name] = import.slot;
     routine_.names.push_back({name, import.slot, true});
 }
 
+/// False when the name has none.
+bool RoutineCompiler::StandInBecomesVariable(NameId name) {
+    const auto standIn = standIns_.find(name);
+    if (standIn == standIns_.end()) return false;
+    AddLocal(name, {place_.around ? Where::Parameter : Where::Local, standIn->second, nullptr, false});
+    if (place_.around) place_.executed->Declare(name);
+    for (LocalName& local : routine_.names)
+        if (local.name == name) local.isStandIn = false;
+    return true;
+}
+
 void RoutineCompiler::Use(NameId name, Mention mention) {
-    if (locals_.contains(name) || Import(name)) return;
-    const bool isOuter = routine_.kind == RoutineKind::Main && !place_.around;
     const bool assigned = mention != Mention::Read;
+    if (locals_.contains(name) || (assigned && StandInBecomesVariable(name)) || Import(name, mention)) return;
+    const bool isOuter = routine_.kind == RoutineKind::Main && !place_.around;
     const bool mustBeDeclared = routine_.explicitNames && mention != Mention::Declared;
     if (mustBeDeclared || (isOuter && !assigned) || Resolve(name).where != Where::Late) return;
     if (isOuter) {
         program_.symbols[static_cast<std::size_t>(program_.symbols.Of(name))].kind = SymbolKind::Variable;
     } else if (assigned) {
-        const auto standIn = standIns_.find(name);
-        if (standIn == standIns_.end() && ImportNew(name)) return;
-        const Register slot = standIn != standIns_.end() ? standIn->second : NewRegister();
+        if (ImportNew(name)) return;
+        const Register slot = NewRegister();
         AddLocal(name, {Where::Local, slot, nullptr, false});
-        if (standIn == standIns_.end()) routine_.names.push_back({name, slot, false});
-    } else if (!standIns_.contains(name)) {
-        standIns_[name] = NewRegister();
-        routine_.names.push_back({name, standIns_[name], false});
+        routine_.names.push_back({name, slot});
+    } else {
+        StandIn(name, {0, 0, place_.around ? &place_.executed->StandIn(name) : nullptr});
     }
 }
 
@@ -278,8 +303,6 @@ void RoutineCompiler::PassByValueWhereUnseen(const syntax::RoutineDeclaration& d
         meaning.where = Where::Local;
         routine_.passing[i] = Routine::Passing::Unseen;
         routine_.anyByValue = true;
-        for (LocalName& local : routine_.names)
-            if (local.slot == meaning.index) local.byReference = false;
     }
 }
 

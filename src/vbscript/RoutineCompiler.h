@@ -66,9 +66,11 @@ private:
     void Survey(const Statement& statement);
     void Survey(const Expression* expression);
     void SurveyTarget(const Expression* target, Mention mention);
-    bool Import(NameId name);
+    bool Import(NameId name, Mention mention);
     bool ImportNew(NameId name);
     void AddImport(NameId name, Routine::Import import);
+    void StandIn(NameId name, Routine::Import import);
+    bool StandInBecomesVariable(NameId name);
     void Use(NameId name, Mention mention);
     Meaning Resolve(NameId name, bool asCall = false);
     Meaning ResolveGlobal(NameId name);

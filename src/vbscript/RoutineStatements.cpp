@@ -166,6 +166,12 @@ RoutineCompiler::Register RoutineCompiler::ElementVariable(const Expression& exp
     if (expression.kind == ExpressionKind::Name) {
         const Meaning meaning = Resolve(expression.name);
         if (IsVariable(meaning)) return VariableRegister(meaning);
+        if (meaning.where == Where::Late) {
+            const Register reference = NewRegister();
+            PassByReference(expression, meaning, reference);
+            Dirty(reference);
+            return reference;
+        }
     }
     if (expression.kind == ExpressionKind::Call && expression.left->kind != ExpressionKind::Member &&
         expression.left->kind != ExpressionKind::WithMember) {
@@ -296,13 +302,9 @@ void RoutineCompiler::CompileReDim(const Statement& statement) {
     const Expression& base = *call.left;
     if (base.kind == ExpressionKind::Name) {
         const Meaning meaning = Resolve(base.name);
-        if (IsVariable(meaning)) return redim(VariableRegister(meaning));
-        if (meaning.where == Where::Late) {
-            const Register reference = NewRegister();
-            Emit(Opcode::RefName, reference, static_cast<std::size_t>(meaning.index));
-            return redim(reference);
-        }
-        return EmitRaise(ErrorCode::IllegalAssignment);
+        if (!IsVariable(meaning) && meaning.where != Where::Late)
+            return EmitRaise(ErrorCode::IllegalAssignment);
+        return redim(ElementVariable(base));
     }
     redim(ElementVariable(base));
 }
@@ -427,9 +429,9 @@ void RoutineCompiler::CompileFor(const Statement& statement) {
         store(counter);
         Emit(Opcode::ForBack, kept, counter);
     } else {
-        Emit(Opcode::ForBack, kept, kept);
+        EmitRaise(ErrorCode::ForNotInitialized);
     }
-    EmitWordD(static_cast<std::int32_t>(body));
+    if (IsVariable(meaning)) EmitWordD(static_cast<std::int32_t>(body));
     EndMark(foot);
     Target(enter);
     for (const std::size_t exit : loops_.back().exits) Target(exit);

@@ -10,4 +10,14 @@ WScript.Echo b(0)
 End Sub
 S
 WScript.Echo UBound(a)
+Sub Later : list(1) = 4 : WScript.Echo list(1) : End Sub
+ExecuteGlobal "Dim list(2)"
+Later
+Sub Texts
+On Error Resume Next
+Execute "Dim n : n = 5"
+n = n + 1 : WScript.Echo n
+For z = 1 To 3 : n = n + 1 : Next : WScript.Echo n & " " & Err.Number
+End Sub
+Texts
 q = 1

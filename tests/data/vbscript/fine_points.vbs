@@ -25,6 +25,14 @@ End Sub
 Texts : Texts
 WScript.Echo IsEmpty(n) & IsEmpty(m) & IsEmpty(inner)
 
+' What a text reads before another one declares it is the same variable, in later texts too.
+Sub Late
+    Execute "WScript.Echo TypeName(n) : Execute ""Dim n : n = 3"" : WScript.Echo n"
+    Execute "n = n + 1 : Bump k : WScript.Echo n & "" "" & Eval(""k + n"")"
+End Sub
+Sub Bump(p) : p = p + 2 : End Sub
+Late
+
 ' Arrays as they are declared.
 On Error Resume Next
 Dim bare(), fixed(1), x : fixed(1) = "kept"
