@@ -154,8 +154,9 @@ const DIB& Image::GetShadowDIB() {
 
 // --- Merging ---
 
+/// Entries that are no longer in use may still lie in the table.
 int Image::KeyColour() const {
-    return transparentEnabled_ && !transparentColorTable_.empty() ? transparentColorTable_[0] : NoKeyColour;
+    return transparentEnabled_ && transparentColorCount_ > 0 ? transparentColorTable_[0] : NoKeyColour;
 }
 
 bool Image::Opaque() const {
