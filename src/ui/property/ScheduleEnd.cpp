@@ -1,5 +1,6 @@
 #include "ui/property/ScheduleEnd.h"
 
+#include <QButtonGroup>
 #include <QDoubleSpinBox>
 #include <QGridLayout>
 #include <QRadioButton>
@@ -57,12 +58,14 @@ ScheduleEnd::ScheduleEnd(const ScheduleEndWords& words, std::function<void(const
     : QGroupBox(tr(words.title)), words_(words), apply_(std::move(apply)) {
     setObjectName(QLatin1String(words.name));
     auto* grid = new QGridLayout(this);
+    auto* choices = new QButtonGroup(this);
     for (int way = 0; way < 3; ++way) {
         const auto index = static_cast<std::size_t>(way);
         const QString caption = tr(words.ways[index].caption);
         const QString name = QLatin1String(words.name) + QLatin1String(WayNames[index]);
         buttons_[index] = new QRadioButton(caption);
         buttons_[index]->setObjectName(name);
+        choices->addButton(buttons_[index]);
         QWidget* editor = MakeEditor(way);
         editor->setObjectName(name + QStringLiteral("Value"));
         editor->setAccessibleName(QStringLiteral("%1: %2").arg(title(), QString(caption).remove('&')));

@@ -1,6 +1,7 @@
 #include "ui/property/ScheduleSetup.h"
 
 #include <QApplication>
+#include <QButtonGroup>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QRadioButton>
@@ -112,12 +113,15 @@ private:
         Contents()->addWidget(subject_);
         Contents()->addWidget(band_);
         constexpr std::array<const char*, 2> Captions = {"24-&Hours", "&From Start to"};
+        // Without a group the toolkit counts those of the boxes below in, and Tab passes them by.
+        auto* modes = new QButtonGroup(this);
         for (int mode = 0; mode < 2; ++mode) {
             auto* button = new QRadioButton(tr(Captions[static_cast<std::size_t>(mode)]));
             button->setObjectName(mode == Schedule::Always ? QStringLiteral("Always")
                                                            : QStringLiteral("FromStartTo"));
             connect(button, &QRadioButton::clicked, this,
                     [this, mode] { Apply([mode](Schedule& schedule) { schedule.SetScheduleMode(mode); }); });
+            modes->addButton(button);
             Contents()->addWidget(button);
             modes_[static_cast<std::size_t>(mode)] = button;
         }
