@@ -1,5 +1,6 @@
 #include "imaging/pixelops/MergeRows.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -30,6 +31,7 @@ constexpr auto BlendFactors = [] {
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "imaging/pixelops/MergeRows.cpp"
+#include <hwy/cache_control.h>
 #include <hwy/foreach_target.h>
 #include <hwy/highway.h>
 
@@ -91,31 +93,87 @@ HWY_INLINE V16 Darkened(V16 dest, V16 density) {
     return hn::Add(hn::Sub(quotient, hn::BitCast(d, above)), hn::BitCast(d, below));
 }
 
+#if HWY_ARCH_X86 && HWY_TARGET <= HWY_SSSE3
+// What this family of processors has for bytes and the library has no word for.
+#if HWY_TARGET <= HWY_AVX3
+HWY_INLINE V16 AddProducts(V8 bytes, V8 signedBytes) {
+    return V16{_mm512_maddubs_epi16(bytes.raw, signedBytes.raw)};
+}
+HWY_INLINE V8 Pack(V16 low, V16 high) { return V8{_mm512_packus_epi16(low.raw, high.raw)}; }
+#elif HWY_TARGET <= HWY_AVX2
+HWY_INLINE V16 AddProducts(V8 bytes, V8 signedBytes) {
+    return V16{_mm256_maddubs_epi16(bytes.raw, signedBytes.raw)};
+}
+HWY_INLINE V8 Pack(V16 low, V16 high) { return V8{_mm256_packus_epi16(low.raw, high.raw)}; }
+#else
+HWY_INLINE V16 AddProducts(V8 bytes, V8 signedBytes) {
+    return V16{_mm_maddubs_epi16(bytes.raw, signedBytes.raw)};
+}
+HWY_INLINE V8 Pack(V16 low, V16 high) { return V8{_mm_packus_epi16(low.raw, high.raw)}; }
+#endif
+
+/// [(dest * (255 - opacity) + paint * opacity) / 255], both products at once.
+///
+/// One factor of each has to be signed, so that dest and paint are taken 128 lower; this takes 255 * 128 from
+/// the sum, which together with the 128 of rounding makes 32768.
+HWY_INLINE V8 Blended(V8 dest, V8 paint, V8 opacity) {
+    const D8 d;
+    const V8 middle = hn::Set(d, 128), through = hn::Not(opacity);
+    const V8 below = hn::Xor(dest, middle), above = hn::Xor(paint, middle);
+    const auto by255 = [](V16 sums) {
+        return hn::MulHigh(hn::Add(sums, hn::Set(D16(), 32768)), hn::Set(D16(), 257));
+    };
+    return Pack(
+        by255(AddProducts(hn::InterleaveLower(d, through, opacity), hn::InterleaveLower(d, below, above))),
+        by255(AddProducts(hn::InterleaveUpper(d, through, opacity), hn::InterleaveUpper(d, below, above))));
+}
+
+#else
+
+/// [(dest * (255 - opacity) + paint * opacity) / 255]
+HWY_INLINE V8 Blended(V8 dest, V8 paint, V8 opacity) {
+    const V8 through = hn::Not(opacity);
+    return Join(By255(hn::Add(hn::Mul(Even(paint), Even(opacity)), hn::Mul(Even(dest), Even(through)))),
+                By255(hn::Add(hn::Mul(Odd(paint), Odd(opacity)), hn::Mul(Odd(dest), Odd(through)))));
+}
+
+#endif
+
 template <Laying laying>
-HWY_INLINE V8 Laid(V8 dest, V8 paint, V16 evenOpacity, V16 oddOpacity) {
-    const V16 even = hn::Mul(Even(paint), evenOpacity), odd = hn::Mul(Odd(paint), oddOpacity);
+HWY_INLINE V8 Laid(V8 dest, V8 paint, V8 opacity) {
     if constexpr (laying == Laying::KeepDenser) {
-        return hn::Max(dest, Join(By255(even), By255(odd)));
+        return hn::Max(dest, Scaled(paint, opacity));
     } else if constexpr (laying == Laying::Darken) {
-        return Join(Darkened(Even(dest), even), Darkened(Odd(dest), odd));
+        return Join(Darkened(Even(dest), hn::Mul(Even(paint), Even(opacity))),
+                    Darkened(Odd(dest), hn::Mul(Odd(paint), Odd(opacity))));
     } else {
-        const V16 whole = hn::Set(D16(), 255);
-        return Join(By255(hn::Add(even, hn::Mul(Even(dest), hn::Sub(whole, evenOpacity)))),
-                    By255(hn::Add(odd, hn::Mul(Odd(dest), hn::Sub(whole, oddOpacity)))));
+        return Blended(dest, paint, opacity);
     }
+}
+
+/// Vectors of a turn: whole lines of the cache.
+constexpr std::size_t TurnVectors = 4;
+
+/// Whether a turn of bytes is empty. So many are looked at together because where an image has gaps is not to
+/// be foreseen by the processor, which costs more than a few vectors of work.
+HWY_INLINE bool Empty(const std::uint8_t* bytes) {
+    const D8 d;
+    const std::size_t lanes = hn::Lanes(d);
+    const V8 any = hn::Or(hn::Or(hn::LoadU(d, bytes), hn::LoadU(d, bytes + lanes)),
+                          hn::Or(hn::LoadU(d, bytes + 2 * lanes), hn::LoadU(d, bytes + 3 * lanes)));
+    return hn::AllTrue(d, hn::Eq(any, hn::Zero(d)));
 }
 
 /// One vector of densities by a uniform opacity. Nothing is done where there are none, as in most of a shadow
 /// bitmap.
 template <Laying laying>
 struct Uniform {
-    V16 opacity;
-    explicit HWY_INLINE Uniform(int value) : opacity(hn::Set(D16(), static_cast<std::uint16_t>(value))) {}
+    V8 opacity;
+    explicit HWY_INLINE Uniform(int value) : opacity(hn::Set(D8(), static_cast<std::uint8_t>(value))) {}
+    static HWY_INLINE bool Skips(const std::uint8_t* paint, const std::uint8_t*) { return Empty(paint); }
     HWY_INLINE void operator()(std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t*) const {
         const D8 d;
-        const V8 bytes = hn::LoadU(d, paint);
-        if (hn::AllTrue(d, hn::Eq(bytes, hn::Zero(d)))) return;
-        hn::StoreU(Laid<laying>(hn::LoadU(d, dest), bytes, opacity, opacity), d, dest);
+        hn::StoreU(Laid<laying>(hn::LoadU(d, dest), hn::LoadU(d, paint), opacity), d, dest);
     }
 };
 
@@ -126,14 +184,15 @@ struct Uniform<Laying::Blend> {
     hn::Vec<DS16> factor;
     explicit HWY_INLINE Uniform(int opacity)
         : factor(hn::Set(DS16(), BlendFactors[static_cast<std::size_t>(opacity)])) {}
-    HWY_INLINE V16 Blended(V16 dest, V16 paint) const {
+    static HWY_INLINE bool Skips(const std::uint8_t*, const std::uint8_t*) { return false; }
+    HWY_INLINE V16 Moved(V16 dest, V16 paint) const {
         const auto way = hn::BitCast(DS16(), hn::Sub(paint, dest));
         return hn::Add(dest, hn::BitCast(D16(), hn::MulFixedPoint15(way, factor)));
     }
     HWY_INLINE void operator()(std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t*) const {
         const D8 d;
         const V8 below = hn::LoadU(d, dest), above = hn::LoadU(d, paint);
-        hn::StoreU(Join(Blended(Even(below), Even(above)), Blended(Odd(below), Odd(above))), d, dest);
+        hn::StoreU(Join(Moved(Even(below), Even(above)), Moved(Odd(below), Odd(above))), d, dest);
     }
 };
 
@@ -142,26 +201,38 @@ template <Laying laying, bool whole>
 struct Mapped {
     V16 opacity;
     explicit HWY_INLINE Mapped(int value) : opacity(hn::Set(D16(), static_cast<std::uint16_t>(value))) {}
+    static HWY_INLINE bool Skips(const std::uint8_t*, const std::uint8_t* map) { return Empty(map); }
     HWY_INLINE void operator()(std::uint8_t* dest, const std::uint8_t* paint, const std::uint8_t* map) const {
         const D8 d;
-        const V8 bytes = hn::LoadU(d, map);
-        if (hn::AllTrue(d, hn::Eq(bytes, hn::Zero(d)))) return;
-        V16 even = Even(bytes), odd = Odd(bytes);
-        if constexpr (!whole) {
-            even = By255(hn::Mul(even, opacity));
-            odd = By255(hn::Mul(odd, opacity));
-        }
-        hn::StoreU(Laid<laying>(hn::LoadU(d, dest), hn::LoadU(d, paint), even, odd), d, dest);
+        V8 part = hn::LoadU(d, map);
+        if constexpr (!whole) part = Scaled(part, opacity);
+        hn::StoreU(Laid<laying>(hn::LoadU(d, dest), hn::LoadU(d, paint), part), d, dest);
     }
 };
+
+/// Asks the memory for the bytes that a later turn needs. Its own foresight ends at the borders of pages.
+/// What lies behind the end of a row is most often the next one; asking for what does not exist is harmless.
+HWY_INLINE void FetchAhead(const std::uint8_t* bytes) {
+    constexpr std::size_t Ahead = 1024, Line = 64;
+    for (std::size_t at = 0; at < TurnVectors * hn::Lanes(D8()); at += Line)
+        hwy::Prefetch(bytes + Ahead + at);
+}
 
 /// Runs `step` along a row, the last incomplete vector by copies of its bytes.
 template <typename Step>
 HWY_INLINE void AlongRow(const Step& step, std::uint8_t* dest, const std::uint8_t* paint,
                          const std::uint8_t* map, std::size_t count) {
-    const std::size_t lanes = hn::Lanes(D8());
+    const std::size_t lanes = hn::Lanes(D8()), turn = TurnVectors * lanes;
+    const auto mapAt = [map](std::size_t i) { return map ? map + i : nullptr; };
     std::size_t i = 0;
-    for (; i + lanes <= count; i += lanes) step(dest + i, paint + i, map ? map + i : nullptr);
+    for (; i + turn <= count; i += turn) {
+        if (Step::Skips(paint + i, mapAt(i))) continue;
+        for (const std::uint8_t* bytes : {static_cast<const std::uint8_t*>(dest) + i, paint + i, mapAt(i)})
+            if (bytes) FetchAhead(bytes);
+        for (std::size_t part = i; part < i + turn; part += lanes)
+            step(dest + part, paint + part, mapAt(part));
+    }
+    for (; i + lanes <= count; i += lanes) step(dest + i, paint + i, mapAt(i));
     if (i == count) return;
     const std::size_t rest = count - i;
     std::uint8_t lastDest[MaximumLanes], lastPaint[MaximumLanes], lastMap[MaximumLanes];
@@ -204,108 +275,129 @@ constexpr auto Thirds = [] {
     return bytes;
 }();
 
-/// Bytes of a row that are matched at a time: whole pixels, and whole vectors three at a time.
-constexpr std::size_t MatchedBytes = 3072;
-
-/// All ones in the bytes of `source` that begin a pixel of the range; `bytes` is a multiple of three vectors.
-/// A pixel's other components are read at the next two addresses, so that nothing need be shuffled.
-HWY_INLINE void FindPixels(std::uint8_t* found, const std::uint8_t* source, const ColourRange& range,
-                           std::size_t bytes) {
-    const D8 d;
-    const std::size_t lanes = hn::Lanes(d);
-    const V8 lowBlue = hn::Set(d, range.low[0]), highBlue = hn::Set(d, range.high[0]);
-    const V8 lowGreen = hn::Set(d, range.low[1]), highGreen = hn::Set(d, range.high[1]);
-    const V8 lowRed = hn::Set(d, range.low[2]), highRed = hn::Set(d, range.high[2]);
-    for (std::size_t i = 0; i < bytes; i += 3 * lanes) {
-        for (std::size_t part = 0; part < 3 * lanes; part += lanes) {
-            const std::uint8_t* at = source + i + part;
-            const V8 blue = hn::LoadU(d, at), green = hn::LoadU(d, at + 1), red = hn::LoadU(d, at + 2);
-            const V8 below =
-                hn::Or(hn::Or(hn::SaturatedSub(lowBlue, blue), hn::SaturatedSub(lowGreen, green)),
-                       hn::SaturatedSub(lowRed, red));
-            const V8 above =
-                hn::Or(hn::Or(hn::SaturatedSub(blue, highBlue), hn::SaturatedSub(green, highGreen)),
-                       hn::SaturatedSub(red, highRed));
-            const V8 within = hn::VecFromMask(d, hn::Eq(hn::Or(below, above), hn::Zero(d)));
-            hn::StoreU(hn::And(within, hn::LoadU(d, Thirds.data() + part)), d, found + i + part);
+/// Finds the pixels of a range. Each byte is compared together with the other two of its pixel, which are
+/// read from addresses beside it, so that the answer stands in all three.
+class Finder {
+public:
+    explicit HWY_INLINE Finder(const ColourRange& range) {
+        for (std::size_t phase = 0; phase < 3; ++phase)
+            first_[phase] = hn::MaskFromVec(hn::LoadU(D8(), Thirds.data() + phase));
+        const std::uint8_t widths[] = {Width(range, 0), Width(range, 1), Width(range, 2)};
+        for (std::size_t phase = 0; phase < 3; ++phase) {
+            low_[phase] = Components(range.low, phase);
+            width_[phase] = Components(widths, phase);
         }
     }
-}
 
-/// All ones in all bytes of the pixels that were found.
-HWY_INLINE V8 WholePixels(const std::uint8_t* found) {
-    const D8 d;
-    return hn::Or(hn::LoadU(d, found), hn::Or(hn::LoadU(d, found - 1), hn::LoadU(d, found - 2)));
-}
-
-/// Calls use(i, mask) for each vector of a row, and use.Last(i, masks, count) for the bytes that remain.
-template <typename Use>
-HWY_INLINE void MatchRow(const std::uint8_t* source, const ColourRange& range, std::size_t bytes,
-                         const Use& use) {
-    const D8 d;
-    const std::size_t lanes = hn::Lanes(d), step = 3 * lanes;
-    std::uint8_t buffer[2 + MatchedBytes] = {};
-    std::uint8_t* const found = buffer + 2;
-    std::size_t i = 0;
-    while (i + step + 2 <= bytes) {  // two bytes behind the last vector are read
-        const std::size_t left = (bytes - i - 2) / step * step;
-        const std::size_t count = left < MatchedBytes ? left : MatchedBytes;
-        FindPixels(found, source + i, range, count);
-        for (std::size_t at = 0; at < count; at += lanes) use(i + at, WholePixels(found + at));
-        i += count;
+    /// All ones in the bytes of the pixels that lie within; `phase` is what component the first byte is. The
+    /// two bytes before the vector and behind it are read, too.
+    HWY_INLINE V8 operator()(const std::uint8_t* bytes, std::size_t phase) const {
+        const D8 d;
+        const V8 next =
+            hn::IfThenElse(first_[(phase + 1) % 3], hn::LoadU(d, bytes - 2), hn::LoadU(d, bytes + 1));
+        const V8 third = hn::IfThenElse(first_[phase % 3], hn::LoadU(d, bytes + 2), hn::LoadU(d, bytes - 1));
+        const V8 beside = hn::Or(hn::Or(Beside(hn::LoadU(d, bytes), phase), Beside(next, phase + 1)),
+                                 Beside(third, phase + 2));
+        return hn::VecFromMask(d, hn::Eq(beside, hn::Zero(d)));
     }
-    if (i == bytes) return;
-    std::uint8_t rest[6 * MaximumLanes + 2] = {}, masks[6 * MaximumLanes];
-    std::memcpy(rest, source + i, bytes - i);
-    FindPixels(found, rest, range, 2 * step);
-    for (std::size_t at = 0; at < 2 * step; at += lanes) hn::StoreU(WholePixels(found + at), d, masks + at);
-    use.Last(i, masks, bytes - i);
+
+private:
+    static HWY_INLINE std::uint8_t Width(const ColourRange& range, int component) {
+        return static_cast<std::uint8_t>(range.high[component] - range.low[component]);
+    }
+
+    /// The values of blue, green and red over and over.
+    HWY_INLINE V8 Components(const std::uint8_t* values, std::size_t phase) const {
+        const D8 d;
+        return hn::IfThenElse(
+            first_[phase], hn::Set(d, values[0]),
+            hn::IfThenElse(first_[(phase + 2) % 3], hn::Set(d, values[1]), hn::Set(d, values[2])));
+    }
+
+    /// More than 0 beside the range: what lies below it turns into large numbers.
+    HWY_INLINE V8 Beside(V8 bytes, std::size_t phase) const {
+        return hn::SaturatedSub(hn::Sub(bytes, low_[phase % 3]), width_[phase % 3]);
+    }
+
+    hn::Mask<D8> first_[3];  ///< Where pixels begin, in a vector that begins with each component.
+    V8 low_[3], width_[3];
+};
+
+/// Runs `step` along a row of whole pixels: step(dest, source, mask) for a vector, the mask all ones in the
+/// pixels of the range, or step.None(dest, source) for one without any.
+template <typename Step>
+HWY_INLINE void MatchRow(const Step& step, std::uint8_t* dest, const std::uint8_t* source,
+                         const ColourRange& range, std::size_t count) {
+    const D8 d;
+    const std::size_t lanes = hn::Lanes(d), turn = 3 * lanes;
+    const Finder find(range);
+    const auto onCopies = [&](std::size_t i, std::size_t end) {
+        std::uint8_t lastDest[4 * MaximumLanes] = {}, lastSource[4 * MaximumLanes + 4] = {};
+        std::memcpy(lastDest, dest + i, end - i);
+        std::memcpy(lastSource + 2, source + i, end - i);
+        for (std::size_t at = 0; i + at < end; at += lanes)
+            step(lastDest + at, lastSource + 2 + at, find(lastSource + 2 + at, at));
+        std::memcpy(dest + i, lastDest, end - i);
+    };
+    std::size_t i = std::min<std::size_t>(count, 3);
+    onCopies(0, i);
+    for (; i + turn + 2 <= count; i += turn) {
+        const V8 first = find(source + i, 0), second = find(source + i + lanes, lanes),
+                 third = find(source + i + 2 * lanes, 2 * lanes);
+        if (hn::AllTrue(d, hn::Eq(hn::Or(hn::Or(first, second), third), hn::Zero(d)))) {
+            for (std::size_t at = i; at < i + turn; at += lanes) step.None(dest + at, source + at);
+        } else {
+            step(dest + i, source + i, first);
+            step(dest + i + lanes, source + i + lanes, second);
+            step(dest + i + 2 * lanes, source + i + 2 * lanes, third);
+        }
+    }
+    onCopies(i, count);
+}
+
+/// Vectors too long, or a range that cannot be told by its widths.
+HWY_INLINE bool TakesReference(const ColourRange& range) {
+    return hn::Lanes(D8()) > MaximumLanes || range.low[0] > range.high[0] || range.low[1] > range.high[1] ||
+           range.low[2] > range.high[2];
 }
 
 struct Keep {
-    std::uint8_t* kept;
-    std::uint8_t value;
+    V8 limit;
 
-    HWY_INLINE void operator()(std::size_t i, V8 mask) const {
+    static HWY_INLINE void None(std::uint8_t*, const std::uint8_t*) {}
+    HWY_INLINE void operator()(std::uint8_t* kept, const std::uint8_t*, V8 mask) const {
         const D8 d;
-        const V8 limit = hn::Or(hn::Not(mask), hn::Set(d, value));
-        hn::StoreU(hn::Min(hn::LoadU(d, kept + i), limit), d, kept + i);
-    }
-    HWY_INLINE void Last(std::size_t i, const std::uint8_t* masks, std::size_t count) const {
-        for (std::size_t at = 0; at < count; ++at)
-            if (masks[at] && value < kept[i + at]) kept[i + at] = value;
+        hn::StoreU(hn::Min(hn::LoadU(d, kept), hn::Or(hn::Not(mask), limit)), d, kept);
     }
 };
 
 void KeepRow(std::uint8_t* kept, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
-    if (hn::Lanes(D8()) > MaximumLanes) return reference::KeepRow(kept, source, range, pixels);
-    MatchRow(source, range, pixels * 3, Keep{kept, range.kept});
+    if (TakesReference(range)) return reference::KeepRow(kept, source, range, pixels);
+    MatchRow(Keep{hn::Set(D8(), range.kept)}, kept, source, range, pixels * 3);
 }
 
 struct Hide {
-    std::uint8_t* dest;
-    const std::uint8_t* source;
-
-    HWY_INLINE void operator()(std::size_t i, V8 mask) const {
+    static HWY_INLINE void None(std::uint8_t* dest, const std::uint8_t* source) {
         const D8 d;
-        const V8 result =
-            hn::IfThenElse(hn::MaskFromVec(mask), hn::LoadU(d, dest + i), hn::LoadU(d, source + i));
-        hn::StoreU(result, d, dest + i);
+        hn::StoreU(hn::LoadU(d, source), d, dest);
     }
-    HWY_INLINE void Last(std::size_t i, const std::uint8_t* masks, std::size_t count) const {
-        for (std::size_t at = 0; at < count; ++at)
-            if (!masks[at]) dest[i + at] = source[i + at];
+    HWY_INLINE void operator()(std::uint8_t* dest, const std::uint8_t* source, V8 mask) const {
+        const D8 d;
+        const auto hidden = hn::MaskFromVec(mask);
+        if (hn::AllTrue(d, hidden)) return;  // as in most of a keyed background
+        hn::StoreU(hn::IfThenElse(hidden, hn::LoadU(d, dest), hn::LoadU(d, source)), d, dest);
     }
 };
 
 void HideRow(std::uint8_t* dest, const std::uint8_t* source, const ColourRange& range, std::size_t pixels) {
-    if (hn::Lanes(D8()) > MaximumLanes) return reference::HideRow(dest, source, range, pixels);
-    MatchRow(source, range, pixels * 3, Hide{dest, source});
+    if (TakesReference(range)) return reference::HideRow(dest, source, range, pixels);
+    MatchRow(Hide(), dest, source, range, pixels * 3);
 }
 
 /// One vector of `ScaleRow`.
 struct Scale {
     V16 opacity;
+    static HWY_INLINE bool Skips(const std::uint8_t*, const std::uint8_t*) { return false; }
     explicit HWY_INLINE Scale(int value) : opacity(hn::Set(D16(), static_cast<std::uint16_t>(value))) {}
     HWY_INLINE void operator()(std::uint8_t* kept, const std::uint8_t* map, const std::uint8_t*) const {
         const D8 d;
