@@ -1,9 +1,5 @@
 #include "publish/CanvasSaves.h"
 
-#include <map>
-
-#include <gmock/gmock.h>
-
 #include "platform/jpeg/TurboJpegCodec.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "support/FaultyFileSystem.h"
@@ -11,13 +7,8 @@
 #include "support/TemporaryFolder.h"
 #include "support/TestPlatform.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
-using namespace tessaloom::testing;
 
 constexpr double Day = 38731;  // 14 January 2006
 
@@ -218,8 +209,8 @@ TEST(CanvasSaves, GoesOnWhenFilesFailAndLogsTheFirstFailureInARow) {
         at.faulty.FailFrom(1);
         at.Pass(1);
         at.Pass(2);
-        EXPECT_THAT(at.log, ElementsAre(::testing::AllOf(HasSubstr("Fixed save: \"images\\fixed.jpg\""),
-                                                         HasSubstr("No space left")),
+        EXPECT_THAT(at.log, ElementsAre(AllOf(HasSubstr("Fixed save: \"images\\fixed.jpg\""),
+                                              HasSubstr("No space left")),
                                         HasSubstr("")))
             << "one for each output";
         at.log.clear();
@@ -288,4 +279,4 @@ TEST(CanvasSaves, MovesNoFoldersAndMakesNone) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

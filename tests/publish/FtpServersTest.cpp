@@ -1,11 +1,4 @@
-#include <gmock/gmock.h>
 #include <malloc.h>
-
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <random>
 
 #include "core/Log.h"
 #include "platform/curl/CurlFtpClients.h"
@@ -20,9 +13,6 @@
 namespace tessaloom::testing {
 namespace {
 
-using ::testing::HasSubstr;
-using ::testing::Not;
-using ::testing::StartsWith;
 using Fault = ScriptedFtpServer::Fault;
 using State = InetFTP::State;
 
@@ -31,11 +21,6 @@ std::string Noise(std::size_t bytes) {
     std::minstd_rand random(static_cast<unsigned>(bytes));
     for (char& c : noise) c = static_cast<char>(random() >> 8);
     return noise;
-}
-
-std::string ContentsOf(const std::string& file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
 }
 
 struct Disk : MemoryFileSystem {
@@ -105,7 +90,7 @@ void UploadInEveryWay(FtpServer::Kind kind, bool passive) {
                 const std::string picture = Noise(bytes);
                 EXPECT_TRUE(at.Upload(picture));
                 EXPECT_EQ(at.ftp.Stage(), keep ? "File Send Complete" : "Disconnected") << at.ftp.Status();
-                EXPECT_TRUE(ContentsOf(server.Folder() + "/" + at.order.remoteFile) == picture);
+                EXPECT_TRUE(BytesOf(server.Folder() + "/" + at.order.remoteFile) == picture);
             }
         }
         if (keep) {
@@ -142,7 +127,7 @@ TEST(FtpServers, MustBeKnownWhereTheyAreVerified) {
         at.order.remoteFolder = server.RemoteFolder();
         EXPECT_TRUE(at.Upload("picture"));
         EXPECT_EQ(at.ftp.Stage(), "Connect Error");
-        EXPECT_THAT(at.ftp.Status(), ::testing::AnyOf(HasSubstr("certificate"), HasSubstr("remote key")));
+        EXPECT_THAT(at.ftp.Status(), AnyOf(HasSubstr("certificate"), HasSubstr("remote key")));
     }
     // Neither is a connection without protection taken in place of a secured one.
     const FtpServer plain(FtpServer::Kind::Pyftpdlib);
@@ -184,7 +169,7 @@ TEST(FtpServers, RefuseWithoutHarm) {
         EXPECT_EQ(at.ftp.Stage(), row.stage) << at.ftp.Status();
         EXPECT_THAT(at.ftp.Status(), Not(HasSubstr("secret")));
     }
-    EXPECT_EQ(ContentsOf(server.Folder() + "/x"), "picture");
+    EXPECT_EQ(BytesOf(server.Folder() + "/x"), "picture");
     EXPECT_THAT(log.text, HasSubstr("New State. myState=51"));
     EXPECT_THAT(log.text, HasSubstr("Error. Number=550,Description=550 "));
     EXPECT_THAT(log.text, Not(HasSubstr("secret")));

@@ -1,9 +1,4 @@
-#include <gmock/gmock.h>
 #include <sys/resource.h>
-
-#include <filesystem>
-#include <fstream>
-#include <random>
 
 #include "model/Canvas.h"
 #include "model/Portfolio.h"
@@ -23,9 +18,6 @@ namespace tessaloom::testing {
 namespace {
 
 namespace fs = std::filesystem;
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::StartsWith;
 
 constexpr std::string_view KeepAlive = " HTTP/1.1\r\nHost: x\r\ncOnnection: Keep-Alive\r\n\r\n";
 constexpr std::string_view Secret = "nobody may read this";
@@ -206,18 +198,11 @@ TEST_F(WebServerTest, ReadsNothingOutsideItsFolder) {
     fs::create_directory_symlink("..", folder / "web/up");
     fs::create_symlink("sub/a b.TXT", folder / "web/inner.txt");
     const std::string full = folder / "secret.txt";
-    std::vector<std::string> paths{"/link.txt",
-                                   "/up/secret.txt",
-                                   "/link.txt%00",
-                                   "/link.txt/",
-                                   full,
-                                   "/" + full,
-                                   "//" + full,
-                                   "file://" + full,
-                                   "C:" + full,
-                                   "/%00../secret.txt",
-                                   "/" + std::string(5000, 'a'),
-                                   "/" + std::string(300, '/') + full};
+    // clang-format off
+    std::vector<std::string> paths{
+        "/link.txt", "/up/secret.txt", "/link.txt%00", "/link.txt/", full, "/" + full, "//" + full, "file://" + full,
+        "C:" + full, "/%00../secret.txt", "/" + std::string(5000, 'a'), "/" + std::string(300, '/') + full};
+    // clang-format on
     for (const std::string dots :
          {"..", "%2e%2e", ".%2E", "%2e.", "%252e%252e", "%c0%ae%c0%ae", ". .", "...."})
         for (const std::string slash : {"/", "\\", "%2f", "%5C", "%255c", "%c0%af", "//", "/./"})
