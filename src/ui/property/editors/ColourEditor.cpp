@@ -2,6 +2,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QToolButton>
+#include <algorithm>
 
 #include "model/KeyKinds.h"
 #include "ui/property/editors/Parts.h"
@@ -27,7 +28,10 @@ public:
     explicit ColourEditor(const Subject& subject)
         : TypedEditor(subject), swatch_(OpenButton({}, "swatch", "Choose a colour")) {
         auto* line = new QLineEdit;
-        line->setMaximumWidth(line->fontMetrics().horizontalAdvance("#MMMMMM") + fontMetrics().height());
+        const QFontMetrics metrics = line->fontMetrics();
+        line->setMaximumWidth(
+            std::max(metrics.horizontalAdvance("#MMMMMM"), metrics.horizontalAdvance(SeveralValues())) +
+            metrics.height());
         SetLine(line);
         auto* layout = LayParts(this, line);
         layout->insertWidget(0, swatch_);
