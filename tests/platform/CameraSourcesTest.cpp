@@ -1,13 +1,8 @@
-#include <gtest/gtest.h>
 #include <linux/videodev2.h>
 
-#include <algorithm>
-#include <array>
 #include <atomic>
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 
 #include "platform/jpeg/TurboJpegCodec.h"
 #include "platform/v4l2/CameraSources.h"

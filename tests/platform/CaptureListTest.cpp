@@ -1,10 +1,4 @@
-#include <gtest/gtest.h>
 #include <poll.h>
-
-#include <chrono>
-#include <filesystem>
-#include <fstream>
-#include <functional>
 
 #include "platform/capture/CaptureList.h"
 #include "platform/capture/FrameExchange.h"

@@ -1,11 +1,6 @@
 #include "platform/curl/CurlTransfers.h"
 
-#include <gmock/gmock.h>
-
-#include <chrono>
-#include <functional>
 #include <thread>
-#include <vector>
 
 #include "support/LocalHttpServer.h"
 #include "support/TlsServer.h"
@@ -13,9 +8,6 @@
 namespace tessaloom::testing {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::Not;
 using Connection = LocalHttpServer::Connection;
 using State = TransferState;
 

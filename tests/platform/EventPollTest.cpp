@@ -1,12 +1,11 @@
 #include "platform/posix/EventPoll.h"
 
-#include <gtest/gtest.h>
 #include <sys/epoll.h>
 #include <sys/eventfd.h>
 
-#include <chrono>
+#include "support/Testing.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 /// Always ready, and busy for longer than one `Dispatch` may last.
@@ -30,4 +29,4 @@ TEST(EventPoll, GivesEverybodyHisTurn) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

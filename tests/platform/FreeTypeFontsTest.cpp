@@ -1,15 +1,10 @@
 #include "platform/text/FreeTypeFonts.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <numeric>
-#include <random>
-#include <set>
-#include <string>
-#include <vector>
 
-namespace tessaloom {
+#include "support/Testing.h"
+
+namespace tessaloom::testing {
 namespace {
 
 /// A coverage map, top row first, with what tests ask of it.
@@ -216,4 +211,4 @@ TEST(FreeTypeFontsWithoutFonts, DrawNothing) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

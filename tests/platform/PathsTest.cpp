@@ -1,8 +1,8 @@
 #include "platform/Paths.h"
 
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 TEST(Paths, AreTakenApartAtBothSeparators) {
@@ -38,4 +38,4 @@ TEST(Paths, AreJoinedByOneSeparator) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <grp.h>
-#include <gtest/gtest.h>
 #include <sys/file.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -10,12 +9,11 @@
 #include <unistd.h>
 
 #include <csignal>
-#include <filesystem>
 
 #include "platform/posix/Descriptor.h"
 #include "support/TemporaryFolder.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 namespace fs = std::filesystem;
@@ -32,7 +30,7 @@ protected:
 
     auto Entries() const { return std::distance(fs::directory_iterator(folder_.Path()), {}); }
 
-    testing::TemporaryFolder folder_;
+    TemporaryFolder folder_;
     PosixFileSystem files_;
 };
 
@@ -219,4 +217,4 @@ TEST_F(PosixFileSystemTest, TellsAChangedFileByItsStamp) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,19 +1,16 @@
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <ctime>
-#include <filesystem>
-#include <random>
 
 #include "platform/posix/Descriptor.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/profile/ProfileFiles.h"
 #include "support/TemporaryFolder.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 constexpr int Keys = 200;
@@ -65,7 +62,7 @@ int VersionOf(const std::string& path) {
 }
 
 TEST(ProfileCrash, LeavesOneWholeVersionWheneverTheProcessIsKilled) {
-    const testing::TemporaryFolder folder(testing::TemporaryFolder::InMemory());
+    const TemporaryFolder folder(TemporaryFolder::InMemory());
     const std::string path = folder / "a.can";
     std::mt19937 random(7);
     const std::clock_t before = std::clock();
@@ -109,4 +106,4 @@ TEST(ProfileCrash, LeavesOneWholeVersionWheneverTheProcessIsKilled) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

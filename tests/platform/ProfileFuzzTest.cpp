@@ -1,9 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <map>
-#include <random>
-#include <span>
-
 #include "platform/TextEncoding.h"
 #include "platform/profile/ProfileDocument.h"
 #include "platform/profile/ProfileFiles.h"
@@ -11,7 +5,7 @@
 
 // Random files, most of them made of what profile files are made of, under a fixed seed.
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 // clang-format off
@@ -112,7 +106,7 @@ TEST_F(ProfileFuzzTest, SeesAfterAnyChangeWhatTheFileSays) {
 }
 
 TEST_F(ProfileFuzzTest, SurvivesAnyBytes) {
-    testing::MemoryFileSystem files;
+    MemoryFileSystem files;
     for (int round = 0; round < 3000; ++round) {
         std::string bytes(Below(200), '\0');
         for (char& byte : bytes)
@@ -127,4 +121,4 @@ TEST_F(ProfileFuzzTest, SurvivesAnyBytes) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,10 +1,6 @@
 #include "platform/qt/QtPictureLoader.h"
 
-#include <gtest/gtest.h>
-
 #include <QGuiApplication>
-#include <string>
-#include <utility>
 
 #include "support/PictureData.h"
 

@@ -1,13 +1,8 @@
 #include "platform/qt/QtSystemTime.h"
 
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
-#include <cmath>
-#include <cstdlib>
-#include <optional>
-#include <string>
-
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 std::timespec universalTime{};
@@ -119,4 +114,4 @@ TEST(QtSystemTime, JumpsWithTheWallClock) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,11 +1,10 @@
 #include "platform/qt/QtTimer.h"
 
-#include <gtest/gtest.h>
-
 #include <QCoreApplication>
-#include <algorithm>
 
-namespace tessaloom {
+#include "support/Testing.h"
+
+namespace tessaloom::testing {
 namespace {
 
 TEST(QtTimer, NeverTicksWithinATick) {
@@ -27,4 +26,4 @@ TEST(QtTimer, NeverTicksWithinATick) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,19 +1,14 @@
 #include "platform/qt/QtUserLocale.h"
 
-#include <gtest/gtest.h>
-
 #include <QLocale>
-#include <array>
 #include <tuple>
-#include <utility>
-#include <vector>
 
 #include "core/modNumbers.h"
 #include "locale/Conversion.h"
 #include "support/TestLocales.h"
 #include "support/Tsv.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 /// All that decides how numbers and dates are read and written; short names differ between sources.
@@ -25,15 +20,14 @@ auto Core(const UserLocale& user) {
 }
 
 TEST(QtUserLocale, AgreesWithTheFixedLocalesOfTheTests) {
-    for (const char* name : {"en_US", "C"})
-        EXPECT_EQ(Core(QtUserLocale(name)), Core(testing::EnglishLocale()));
-    EXPECT_EQ(Core(QtUserLocale("de_DE")), Core(testing::GermanLocale()));
+    for (const char* name : {"en_US", "C"}) EXPECT_EQ(Core(QtUserLocale(name)), Core(EnglishLocale()));
+    EXPECT_EQ(Core(QtUserLocale("de_DE")), Core(GermanLocale()));
 }
 
 TEST(QtUserLocale, ReadsTheGermanRowsUnderTheRealLocale) {
     const auto german = QtUserLocale("de_DE");
     int rows = 0;
-    for (const auto& row : testing::ReadTsv(TEST_DATA "/vectors/numbers.tsv")) {
+    for (const auto& row : ReadTsv(TEST_DATA "/vectors/numbers.tsv")) {
         if (row[0] != "I4FromStr" || row[1] != "1031") continue;
         SCOPED_TRACE("line " + std::to_string(row.line) + ": " + row[2]);
         const auto actual = LongFromText(row[2], german);
@@ -125,4 +119,4 @@ TEST(QtUserLocale, FollowsTheCategoriesOfTheSession) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,16 +1,11 @@
 #include "platform/qt/QtWallpaper.h"
 
-#include <gtest/gtest.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
-#include <cstdlib>
-#include <fstream>
-#include <iterator>
-#include <map>
 
 #include "support/ServerProgram.h"
 #include "support/TemporaryFolder.h"
@@ -26,18 +21,13 @@ void BeginSession(const std::map<std::string, std::string>& variables) {
     for (const auto& [name, value] : variables) setenv(name.c_str(), value.c_str(), 1);
 }
 
-std::string ContentsOf(const std::string& file) {
-    std::ifstream in(file);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
 struct Desk {
     int count = 0;
     QCoreApplication application{count, nullptr};
     TemporaryFolder folder;
     std::string failure;
 
-    std::string Calls() const { return ContentsOf(folder / "calls"); }
+    std::string Calls() const { return BytesOf(folder / "calls"); }
 
     /// A program that notes how it was called; then `script` runs.
     std::string Recorder(const std::string& name, const std::string& script) const {
@@ -136,7 +126,7 @@ TEST(QtWallpaper, ChangesTheSettingsOfGnome) {
     EXPECT_TRUE(wallpaper.Set("/a/T.bmp"));
     Desk::WaitFor(wallpaper);
     EXPECT_EQ(at.failure, "");
-    EXPECT_NE(ContentsOf(at.folder / "glib-2.0/settings/keyfile").find("picture-uri='file:///a/T.bmp'"),
+    EXPECT_NE(BytesOf(at.folder / "glib-2.0/settings/keyfile").find("picture-uri='file:///a/T.bmp'"),
               std::string::npos);
 }
 
@@ -187,8 +177,8 @@ TEST(QtWallpaper, CallsTheServicesOfTheSession) {
         Desk::WaitFor(wallpaper);
         EXPECT_EQ(at.failure, "");
         EXPECT_TRUE(Comes([&] {
-            return ContentsOf(at.folder / row.desktop).find(row.call) != std::string::npos;
-        })) << ContentsOf(at.folder / row.desktop);
+            return BytesOf(at.folder / row.desktop).find(row.call) != std::string::npos;
+        })) << BytesOf(at.folder / row.desktop);
     }
     // Nobody there: told at once.
     BeginSession({
@@ -208,8 +198,8 @@ TEST(QtWallpaper, PaintsTheRootWindow) {
     ServerProgram server({"/bin/sh", "-c",
                           "exec Xvfb -displayfd 3 -noreset -nolisten tcp -screen 0 64x48x24 -fbdir '" +
                               at.folder.Path() + "' 3>'" + number + "'"});
-    ASSERT_TRUE(Comes([&] { return ContentsOf(number).ends_with('\n'); }));
-    std::string display = ":" + ContentsOf(number);
+    ASSERT_TRUE(Comes([&] { return BytesOf(number).ends_with('\n'); }));
+    std::string display = ":" + BytesOf(number);
     display.pop_back();
     BeginSession({
         {"DISPLAY", display}
@@ -227,7 +217,7 @@ TEST(QtWallpaper, PaintsTheRootWindow) {
     Desk::WaitFor(wallpaper);
     EXPECT_EQ(at.failure, "");
     EXPECT_TRUE(Comes([&] {
-        const std::string screen = ContentsOf(at.folder / "Xvfb_screen0");
+        const std::string screen = BytesOf(at.folder / "Xvfb_screen0");
         return screen.size() > Bytes && screen.substr(screen.size() - Bytes + Bytes / 2, 3) == "\xCC\x66\x33";
     }));
 }

@@ -1,11 +1,3 @@
-#include <gmock/gmock.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <set>
-
 #include "platform/ffmpeg/StreamSources.h"
 #include "support/CaughtFrames.h"
 #include "support/LocalHttpServer.h"
@@ -118,7 +110,7 @@ TEST_F(Streams, WhatIsNoVideoEndsWithAReason) {
         frames.Start(*source);
         const std::string told = frames.Reason();
         EXPECT_NE(told, "");
-        EXPECT_THAT(told, ::testing::HasSubstr(reason));
+        EXPECT_THAT(told, HasSubstr(reason));
     }
 }
 
@@ -161,8 +153,7 @@ void PlayAsRtsp(LocalHttpServer::Connection& line, const std::string& film) {
 }
 
 TEST_F(Streams, ARtspCameraThatHangsUpIsHeardAgain) {
-    std::ifstream clip(Clip("clip.ts", "testsrc2=s=64x48:r=50:d=1", {"-c:v", "mpeg2video"}));
-    const std::string film(std::istreambuf_iterator<char>(clip), {});
+    const std::string film = BytesOf(Clip("clip.ts", "testsrc2=s=64x48:r=50:d=1", {"-c:v", "mpeg2video"}));
     LocalHttpServer server;
     const std::string port = std::to_string(server.Port());
     server.On("rtsp://127.0.0.1:" + port + "/live", [&](auto& line) { PlayAsRtsp(line, film); });
@@ -178,8 +169,7 @@ TEST_F(Streams, ARtspCameraThatHangsUpIsHeardAgain) {
 TEST_F(Streams, SizeRateAndCodecMayChangeOnTheWay) {
     const auto part = [&](const char* size, const char* rate, const char* codec) {
         const std::string graph = "testsrc2=d=0.4:s=" + std::string(size) + ":r=" + rate;
-        std::ifstream file(Clip("part.ts", graph, {"-c:v", codec, "-pix_fmt", "yuv420p"}));
-        return std::string(std::istreambuf_iterator<char>(file), {});
+        return BytesOf(Clip("part.ts", graph, {"-c:v", codec, "-pix_fmt", "yuv420p"}));
     };
     const auto play = [&](const std::string& film) {
         std::ofstream(folder / "film.ts") << film;

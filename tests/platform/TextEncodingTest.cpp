@@ -1,8 +1,8 @@
 #include "platform/TextEncoding.h"
 
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 TEST(TextEncoding, TakesIllFormedUtf8AsWindows1252) {
@@ -36,4 +36,4 @@ TEST(TextEncoding, FoldsLettersOnly) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,10 +1,6 @@
 #include "platform/jpeg/TurboJpegCodec.h"
 
-#include <gtest/gtest.h>
-
-#include <algorithm>
 #include <tuple>
-#include <utility>
 
 #include "support/PictureData.h"
 
