@@ -342,6 +342,8 @@ HWY_INLINE void MatchRow(const Step& step, std::uint8_t* dest, const std::uint8_
     std::size_t i = std::min<std::size_t>(count, 3);
     onCopies(0, i);
     for (; i + turn + 2 <= count; i += turn) {
+        FetchAhead(dest + i);  // also what is only written: stores wait longer for their line than loads
+        FetchAhead(source + i);
         const V8 first = find(source + i, 0), second = find(source + i + lanes, lanes),
                  third = find(source + i + 2 * lanes, 2 * lanes);
         if (hn::AllTrue(d, hn::Eq(hn::Or(hn::Or(first, second), third), hn::Zero(d)))) {
