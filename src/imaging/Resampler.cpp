@@ -7,7 +7,10 @@
 
 namespace tessaloom {
 
-void AxisWeights::Prepare(int sourceLength, int destLength, int from, int count) {
+bool AxisWeights::Prepare(int sourceLength, int destLength, int from, int count) {
+    const Lengths lengths{sourceLength, destLength, from, count};
+    if (prepared_ == lengths) return false;
+    prepared_ = {};  // so that nothing half prepared is used after an exception
     entries_.clear();
     weights_.clear();
     const double scale = static_cast<double>(sourceLength) / destLength;
@@ -20,6 +23,8 @@ void AxisWeights::Prepare(int sourceLength, int destLength, int from, int count)
             AddLine((i + 0.5) * scale - 0.5, sourceLength);
         entries_.back().end = weights_.size();
     }
+    prepared_ = lengths;
+    return true;
 }
 
 AxisWeights::Taps AxisWeights::operator[](int i) const {
@@ -54,6 +59,9 @@ namespace {
 
 using namespace pixelops;
 
+/// Whole numbers round too coarsely where more pixels make up one.
+constexpr std::size_t MostTaps = 64;
+
 void AddRow(float* sum, const std::uint8_t* row, float weight, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) sum[i] += weight * static_cast<float>(row[i]);
 }
@@ -72,6 +80,13 @@ void InWholeNumbers(std::span<const float> weights, Use use) {
     }
 }
 
+/// What the second of two taps weighs in 65536ths; 0 where there is but one.
+std::uint16_t SecondWeight(std::span<const float> weights) {
+    std::uint16_t second = 0;
+    if (weights.size() > 1) InWholeNumbers(weights, [&](std::size_t, std::uint16_t last) { second = last; });
+    return second;
+}
+
 }  // namespace
 
 std::size_t AxisWeights::MostTaps() const {
@@ -80,70 +95,104 @@ std::size_t AxisWeights::MostTaps() const {
     return most;
 }
 
-void Resampler::PrepareColumns(int width, std::size_t taps) {
-    const std::size_t padded = (static_cast<std::size_t>(width) + 3) / 4 * 4;
-    firsts_.assign(padded, 0);
-    columnWeights_.assign(taps * padded * 4, 0);
-    for (int x = 0; x < width; ++x) {
-        const AxisWeights::Taps columns = columns_[x];
-        const auto at = static_cast<std::size_t>(x);
-        firsts_[at] = columns.first * 3;
-        InWholeNumbers(columns.weights, [&](std::size_t tap, std::uint16_t weight) {
-            std::fill_n(columnWeights_.begin() + static_cast<std::ptrdiff_t>((tap * padded + at) * 4), 4,
-                        weight);
-        });
+PixelMix Resampler::Columns(int width) {
+    const std::size_t taps = columns_.MostTaps(), padded = (static_cast<std::size_t>(width) + 3) / 4 * 4;
+    if (firsts_.empty()) {
+        columnWeights_.assign(taps * padded * 4, 0);
+        firsts_.assign(padded, 0);
+        for (int x = 0; x < width; ++x) {
+            const AxisWeights::Taps columns = columns_[x];
+            const auto at = static_cast<std::size_t>(x);
+            firsts_[at] = columns.first * 3;
+            InWholeNumbers(columns.weights, [&](std::size_t tap, std::uint16_t weight) {
+                std::fill_n(columnWeights_.begin() + static_cast<std::ptrdiff_t>((tap * padded + at) * 4), 4,
+                            weight);
+            });
+        }
     }
+    return {firsts_.data(), columnWeights_.data(), padded, taps};
+}
+
+LineMix Resampler::Line(int sourceWidth, int width) {
+    const std::size_t count = static_cast<std::size_t>(width) * 3;
+    if (lineBegins_.empty()) {
+        linePlaces_.resize(count);
+        lineWeights_.resize(count);
+        lineBegins_.assign((count + LineMix::Block - 1) / LineMix::Block, 0);
+        for (std::size_t i = 0; i < count; ++i) {
+            const auto [first, weights] = columns_[static_cast<int>(i / 3)];
+            // The last pixel has no neighbour to its right: it is one itself, and has all the weight.
+            const bool last = first == sourceWidth - 1;
+            const int left = (last ? first - 1 : first) * 3;
+            std::int32_t& begin = lineBegins_[i / LineMix::Block];
+            if (i % LineMix::Block == 0) begin = std::min(left, sourceWidth * 3 - LineMix::Reach);
+            linePlaces_[i] = static_cast<std::uint16_t>((left - begin + static_cast<int>(i % 3)) << 8 | 128);
+            lineWeights_[i] = last ? 65535 : SecondWeight(weights);
+        }
+    }
+    return {lineBegins_.data(), linePlaces_.data(), lineWeights_.data()};
 }
 
 void Resampler::Run(const Target& target, const Source& source) {
-    columns_.Prepare(source.width, target.fullWidth, target.left, target.width);
+    if (columns_.Prepare(source.width, target.fullWidth, target.left, target.width)) {
+        firsts_.clear();
+        lineBegins_.clear();
+    }
     rows_.Prepare(source.height, target.fullHeight, target.top, target.height);
-    // Whole numbers round too coarsely where very many pixels make up one.
-    constexpr std::size_t MostTaps = 64;
-    const std::size_t columnTaps = columns_.MostTaps();
-    if (columnTaps > MostTaps || rows_.MostTaps() > MostTaps) return RunInFractions(target, source);
+    if (columns_.MostTaps() > MostTaps || rows_.MostTaps() > MostTaps) return RunInFractions(target, source);
 
-    PrepareColumns(target.width, columnTaps);
-    const auto rowBytes = static_cast<std::size_t>(source.width) * 3;
-    mixed_.assign(rowBytes + 3 * columnTaps + 1, 0);  // taps without weight may lie beyond the row
-    const PixelMix columns{firsts_.data(), columnWeights_.data(), firsts_.size(), columnTaps};
-    if (target.fullHeight > source.height) return Enlarge(target, source, columns);
+    // Taps without weight may lie beyond the row.
+    mixed_.assign(static_cast<std::size_t>(source.width) * 3 + 3 * columns_.MostTaps() + 1, 0);
+    const bool sameHeight = target.fullHeight == source.height;
+    if (target.fullHeight > source.height || (sameHeight && target.fullWidth > source.width))
+        return Enlarge(target, source);
+    Shrink(target, source);
+}
+
+void Resampler::Shrink(const Target& target, const Source& source) {
+    const PixelMix columns = Columns(target.width);
     for (int y = 0; y < target.height; ++y) {
         const auto [firstRow, weights] = rows_[y];
         std::uint16_t rowWeights[MostTaps];
         InWholeNumbers(weights, [&](std::size_t tap, std::uint16_t weight) { rowWeights[tap] = weight; });
         MixRows(mixed_.data(),
                 {source.pixels + firstRow * source.rowStep, source.rowStep, rowWeights, weights.size()},
-                rowBytes);
+                static_cast<std::size_t>(source.width) * 3);
         MixPixels(target.pixels + y * target.rowStep, mixed_.data(), columns,
                   static_cast<std::size_t>(target.width));
     }
 }
 
-void Resampler::Enlarge(const Target& target, const Source& source, const PixelMix& columns) {
+void Resampler::Enlarge(const Target& target, const Source& source) {
     // A source row goes into several rows of the result: it is brought to their width once.
-    const auto pixels = static_cast<std::size_t>(target.width);
     int held[] = {-1, -1};
     const auto wide = [&](int row) {
         std::vector<std::uint16_t>& result = wide_[row % 2];
-        if (held[row % 2] != row) {
-            constexpr std::uint16_t All = 65535;
-            MixRows(mixed_.data(), {source.pixels + row * source.rowStep, 0, &All, 1},
-                    static_cast<std::size_t>(source.width) * 3);
-            result.resize(pixels * 3 + 2);
-            SpreadPixels(result.data(), mixed_.data(), columns, pixels);
-            held[row % 2] = row;
-        }
+        if (held[row % 2] != row) Spread(result, target, source, row);
+        held[row % 2] = row;
         return result.data();
     };
     for (int y = 0; y < target.height; ++y) {
         const auto [first, weights] = rows_[y];
-        std::uint16_t weight = 0;  // of the second row, where there is one
-        if (weights.size() > 1)
-            InWholeNumbers(weights, [&](std::size_t, std::uint16_t last) { weight = last; });
         const std::uint16_t* const one = wide(first);
         const std::uint16_t* const other = weights.size() > 1 ? wide(first + 1) : one;
-        BlendRows(target.pixels + y * target.rowStep, one, other, weight, pixels * 3);
+        BlendRows(target.pixels + y * target.rowStep, one, other, SecondWeight(weights),
+                  static_cast<std::size_t>(target.width) * 3);
+    }
+}
+
+void Resampler::Spread(std::vector<std::uint16_t>& wide, const Target& target, const Source& source,
+                       int row) {
+    const std::uint8_t* pixels = source.pixels + row * source.rowStep;
+    const auto count = static_cast<std::size_t>(target.width) * 3;
+    wide.resize(count + 2);
+    if (target.fullWidth >= source.width && source.width * 3 >= LineMix::Reach) {
+        SpreadLine(wide.data(), pixels, Line(source.width, target.width), count);
+    } else {
+        constexpr std::uint16_t All = 65535;
+        MixRows(mixed_.data(), {pixels, 0, &All, 1}, static_cast<std::size_t>(source.width) * 3);
+        SpreadPixels(wide.data(), mixed_.data(), Columns(target.width),
+                     static_cast<std::size_t>(target.width));
     }
 }
 

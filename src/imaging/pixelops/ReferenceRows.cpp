@@ -161,6 +161,15 @@ void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix
         dest[i] = static_cast<std::uint8_t>((Mixed(row, mix, i) + 128) >> 8);
 }
 
+void SpreadLine(std::uint16_t* dest, const std::uint8_t* row, const LineMix& mix, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::uint8_t* left = row + mix.begins[i / LineMix::Block] + (mix.places[i] >> 8);
+        const std::uint32_t weight = mix.weights[i];
+        dest[i] =
+            static_cast<std::uint16_t>((left[0] << 8) - (left[0] * weight >> 8) + (left[3] * weight >> 8));
+    }
+}
+
 void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t* other, std::uint16_t weight,
                std::size_t count) {
     const std::uint32_t part = weight;

@@ -15,6 +15,7 @@ namespace tessaloom::pixelops::HWY_NAMESPACE {
 using reference::BlendRows;
 using reference::MixPixels;
 using reference::MixRows;
+using reference::SpreadLine;
 using reference::SpreadPixels;
 
 #else
@@ -125,6 +126,39 @@ void SpreadPixels(std::uint16_t* dest, const std::uint16_t* row, const PixelMix&
     SpreadPixelsOf<0>(dest, row, mix, pixels);
 }
 
+using DBlocks = hn::CappedTag<std::uint8_t, 32>;
+using VBlocks = hn::Vec<DBlocks>;
+
+/// The bytes of as many blocks as a vector has.
+HWY_INLINE VBlocks LoadBlocks(const std::uint8_t* row, const std::int32_t* begins) {
+    const DBlocks d;
+#if HWY_MAX_BYTES >= 32
+    const hn::Half<DBlocks> half;
+    return hn::Combine(d, hn::LoadU(half, row + begins[1]), hn::LoadU(half, row + begins[0]));
+#else
+    return hn::LoadU(d, row + begins[0]);
+#endif
+}
+
+void SpreadLine(std::uint16_t* dest, const std::uint8_t* row, const LineMix& mix, std::size_t count) {
+    const DBlocks bytes;
+    const hn::Repartition<std::uint16_t, DBlocks> d;
+    const auto pixel = hn::Set(d, 3 << 8);
+    const auto [begins, places, weights] = mix;
+    std::size_t i = 0;
+    for (; i + hn::Lanes(d) <= count; i += hn::Lanes(d)) {
+        const VBlocks blocks = LoadBlocks(row, begins + i / LineMix::Block);
+        const auto pick = [&](auto from) {
+            return hn::BitCast(d, hn::TableLookupBytesOr0(blocks, hn::BitCast(bytes, from)));
+        };
+        const auto place = hn::LoadU(d, places + i), weight = hn::LoadU(d, weights + i);
+        const auto left = pick(place), right = pick(hn::Add(place, pixel));
+        const auto rest = hn::Sub(left, hn::MulHigh(left, weight));
+        hn::StoreU(hn::Add(rest, hn::MulHigh(right, weight)), d, dest + i);
+    }
+    reference::SpreadLine(dest + i, row, {begins + i / LineMix::Block, places + i, weights + i}, count - i);
+}
+
 void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t* other, std::uint16_t weight,
                std::size_t count) {
     const hn::ScalableTag<std::uint16_t> d;
@@ -154,6 +188,7 @@ namespace tessaloom::pixelops {
 HWY_EXPORT(MixRows);
 HWY_EXPORT(SpreadPixels);
 HWY_EXPORT(MixPixels);
+HWY_EXPORT(SpreadLine);
 HWY_EXPORT(BlendRows);
 
 void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count) {
@@ -166,6 +201,10 @@ void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix
 
 void SpreadPixels(std::uint16_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels) {
     HWY_DYNAMIC_DISPATCH(SpreadPixels)(dest, row, mix, pixels);
+}
+
+void SpreadLine(std::uint16_t* dest, const std::uint8_t* row, const LineMix& mix, std::size_t count) {
+    HWY_DYNAMIC_DISPATCH(SpreadLine)(dest, row, mix, count);
 }
 
 void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t* other, std::uint16_t weight,

@@ -25,6 +25,18 @@ struct PixelMix {
     std::size_t taps;  ///< 64 at most.
 };
 
+/// Which two neighbours in a row lie to the left and to the right of each component of a row that is at least
+/// as long. Each block of eight components is made of five neighbouring pixels, or fewer.
+struct LineMix {
+    static constexpr std::size_t Block = 8;
+    static constexpr int Reach = 16;  ///< So many bytes are read for a block.
+
+    const std::int32_t* begins;    ///< For each block, where these bytes begin in the row.
+    const std::uint16_t* places;   ///< For each component, where among them the left neighbour is, 0 .. 12:
+                                   ///< 256 * place + 128.
+    const std::uint16_t* weights;  ///< Of each right neighbour. The left one weighs the rest.
+};
+
 namespace reference {
 
 /// row[i] = the sum of the rows' floor(256 * byte * weight / 65536), and half a unit for each row, rounded
@@ -38,6 +50,9 @@ void SpreadPixels(std::uint16_t* dest, const std::uint16_t* row, const PixelMix&
 /// As `SpreadPixels`, rounded to bytes.
 void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels);
 
+/// dest[i] = left * 256 - floor(left * weight / 256) + floor(right * weight / 256), which is in 256ths.
+void SpreadLine(std::uint16_t* dest, const std::uint8_t* row, const LineMix& mix, std::size_t count);
+
 /// dest[i] = the byte next to one - floor(one * weight / 65536) + floor(other * weight / 65536)
 void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t* other, std::uint16_t weight,
                std::size_t count);
@@ -47,6 +62,7 @@ void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t
 void MixRows(std::uint16_t* row, const RowMix& mix, std::size_t count);
 void SpreadPixels(std::uint16_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels);
 void MixPixels(std::uint8_t* dest, const std::uint16_t* row, const PixelMix& mix, std::size_t pixels);
+void SpreadLine(std::uint16_t* dest, const std::uint8_t* row, const LineMix& mix, std::size_t count);
 void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t* other, std::uint16_t weight,
                std::size_t count);
 

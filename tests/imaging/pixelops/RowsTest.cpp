@@ -236,6 +236,23 @@ TEST(MixPixelsAndSpreadPixels, EqualTheirReferences) {
     });
 }
 
+TEST(SpreadLine, EqualsItsReference) {
+    OnEachLength(13, [](RandomBytes& random, std::size_t count) {
+        Bytes row = random(61);
+        std::vector<std::int32_t> begins(count / LineMix::Block + 1);
+        for (std::int32_t& begin : begins) begin = static_cast<std::int32_t>(random.Below(61 - 16 + 1));
+        std::vector<std::uint16_t> places(count), weights(count), out(count), expected(count);
+        for (std::size_t i = 0; i < count; ++i) {
+            places[i] = static_cast<std::uint16_t>(random.Below(13) << 8 | 128);
+            weights[i] = static_cast<std::uint16_t>(random.Below(10) == 0 ? 65535 : random.Below(65536));
+        }
+        const LineMix mix{begins.data(), places.data(), weights.data()};
+        SpreadLine(out.data(), row.Data(), mix, count);
+        reference::SpreadLine(expected.data(), row.Data(), mix, count);
+        ASSERT_EQ(out, expected) << count << " components";
+    });
+}
+
 TEST(BlendRows, EqualsItsReference) {
     OnEachLength(12, [](RandomBytes& random, std::size_t count) {
         std::vector<std::uint16_t> rows(count + 5);
