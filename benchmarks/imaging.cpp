@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -26,6 +27,7 @@
 #endif
 
 #include "imaging/Resampler.h"
+#include "imaging/pixelops/ColorModes.h"
 #include "imaging/pixelops/Rotation.h"
 #include "imaging/pixelops/Tessaloom.h"
 #include "platform/text/FreeTypeFonts.h"
@@ -569,6 +571,91 @@ void Widening() {
             {{"OpenCV cvtColor", 1.1, [&](std::size_t i) { opencv(dest[i], frame[i]); }}});
 }
 
+/// The tables of OpenCV's ways are made before.
+void ColourProcesses() {
+    using tessaloom::ColorMode;
+    const std::size_t sets = Sets(std::size_t{2} * Width * Height * 3);
+    Rotating own(sets, [] { return Noise(); }), from(sets, [] { return Noise(); }),
+        to(sets, [] { return Blank(); });
+    const auto table = [](double (*blue)(int), double (*red)(int)) {
+        cv::Mat values(1, 256, CV_8UC3);
+        for (int v = 0; v < 256; ++v)
+            values.at<cv::Vec3b>(0, v) = {cv::saturate_cast<std::uint8_t>(blue(v)),
+                                          static_cast<std::uint8_t>(v),
+                                          cv::saturate_cast<std::uint8_t>(red(v))};
+        return values;
+    };
+    const cv::Mat less = table([](int v) { return v * 0.9; }, [](int v) { return v * 1.1; });
+    cv::Mat gamma(1, 256, CV_8U), grey, histogram;
+    for (int v = 0; v < 256; ++v)
+        gamma.at<std::uint8_t>(0, v) = cv::saturate_cast<std::uint8_t>(255 * std::pow(v / 255.0, 1 / 1.4));
+    // Each component's distance from lightness times 1.4.
+    const cv::Matx33f saturation(1.4F - 0.4F * 29 / 256, -0.4F * 150 / 256, -0.4F * 77 / 256,  //
+                                 -0.4F * 29 / 256, 1.4F - 0.4F * 150 / 256, -0.4F * 77 / 256,  //
+                                 -0.4F * 29 / 256, -0.4F * 150 / 256, 1.4F - 0.4F * 77 / 256);
+    const cv::Matx33f sharpening(0, -0.25F, 0, -0.25F, 2, -0.25F, 0, -0.25F, 0);
+    const auto levels = [&](cv::Mat& out, const cv::Mat& in) {
+        const int bins = 256, channel = 0;
+        const float range[] = {0, 256};
+        const float* ranges[] = {range};
+        in.convertTo(out, -1, 0.8, 25.5);
+        const cv::Mat components = out.reshape(1);
+        cv::calcHist(&components, 1, &channel, cv::noArray(), histogram, 1, &bins, ranges);
+        cv::LUT(out, gamma, out);  // takes as long with any table
+    };
+    using Change = std::function<void(cv::Mat&, const cv::Mat&)>;
+    const struct {
+        ColorMode mode;
+        const char* way;
+        double most;  ///< How far the results may lie apart; below 0: they are not the same.
+        Change run;
+    } rows[] = {
+        {ColorMode::Greyscale,       "OpenCV cvtColor, twice",          1,
+         [&](cv::Mat& out,                                                                  const cv::Mat& in) {
+             cv::cvtColor(in, grey, cv::COLOR_BGR2GRAY);
+             cv::cvtColor(grey, out, cv::COLOR_GRAY2BGR);
+         }                                                                                                                     },
+        {ColorMode::Negative,        "OpenCV bitwise_not",              0,
+         [](cv::Mat& out,                                                                   const cv::Mat& in) { cv::bitwise_not(in, out); }             },
+        {ColorMode::Brighter,        "OpenCV add",                      0,
+         [](cv::Mat& out,                                                                   const cv::Mat& in) { cv::add(in, cv::Scalar::all(32), out); }},
+        {ColorMode::MoreContrast,    "OpenCV convertTo",                1,
+         [](cv::Mat& out,                                                                   const cv::Mat& in) { in.convertTo(out, -1, 1.25, -31.875); } },
+        {ColorMode::LighterMidtones, "OpenCV LUT",                      1,
+         [&](cv::Mat& out,                                                                  const cv::Mat& in) { cv::LUT(in, gamma, out); }              },
+        {ColorMode::MoreSaturation,  "OpenCV transform",                1,
+         [&](cv::Mat& out,                                                                  const cv::Mat& in) { cv::transform(in, out, saturation); }   },
+        {ColorMode::Warmer,          "OpenCV LUT",                      1,
+         [&](cv::Mat& out,                                                                  const cv::Mat& in) { cv::LUT(in, less, out); }               },
+        {ColorMode::AutoLevels,      "OpenCV convertTo, calcHist, LUT", -1, levels        },
+        {ColorMode::Sharpen,         "OpenCV filter2D",                                 1,
+         [&](cv::Mat& out,                                                       const cv::Mat& in) {
+             cv::filter2D(in, out, -1, sharpening, {-1, -1}, 0, cv::BORDER_REPLICATE);
+         }                                                             },
+        {ColorMode::SwapRedAndBlue,         "OpenCV cvtColor",                                 0,
+         [](cv::Mat& out, const cv::Mat& in) { cv::cvtColor(in, out, cv::COLOR_BGR2RGB); }                                                      },
+    };
+    for (const auto& row : rows) {
+        const int mode = static_cast<int>(row.mode);
+        const std::string name(tessaloom::ColorModeNames[static_cast<std::size_t>(mode)]);
+        cv::Mat ours = from[0].clone(), theirs = Blank();
+        const auto process = [&](cv::Mat& picture) {
+            // Levels that have been spread once stay as they are.
+            if (row.mode == ColorMode::AutoLevels)
+                ColorProcess(picture.data, Width, Height, static_cast<int>(ColorMode::LessContrast));
+            ColorProcess(picture.data, Width, Height, mode);
+        };
+        process(ours);
+        row.run(theirs, from[0]);
+        if (row.most >= 0) Compare(name.c_str(), ours, theirs, row.most);
+        Measure(name.c_str(), sets,
+                [&](std::size_t i) {
+                    ColorProcess(own[i].data, Width, Height, mode);
+        },
+                {{row.way, 1, [&](std::size_t i) { row.run(to[i], from[i]); }}});
+    }
+}
+
 void Scale(cv::Mat& to, const cv::Mat& from) {
     static tessaloom::Resampler resampler;
     resampler.Run(
@@ -668,6 +755,7 @@ int main(int count, char** arguments) {
         {"blur",        Blurring        },
         {"diff",        Differences     },
         {"dib1624",     Widening        },
+        {"colour",      ColourProcesses },
         {"shrink",      Shrinking       },
         {"enlarge",     Enlarging       },
         {"shadow",      Shadows         }

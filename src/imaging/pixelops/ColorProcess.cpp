@@ -6,6 +6,7 @@
 
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/ColorModes.h"
+#include "imaging/pixelops/ColorRows.h"
 #include "imaging/pixelops/Tessaloom.h"
 
 namespace {
@@ -17,12 +18,12 @@ struct Bitmap {
     std::uint8_t* bits;
     int width, height;
 
+    std::size_t Pixels() const { return static_cast<std::size_t>(width); }
+    std::size_t RowBytes() const { return Pixels() * 3; }  ///< Without what pads it.
+
     template <typename Change>
-    void EachPixel(Change change) const {
-        for (int y = 0; y < height; ++y) {
-            std::uint8_t* pixel = RowAt(bits, width, y);
-            for (int x = 0; x < width; ++x, pixel += 3) change(pixel);
-        }
+    void EachRow(Change change) const {
+        for (int y = 0; y < height; ++y) change(RowAt(bits, width, y));
     }
 };
 
@@ -38,79 +39,95 @@ Curve MakeCurve(Function function) {
     return curve;
 }
 
-void Apply(const Bitmap& bitmap, const Curve& blue, const Curve& green, const Curve& red) {
-    bitmap.EachPixel([&](std::uint8_t* pixel) {
-        pixel[0] = blue[pixel[0]];
-        pixel[1] = green[pixel[1]];
-        pixel[2] = red[pixel[2]];
-    });
+template <typename Function>
+void Apply(const Bitmap& bitmap, Function function) {
+    const Curve curve = MakeCurve(function);
+    bitmap.EachRow([&](std::uint8_t* row) { MapRow(row, curve.data(), bitmap.RowBytes()); });
 }
 
-template <typename Function>
-void ApplyAlike(const Bitmap& bitmap, Function function) {
-    const Curve curve = MakeCurve(function);
-    Apply(bitmap, curve, curve, curve);
+void Negative(const Bitmap& bitmap) {
+    bitmap.EachRow([&](std::uint8_t* row) { InvertRow(row, bitmap.RowBytes()); });
+}
+
+void Brighten(const Bitmap& bitmap, int amount) {
+    bitmap.EachRow([&](std::uint8_t* row) { BrightenRow(row, amount, bitmap.RowBytes()); });
 }
 
 /// Slope around middle grey.
 void Contrast(const Bitmap& bitmap, double slope) {
-    ApplyAlike(bitmap, [=](int v) { return 127.5 + (v - 127.5) * slope; });
+    Apply(bitmap, [=](int v) { return 127.5 + (v - 127.5) * slope; });
 }
 
 void Gamma(const Bitmap& bitmap, double gamma) {
-    ApplyAlike(bitmap, [=](int v) { return 255 * std::pow(v / 255.0, 1 / gamma); });
+    Apply(bitmap, [=](int v) { return 255 * std::pow(v / 255.0, 1 / gamma); });
 }
 
 void Scale(const Bitmap& bitmap, double blueFactor, double redFactor) {
-    Apply(bitmap, MakeCurve([=](int v) { return v * blueFactor; }),
-          MakeCurve([](int v) { return double(v); }), MakeCurve([=](int v) { return v * redFactor; }));
+    const Curve blue = MakeCurve([=](int v) { return v * blueFactor; }),
+                red = MakeCurve([=](int v) { return v * redFactor; });
+    bitmap.EachRow([&](std::uint8_t* row) { MapPixels(row, blue.data(), red.data(), bitmap.Pixels()); });
 }
 
-/// Perceived lightness with the weights of ITU-R BT.601, in 256ths.
-int Luma(const std::uint8_t* pixel) { return (29 * pixel[0] + 150 * pixel[1] + 77 * pixel[2] + 128) / 256; }
-
-/// Distance of each component from the pixel's lightness, times `percent` / 100; 0 gives grey.
-void Saturate(const Bitmap& bitmap, int percent) {
-    bitmap.EachPixel([=](std::uint8_t* pixel) {
-        const int luma = Luma(pixel);
-        for (int c = 0; c < 3; ++c)
-            pixel[c] =
-                static_cast<std::uint8_t>(ClampToByte((luma * 100 + (pixel[c] - luma) * percent + 50) / 100));
-    });
+void Grey(const Bitmap& bitmap) {
+    bitmap.EachRow([&](std::uint8_t* row) { GreyRow(row, bitmap.Pixels()); });
 }
+
+void Swap(const Bitmap& bitmap) {
+    bitmap.EachRow([&](std::uint8_t* row) { SwapRow(row, bitmap.Pixels()); });
+}
+
+void Saturate(const Bitmap& bitmap, int fifths) {
+    bitmap.EachRow([&](std::uint8_t* row) { SaturateRow(row, fifths, bitmap.Pixels()); });
+}
+
+/// How often each value occurs. It is kept in parts, as a counter cannot be raised again before it has
+/// reached the memory.
+struct Counts {
+    std::uint32_t parts[4][256] = {};
+
+    std::int64_t operator[](int value) const {
+        return std::int64_t{parts[0][value]} + parts[1][value] + parts[2][value] + parts[3][value];
+    }
+
+    void Add(const std::uint8_t* row, std::size_t count) {
+        std::size_t i = 0;
+        for (std::uint64_t eight; i + sizeof eight <= count; i += sizeof eight) {
+            std::memcpy(&eight, row + i, sizeof eight);
+            for (int k = 0; k < 8; ++k) ++parts[k % 4][eight >> (8 * k) & 0xFF];
+        }
+        for (; i < count; ++i) ++parts[0][row[i]];
+    }
+};
 
 /// Spreads the values between the darkest and the lightest half percent over the whole range. All three
 /// components alike, so that no hue shifts.
 void AutoLevels(const Bitmap& bitmap) {
-    std::array<std::int64_t, 256> counts{};
-    bitmap.EachPixel([&](const std::uint8_t* pixel) {
-        for (int c = 0; c < 3; ++c) ++counts[pixel[c]];
-    });
+    Counts counts;
+    bitmap.EachRow([&](const std::uint8_t* row) { counts.Add(row, bitmap.RowBytes()); });
     const std::int64_t ignored = std::int64_t{bitmap.width} * bitmap.height * 3 / 200;
-    std::size_t low = 0, high = 255;
+    int low = 0, high = 255;
     for (std::int64_t below = counts[low]; below <= ignored && low < 255;) below += counts[++low];
     for (std::int64_t above = counts[high]; above <= ignored && high > 0;) above += counts[--high];
-    if (high <= low) return;
-    const double from = static_cast<double>(low), factor = 255.0 / static_cast<double>(high - low);
-    ApplyAlike(bitmap, [=](int v) { return (v - from) * factor; });
+    if (high <= low || high - low == 255) return;
+    const double factor = 255.0 / (high - low);
+    Apply(bitmap, [=](int v) { return (v - low) * factor; });
 }
 
-/// Adds to each component what it differs from the mean of its four neighbours; edges repeat their pixels.
+/// Edges repeat their pixels.
 void Sharpen(const Bitmap& bitmap) {
-    const std::size_t bytes = static_cast<std::size_t>(bitmap.width) * 3;
-    const std::unique_ptr<std::uint8_t[]> rows(new (std::nothrow) std::uint8_t[bytes * 2]);
+    // Two rows as they were before, with a pixel more on either side.
+    const std::size_t bytes = bitmap.RowBytes(), padded = bytes + 6;
+    const std::unique_ptr<std::uint8_t[]> rows(new (std::nothrow) std::uint8_t[padded * 2]);
     if (!rows) return;
-    std::uint8_t *below = rows.get(), *here = rows.get() + bytes;  // as they were before
+    std::uint8_t *below = rows.get() + 3, *here = below + padded;
     std::memcpy(below, bitmap.bits, bytes);
     for (int y = 0; y < bitmap.height; ++y) {
         std::uint8_t* row = RowAt(bitmap.bits, bitmap.width, y);
         std::memcpy(here, row, bytes);
+        std::memcpy(here - 3, row, 3);
+        std::memcpy(here + bytes, row + bytes - 3, 3);
         const std::uint8_t* above = y + 1 < bitmap.height ? RowAt(bitmap.bits, bitmap.width, y + 1) : here;
-        for (std::size_t i = 0; i < bytes; ++i) {
-            const int left = here[i < 3 ? i : i - 3], right = here[i + 3 < bytes ? i + 3 : i];
-            const int eightfold = 8 * here[i] - left - right - below[i] - above[i];
-            row[i] = static_cast<std::uint8_t>(ClampToByte((eightfold + 2) >> 2));
-        }
+        SharpenRow(row, here, below, above, bytes);
         std::swap(below, here);
     }
 }
@@ -120,22 +137,21 @@ constexpr struct {
     ColorMode mode;
     void (*run)(const Bitmap&);
 } Processes[] = {
-    {ColorMode::Greyscale,       [](const Bitmap& b) { Saturate(b, 0); }},
-    {ColorMode::Negative,        [](const Bitmap& b) { ApplyAlike(b, [](int v) { return 255.0 - v; }); }},
-    {ColorMode::Brighter,        [](const Bitmap& b) { ApplyAlike(b, [](int v) { return v + 32.0; }); }},
-    {ColorMode::Darker,          [](const Bitmap& b) { ApplyAlike(b, [](int v) { return v - 32.0; }); }},
+    {ColorMode::Greyscale,       Grey},
+    {ColorMode::Negative,        Negative},
+    {ColorMode::Brighter,        [](const Bitmap& b) { Brighten(b, 32); }},
+    {ColorMode::Darker,          [](const Bitmap& b) { Brighten(b, -32); }},
     {ColorMode::MoreContrast,    [](const Bitmap& b) { Contrast(b, 1.25); }},
     {ColorMode::LessContrast,    [](const Bitmap& b) { Contrast(b, 0.8); }},
     {ColorMode::LighterMidtones, [](const Bitmap& b) { Gamma(b, 1.4); }},
     {ColorMode::DarkerMidtones,  [](const Bitmap& b) { Gamma(b, 1 / 1.4); }},
-    {ColorMode::MoreSaturation,  [](const Bitmap& b) { Saturate(b, 140); }},
-    {ColorMode::LessSaturation,  [](const Bitmap& b) { Saturate(b, 60); }},
+    {ColorMode::MoreSaturation,  [](const Bitmap& b) { Saturate(b, 7); }},
+    {ColorMode::LessSaturation,  [](const Bitmap& b) { Saturate(b, 3); }},
     {ColorMode::Warmer,          [](const Bitmap& b) { Scale(b, 0.9, 1.1); }},
     {ColorMode::Cooler,          [](const Bitmap& b) { Scale(b, 1.1, 0.9); }},
     {ColorMode::AutoLevels,      AutoLevels},
     {ColorMode::Sharpen,         Sharpen},
-    {ColorMode::SwapRedAndBlue,
-     [](const Bitmap& b) { b.EachPixel([](std::uint8_t* pixel) { std::swap(pixel[0], pixel[2]); }); }},
+    {ColorMode::SwapRedAndBlue,  Swap},
 };
 // clang-format on
 

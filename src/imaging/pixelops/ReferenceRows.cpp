@@ -2,6 +2,7 @@
 
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/BlurRows.h"
+#include "imaging/pixelops/ColorRows.h"
 #include "imaging/pixelops/DiffRows.h"
 #include "imaging/pixelops/FrameRows.h"
 #include "imaging/pixelops/MergeRows.h"
@@ -29,6 +30,10 @@ bool Within(const std::uint8_t* pixel, const ColourRange& range) {
     bool within = true;
     for (int c = 0; c < 3; ++c) within &= pixel[c] >= range.low[c] && pixel[c] <= range.high[c];
     return within;
+}
+
+int Lightness(const std::uint8_t* pixel) {
+    return (29 * pixel[0] + 150 * pixel[1] + 77 * pixel[2] + 128) / 256;
 }
 
 /// The component number `i` of a result, in 256ths.
@@ -180,6 +185,53 @@ void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t
 
 void StreamRow(std::uint8_t* dest, const std::uint8_t* source, std::size_t count) {
     std::copy_n(source, count, dest);
+}
+
+void InvertRow(std::uint8_t* row, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) row[i] = static_cast<std::uint8_t>(255 - row[i]);
+}
+
+void BrightenRow(std::uint8_t* row, int amount, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) row[i] = static_cast<std::uint8_t>(ClampToByte(row[i] + amount));
+}
+
+void MapRow(std::uint8_t* row, const std::uint8_t* table, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) row[i] = table[row[i]];
+}
+
+void MapPixels(std::uint8_t* row, const std::uint8_t* blue, const std::uint8_t* red, std::size_t pixels) {
+    for (std::uint8_t* pixel = row; pixel < row + pixels * 3; pixel += 3) {
+        pixel[0] = blue[pixel[0]];
+        pixel[2] = red[pixel[2]];
+    }
+}
+
+void GreyRow(std::uint8_t* row, std::size_t pixels) {
+    for (std::uint8_t* pixel = row; pixel < row + pixels * 3; pixel += 3)
+        std::fill_n(pixel, 3, static_cast<std::uint8_t>(Lightness(pixel)));
+}
+
+void SaturateRow(std::uint8_t* row, int fifths, std::size_t pixels) {
+    for (std::uint8_t* pixel = row; pixel < row + pixels * 3; pixel += 3) {
+        const int lightness = Lightness(pixel);
+        for (int c = 0; c < 3; ++c) {
+            const int fivefold = lightness * 5 + (pixel[c] - lightness) * fifths;
+            pixel[c] = static_cast<std::uint8_t>(ClampToByte((fivefold + 2) / 5));
+        }
+    }
+}
+
+void SwapRow(std::uint8_t* row, std::size_t pixels) {
+    for (std::uint8_t* pixel = row; pixel < row + pixels * 3; pixel += 3) std::swap(pixel[0], pixel[2]);
+}
+
+void SharpenRow(std::uint8_t* out, const std::uint8_t* here, const std::uint8_t* below,
+                const std::uint8_t* above, std::size_t count) {
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::uint8_t* at = here + i;
+        const int fourfold = 8 * at[0] - at[-3] - at[3] - below[i] - above[i];
+        out[i] = static_cast<std::uint8_t>(ClampToByte((fourfold + 2) >> 2));
+    }
 }
 
 }  // namespace tessaloom::pixelops::reference

@@ -1,4 +1,5 @@
 #include "imaging/pixelops/BlurRows.h"
+#include "imaging/pixelops/ColorRows.h"
 #include "imaging/pixelops/DiffRows.h"
 #include "imaging/pixelops/FrameRows.h"
 #include "imaging/pixelops/MergeRows.h"
@@ -263,6 +264,33 @@ TEST(BlendRows, EqualsItsReference) {
             reference::BlendRows(expected.Data(), rows.data(), rows.data() + 5, weight, count);
             ASSERT_EQ(out, expected) << count << " bytes, weight " << weight;
         }
+    });
+}
+
+TEST(ColorRows, EqualTheirReferences) {
+    OnEachLength(14, [](RandomBytes& random, std::size_t count) {
+        const std::size_t pixels = count / 3;
+        Bytes blue = random(256), red = random(256), lines = random(3 * count + 6);
+        std::uint8_t *here = lines.Data() + 3, *below = here + count + 3, *above = below + count;
+        const auto both = [&](const char* name, auto fast, auto plain) {
+            Bytes row = random(count), expected = row;
+            fast(row.Data());
+            plain(expected.Data());
+            ASSERT_EQ(row, expected) << name << ", " << count << " bytes";
+        };
+#define EXPECT_ALIKE(Routine, ...)                                       \
+    both(                                                                \
+        #Routine, [&](std::uint8_t* row) { Routine(row, __VA_ARGS__); }, \
+        [&](std::uint8_t* row) { reference::Routine(row, __VA_ARGS__); })
+        EXPECT_ALIKE(InvertRow, count);
+        for (const int amount : {-255, -32, 0, 1, 255}) EXPECT_ALIKE(BrightenRow, amount, count);
+        EXPECT_ALIKE(MapRow, blue.Data(), count);
+        EXPECT_ALIKE(MapPixels, blue.Data(), red.Data(), pixels);
+        EXPECT_ALIKE(GreyRow, pixels);
+        for (const int fifths : {0, 1, 3, 5, 7, 10}) EXPECT_ALIKE(SaturateRow, fifths, pixels);
+        EXPECT_ALIKE(SwapRow, pixels);
+        EXPECT_ALIKE(SharpenRow, here, below, above, count);
+#undef EXPECT_ALIKE
     });
 }
 
