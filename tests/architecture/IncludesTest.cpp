@@ -1,12 +1,6 @@
-#include <gtest/gtest.h>
-
-#include <filesystem>
-#include <fstream>
-#include <map>
-#include <optional>
 #include <regex>
-#include <string>
-#include <vector>
+
+#include "support/Testing.h"
 
 // Reads the includes of the whole source tree and holds them against the order of the folders.
 
@@ -48,9 +42,8 @@ constexpr Room Rooms[] = {
 
 // The seam's implementations stand beside the engine: only the program plugs them in.
 constexpr std::string_view Implementations[] = {
-    "platform/qt",      "platform/text", "platform/jpeg",   "platform/posix",
-    "platform/profile", "platform/curl", "platform/ffmpeg", "platform/v4l2",
-    "platform/capture",
+    "platform/qt",   "platform/text",   "platform/jpeg", "platform/posix",   "platform/profile",
+    "platform/curl", "platform/ffmpeg", "platform/v4l2", "platform/capture",
 };
 
 bool Within(std::string_view path, std::string_view folder) {
