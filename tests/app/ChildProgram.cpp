@@ -7,22 +7,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <chrono>
-#include <fstream>
-#include <iterator>
-#include <utility>
-
 namespace tessaloom::testing {
 
 namespace {
 
 constexpr int ExecFailed = 127;
 constexpr unsigned Nobody = 65534;
-
-std::string Text(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
 
 std::vector<char*> Pointers(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
@@ -96,9 +86,9 @@ int ChildProgram::Status() {
     return status_;
 }
 
-std::string ChildProgram::Output() const { return Text(own_ / "output"); }
+std::string ChildProgram::Output() const { return BytesOf(own_ / "output"); }
 
-std::string ChildProgram::Log() const { return Text(own_ / "log"); }
+std::string ChildProgram::Log() const { return BytesOf(own_ / "log"); }
 
 bool Becomes(const std::function<bool()>& condition) {
     using Clock = std::chrono::steady_clock;

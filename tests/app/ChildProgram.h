@@ -2,10 +2,6 @@
 
 #include <sys/types.h>
 
-#include <functional>
-#include <string>
-#include <vector>
-
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom::testing {

@@ -1,10 +1,8 @@
 #include "app/CommandLine.h"
 
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
-#include <vector>
-
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 using Arguments = std::vector<const char*>;
@@ -59,4 +57,4 @@ TEST(CommandLine, RefusesWhatItCannotDo) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

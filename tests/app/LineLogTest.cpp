@@ -1,10 +1,8 @@
 #include "app/LineLog.h"
 
-#include <gtest/gtest.h>
+#include "support/Testing.h"
 
-#include <vector>
-
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 using namespace std::chrono_literals;
@@ -52,4 +50,4 @@ TEST_F(LineLogTest, StaysBoundedAndLosesNoCount) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

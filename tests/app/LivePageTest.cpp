@@ -1,9 +1,6 @@
-#include <gmock/gmock.h>
 #include <signal.h>
 
 #include <cstdio>
-#include <filesystem>
-#include <fstream>
 
 #include "app/ChildProgram.h"
 #include "support/TemporaryFolder.h"
@@ -11,10 +8,6 @@
 
 namespace tessaloom::testing {
 namespace {
-
-using ::testing::ContainsRegex;
-using ::testing::HasSubstr;
-using ::testing::Not;
 
 std::string Told(const std::string& command) {
     std::string text;

@@ -1,15 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-#include <map>
-#include <random>
 
 #include "app/ChildProgram.h"
 #include "imaging/LoadJpegIntoDIB.h"
@@ -25,9 +16,6 @@ namespace tessaloom::testing {
 namespace {
 
 namespace fs = std::filesystem;
-using ::testing::ContainsRegex;
-using ::testing::HasSubstr;
-using ::testing::Not;
 
 using Listing = std::map<std::string, std::string>;  ///< Path in the folder; bytes, or "/" for a folder.
 
@@ -36,14 +24,9 @@ constexpr const char* Canvas =
     "FixedFileName=live.jpg\r\n[Text001]\r\nEnabled=True\r\nText=<TIMESS>\r\nInterval=1\r\n";
 constexpr const char* Portfolio = "[Canvas01]\r\nFileName=c.can\r\n";
 
-std::string Bytes(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// "width x height" of a JPEG that is whole; else "".
 std::string JpegSize(const std::string& path) {
-    const std::string bytes = Bytes(path);
+    const std::string bytes = BytesOf(path);
     const auto at = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
     if (!bytes.starts_with("\xFF\xD8") || !bytes.ends_with("\xFF\xD9")) return "";
     for (std::size_t i = 2; i + 9 < bytes.size(); i += 2U + at(i + 2) * 256U + at(i + 3)) {
@@ -66,13 +49,13 @@ protected:
         Write("p.por", Portfolio);
         Write("c.can", Canvas);
     }
-    std::string Read(const std::string& name) { return Bytes(home_ / name); }
+    std::string Read(const std::string& name) { return BytesOf(home_ / name); }
     bool Exists(const std::string& name) { return fs::exists(home_ / name); }
 
     Listing List() {
         Listing listing;
         for (const auto& entry : fs::recursive_directory_iterator(home_.Path()))
-            listing[entry.path().string()] = entry.is_directory() ? "/" : Bytes(entry.path().string());
+            listing[entry.path().string()] = entry.is_directory() ? "/" : BytesOf(entry.path().string());
         return listing;
     }
 
@@ -350,7 +333,7 @@ TEST_F(ProgramTest, LosesNoDocumentWhenItIsKilledWhileSaving) {
     const auto lay = [&] {
         for (const auto& [name, bytes] : older) std::ofstream(home / name, std::ios::binary) << bytes;
     };
-    const auto settled = [&] { return Bytes(home / "p.por") != older["p.por"]; };
+    const auto settled = [&] { return BytesOf(home / "p.por") != older["p.por"]; };
 
     lay();
     {
@@ -359,7 +342,7 @@ TEST_F(ProgramTest, LosesNoDocumentWhenItIsKilledWhileSaving) {
         EndInOrder(program);
     }
     for (const auto& [name, bytes] : older) {
-        newer[name] = Bytes(home / name);
+        newer[name] = BytesOf(home / name);
         ASSERT_NE(newer[name], bytes);
     }
 
@@ -378,7 +361,7 @@ TEST_F(ProgramTest, LosesNoDocumentWhenItIsKilledWhileSaving) {
             ASSERT_EQ(program.Status(), -SIGKILL);
         }
         for (const auto& [name, bytes] : older) {
-            const std::string found = Bytes(home / name);
+            const std::string found = BytesOf(home / name);
             ASSERT_TRUE(found == bytes || found == newer[name]) << name << " in round " << round;
             fresh += found == bytes ? 0U : 1U;
         }
