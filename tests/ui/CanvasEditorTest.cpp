@@ -328,6 +328,34 @@ TEST_F(CanvasEditorTest, TakesDroppedPicturesAndRefusesTheRest) {
     EXPECT_THAT(Told().toStdString(), HasSubstr("notes.txt"));
 }
 
+TEST_F(CanvasEditorTest, LoadsDroppedPicturesOneATick) {
+    QTemporaryDir folder;
+    QMimeData data;
+    QList<QUrl> pictures;
+    for (const char* name : {"1.png", "2.png", "3.png"}) {
+        const QString path = folder.filePath(name);
+        QImage(80, 60, QImage::Format_RGB32).save(path);
+        it_.files[path.toStdString()].bytes = testing::PlainPicture{.width = 80, .height = 60}.Bytes(false);
+        pictures << QUrl::fromLocalFile(path);
+    }
+    data.setUrls(pictures);
+    Drop(data, {200, 100});
+    EXPECT_EQ(Layers::InDrawingOrder(*canvas_).size(), 3u);
+    const auto count = [&](auto&& has) {
+        int found = 0;
+        for (int slot : {1, 2, 3}) found += has(slot);
+        return found;
+    };
+    for (int loaded = 0; loaded <= 3; ++loaded) {
+        EXPECT_EQ(count([&](int slot) { return canvas_->Graphic(slot)->Width() > 0; }), loaded);
+        const auto due = [&] {
+            return count([&](int slot) { return canvas_->Timing().Graphic(slot).force; }) == 1;
+        };
+        ASSERT_TRUE(loaded == 3 || QTest::qWaitFor(due));
+        Tick();
+    }
+}
+
 TEST_F(CanvasEditorTest, KeepsPastedPicturesBesideTheCanvas) {
     QGuiApplication::clipboard()->setImage(QImage(800, 400, QImage::Format_RGB32));
     editor_->Paste();

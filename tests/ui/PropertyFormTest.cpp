@@ -195,6 +195,58 @@ TEST_F(PropertyFormTest, MakesOneStepOfWhatIsDoneToARow) {
     EXPECT_FALSE(form->EditorOf("ShadowSize")->isEnabled());
 }
 
+TEST_F(PropertyFormTest, SetsSeveralLayersInOneStep) {
+    TheCanvas().AddText(2)->SetFontSize(30);
+    const LayerId texts[] =
+        {
+            FirstText, {Kind::Text, 2}
+    },
+                  all[] = {FirstText, FirstPicture, SecondPicture};
+    const auto caption = [&] { return form->findChild<QLabel*>("caption")->text(); };
+    form->Show(PropertySets::Layers(*modMain::OpenPortfolio(), 1, texts));
+    EXPECT_EQ(caption(), "2 text layers");
+    auto& size = In<QLineEdit>("FontSize");
+    EXPECT_EQ(size.text(), "");
+    EXPECT_EQ(size.placeholderText(), "Several values");
+    EXPECT_EQ(In<QLineEdit>("LocationX").text(), "0") << "the same in all";
+    Type("FontSize", "5", Qt::Key_unknown);
+    EXPECT_EQ(TheText().FontSize(), 14) << "not before it is entered";
+    QTest::keyClick(&size, Qt::Key_Escape);
+    EXPECT_EQ(size.text(), "");
+    Type("FontSize", "x", Qt::Key_Backspace);
+    QTest::keyClick(&size, Qt::Key_Return);
+    EXPECT_TRUE(form->TakeTyped()) << "what was begun and given up";
+    Type("FontSize", "20");
+    EXPECT_EQ(TheCanvas().Text(2)->FontSize(), 20);
+    EXPECT_EQ(TheText().FontSize(), 20);
+    History& history = *workspace->HistoryOf(1);
+    EXPECT_EQ(history.UndoName(), "Change font size of 2 text layers");
+    history.Undo();
+    Q_EMIT workspace->Pulse();
+    EXPECT_EQ(size.placeholderText(), "Several values");
+    EXPECT_EQ(TheCanvas().Text(2)->FontSize(), 30);
+
+    TheText().SetShadow(true);
+    TheText().SetAlignment(4);
+    form->Show(PropertySets::Layers(*modMain::OpenPortfolio(), 1, all));
+    EXPECT_EQ(caption(), "3 layers");
+    EXPECT_EQ(form->EditorOf("SourceType"), nullptr);
+    EXPECT_EQ(In<QCheckBox>("Shadow").checkState(), Qt::PartiallyChecked);
+    EXPECT_EQ(In<QComboBox>("Align").currentIndex(), -1);
+    In<QCheckBox>("Shadow").click();
+    EXPECT_TRUE(TheCanvas().Graphic(2)->Shadow());
+    EXPECT_EQ(In<QCheckBox>("Shadow").checkState(), Qt::Checked);
+    QTest::keyClick(&In<QComboBox>("Align"), Qt::Key_Down);
+    EXPECT_EQ(TheText().Alignment(), 0);
+    form->findChild<QToolButton*>("resetInterval")->click();
+    EXPECT_EQ(TheCanvas().Graphic(1)->Rate(), 10);
+    EXPECT_EQ(history.UndoName(), "Change update every of 3 layers");
+    EXPECT_EQ(In<QLineEdit>("Interval").text(), "") << "defaults differ";
+    TheCanvas().RemoveGraphic(2);
+    Q_EMIT workspace->Pulse();
+    EXPECT_EQ(caption(), "2 layers");
+}
+
 TEST_F(PropertyFormTest, FollowsWhatItShows) {
     Show(FirstPicture);
     Type("SourceFileName", "no.png", Qt::Key_unknown);
@@ -230,6 +282,26 @@ TEST_F(PropertyFormTest, FollowsWhatItShows) {
     EXPECT_FALSE(form->EditorOf("Opacity")->isVisible());
     form->Show(nullptr, "Nothing");
     EXPECT_EQ(form->EditorOf("Opacity"), nullptr);
+}
+
+TEST_F(PropertyFormTest, SaysWhatIsNotInItsLists) {
+    Portfolio& portfolio = *modMain::OpenPortfolio();
+    form->Show(PropertySets::Motion(portfolio, 0));
+    PropertySet& motion = *form->Set();
+    for (const auto& [value, shown] : {
+             std::pair("30", "30 sec"), {"-3", "3 frames"},
+               {"5",  "5 sec"   }
+    }) {
+        motion.Set(*motion.Find("MotionTriggerRestInterval"), value);
+        Q_EMIT workspace->Pulse();
+        EXPECT_EQ(In<QComboBox>("MotionTriggerRestInterval").currentText(), shown);
+    }
+    form->Show(PropertySets::FTPUpload(portfolio, 1));
+    TheCanvas().VideoStreaming().FTPPush().SetServerName("");
+    Q_EMIT workspace->Pulse();
+    const PropertySet& upload = *form->Set();
+    const std::string_view fallback = upload.Properties()[*upload.Find("ServerName")].fallback;
+    EXPECT_EQ(In<QLineEdit>("ServerName").placeholderText().toStdString(), fallback);
 }
 
 TEST_F(PropertyFormTest, NeverShowsAPassword) {

@@ -22,10 +22,12 @@
 #include "core/main/modMain.h"
 #include "imaging/Graphic.h"
 #include "model/Canvas.h"
+#include "model/edit/Layers.h"
 #include "support/TestPlatform.h"
 #include "text/Tags.h"
 #include "text/Text.h"
 #include "text/TextBox.h"
+#include "ui/property/PropertyForm.h"
 #include "ui/property/RateBox.h"
 #include "ui/property/ScheduleSetup.h"
 #include "ui/property/TagWords.h"
@@ -245,6 +247,63 @@ TEST_F(PropertyWindowsTest, AScheduleIsSetLiveUndoneAndCancelled) {
     EXPECT_EQ(TheSchedule().Description(), "08:00:00 to sunset-15.5 min");
     while (workspace->HistoryOf(1)->CanUndo()) Undo();
     EXPECT_EQ(TheSchedule().Description(), "24-hours");
+}
+
+TEST_F(PropertyWindowsTest, EveryChoiceOfAScheduleIsReachedByKeys) {
+    OpenSchedule();
+    QWidget& window = Window("frmScheduler");
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    const auto press = [&](Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); };
+    const auto tabTo = [&](const QString& name) {
+        for (int i = 0; i < 20 && QApplication::focusWidget()->objectName() != name; ++i) press(Qt::Key_Tab);
+        EXPECT_EQ(QApplication::focusWidget()->objectName(), name);
+    };
+    tabTo("Always");
+    press(Qt::Key_Down);
+    EXPECT_EQ(TheSchedule().ScheduleMode(), Schedule::FromStartTo);
+    for (const QString end : {"Start", "Stop"}) {
+        tabTo(end + "AbsoluteTime");
+        tabTo(end + "AbsoluteTimeValue");
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Backtab);
+        for (const QString way : {"SunriseOffset", "SunsetOffset"}) {
+            tabTo(end + (way == "SunriseOffset" ? "AbsoluteTime" : "SunriseOffset"));
+            press(Qt::Key_Down);
+            tabTo(end + way);
+            tabTo(end + way + "Value");
+        }
+    }
+    EXPECT_EQ(TheSchedule().Description(), "sunset to sunset");
+}
+
+TEST_F(PropertyWindowsTest, WindowsFollowTheirLayersAndSetSeveralAlike) {
+    const auto text = [](int slot) { return LayerId{LayerId::Kind::Text, slot}; };
+    TheCanvas().AddText(2);
+    TheCanvas().AddText(3)->Schedule().SetStartAbsoluteTime(0.5);
+    PropertyForm form(*workspace);
+    const LayerId layers[] = {text(1), text(3)};
+    form.Show(PropertySets::Layers(*modMain::OpenPortfolio(), 1, layers));
+    Press(*form.EditorOf("Schedule"), "change");
+    QWidget& window = Window("frmScheduler");
+    EXPECT_TRUE(window.findChild<QLabel*>("differ")->isVisible());
+    workspace->Select({text(3)});
+    History& history = *workspace->HistoryOf(1);
+    {
+        const HistoryStep step(&history, "Lower");
+        history.Renamed(Layers::NamesAfter(TheCanvas(), text(3), &Layers::Lower));
+    }
+    EXPECT_THAT(workspace->Selection(), ::testing::ElementsAre(text(2)));
+    Press(window, "FromStartTo");
+    const auto started = [&](int slot) { return TheCanvas().Text(slot)->Schedule().StartAbsoluteTime(); };
+    EXPECT_EQ(started(1), 0.5) << "like the one that is shown";
+    EXPECT_EQ(started(3), 0) << "was not asked for";
+    EXPECT_FALSE(window.findChild<QLabel*>("differ")->isVisible());
+    Undo();
+    Undo();
+    EXPECT_THAT(workspace->Selection(), ::testing::ElementsAre(text(3)));
+    Press(window, "FromStartTo");
+    PressButton(window, QDialogButtonBox::Cancel);
+    EXPECT_EQ(started(3), 0.5);
+    EXPECT_EQ(started(1), 0);
 }
 
 TEST_F(PropertyWindowsTest, ColoursArePickedFromThePicture) {
