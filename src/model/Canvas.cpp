@@ -239,6 +239,7 @@ void Canvas::Compose() {
     textHighWater_ = MaxText + 1;
     graphicHighWater_ = MaxGraphic;
     picture_.SetWidthHeight(width_, height_);
+    if (!picture_.hDIB()) picture_.CreateDIB();  // it was unloaded, or there was no memory
     if (forceRedraw_ || forceReload_) composition_.Invalidate();
     CollectLayers();
     composition_.Compose(picture_, Ground(), layers_);
