@@ -96,6 +96,7 @@ void ScrollLongText(QDialog& box, QLabel& label) {
     if (metrics.boundingRect(wrapped, Qt::TextWordWrap, label.text()).height() <= room) return;
     auto* field = new QPlainTextEdit(label.text());
     field->setObjectName("longText");
+    field->setAccessibleName("Message");
     field->setReadOnly(true);
     field->setTabChangesFocus(true);
     field->setMinimumSize(std::min(wrapped.width() + field->verticalScrollBar()->sizeHint().width(),

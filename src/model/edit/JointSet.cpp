@@ -41,19 +41,20 @@ bool JointSet::Mixed(std::size_t row) const {
     });
 }
 
-KeyFault JointSet::Set(std::size_t row, const std::string& text) {
-    KeyFault worst = KeyFault::None;
+template <typename Act>
+KeyFault JointSet::SetEach(std::size_t row, Act act) {
+    KeyFault last = KeyFault::None;
     for (const Part& part : parts_)
-        if (const KeyFault fault = part.set->Set(part.rows.at(row), text); fault != KeyFault::None)
-            worst = fault;
-    return worst;
+        if (const KeyFault fault = act(*part.set, part.rows.at(row)); fault != KeyFault::None) last = fault;
+    return last;
+}
+
+KeyFault JointSet::Set(std::size_t row, const std::string& text) {
+    return SetEach(row, [&](PropertySet& set, std::size_t own) { return set.Set(own, text); });
 }
 
 KeyFault JointSet::Reset(std::size_t row) {
-    KeyFault worst = KeyFault::None;
-    for (const Part& part : parts_)
-        if (const KeyFault fault = part.set->Reset(part.rows.at(row)); fault != KeyFault::None) worst = fault;
-    return worst;
+    return SetEach(row, [](PropertySet& set, std::size_t own) { return set.Reset(own); });
 }
 
 bool JointSet::IsDefault(std::size_t row) const {

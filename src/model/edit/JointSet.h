@@ -19,7 +19,7 @@ public:
     std::string Get(std::size_t row) const override;
     bool Mixed(std::size_t row) const override;
 
-    /// The worst that came of it.
+    /// What came of it last where it was not taken as it is.
     KeyFault Set(std::size_t row, const std::string& text) override;
 
     /// Each thing gets its own default.
@@ -40,6 +40,10 @@ private:
     };
 
     const Part* Lead() const;
+
+    /// `act(set, row)` for each thing, with the row as its own set counts.
+    template <typename Act>
+    KeyFault SetEach(std::size_t row, Act act);
 
     std::vector<Property> rows_;
     std::vector<Part> parts_;
