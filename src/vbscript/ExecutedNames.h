@@ -31,7 +31,7 @@ private:
     struct Variable {
         NameId name;
         bool isDeclared = false;
-        Value value;
+        Value value{};
     };
 
     Variable* Entry(NameId name) {
