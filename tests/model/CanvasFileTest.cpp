@@ -1,10 +1,9 @@
-#include <gtest/gtest.h>
-
 #include "core/Log.h"
 #include "model/CanvasKeys.h"
 #include "model/Documents.h"
 #include "model/LongText.h"
 #include "model/PortfolioKeys.h"
+#include "support/Tsv.h"
 
 namespace tessaloom::testing {
 namespace {
@@ -88,44 +87,18 @@ TEST_F(CanvasFileTest, EveryKeyIsReadAndWrittenBack) {
 }
 
 TEST_F(CanvasFileTest, ValuesOutOfRangeAreClampedAndReportedOnce) {
-    const struct {
-        const char *section, *key, *value, *stored, *reason;
-    } rows[] = {
-  // clang-format off
-        {"General", "Width", "5000", "3000", "out of range, 3000 taken"},
-        {"General", "WindowState", "2", "0", nullptr},
-        {"General", "WindowState", "7", "1", "out of range, 1 taken"},
-        {"General", "ShadowIntensity", "many", "0", "not a number, 0 taken"},
-        {"General", "SizeLocked", "maybe", "False", "neither True nor False, False taken"},
-        {"Background", "BackgroundBaseTime", "07.30", "07:30:00", nullptr},
-        {"Background", "BackgroundBaseTime", "25:61:00", "00:00:00", "not a time of day (HH:MM:SS), 00:00:00 taken"},
-        {"Background", "BackgroundBaseTime", "0:00", "00:00:00", nullptr},
-        {"Background", "BackgroundBaseTime", "noon", "00:00:00", "not a time of day (HH:MM:SS), 00:00:00 taken"},
-        {"Background", "BackgroundColor", "&H00FFFF", "&H00FFFF", nullptr},
-        {"Background", "BackgroundColor", "255", "&H0000FF", nullptr},
-        {"Background", "BackgroundColor", "red", "&H000000", "not a colour (&HBBGGRR), &H000000 taken"},
-        {"Capture", "FixedRate", "0.5", "0.5", nullptr},
-        {"Text001", "FontSize", "1e300", "2", "out of range, 2 taken"},
-        {"Text001", "LocationX", "-99999999999", "0", "out of range, 0 taken"},
-        {"Text001", "LocationX", "99999999999", "3000", "out of range, 3000 taken"},
-        {"Text001", "LocationX", "0.4", "0", nullptr},
-        {"Text001", "RotationAngle", "-90", "270", nullptr},
-        {"Text001", "Enabled", "perhaps", "False", "neither True nor False"},
-        {"Graphic001", "TransparentColorTable004", "101", "100", "out of range, 100 taken"},
-        {"Graphic001", "RotationAngle", "360", "0", nullptr},
-  // clang-format on
-    };
-    for (const auto& [section, key, value, stored, reason] : rows) {
-        SCOPED_TRACE(std::string(key) + "=" + value);
+    for (const TsvRow& row : ReadTsv(TEST_DATA "/model/doubtful_values.tsv")) {
+        const auto &section = row[0], &key = row[1], &value = row[2], &reason = row[4];
+        SCOPED_TRACE(key + "=" + value);
         Write("c.can", Data("completed.can"));
         profile.Set("c.can", section, key, value);
         Canvas& canvas = portfolio.Canvas(3);
         canvas.SetFileName("c.can");
         ASSERT_TRUE(canvas.LoadFile());
-        const std::string place = std::string("c.can [").append(section).append("] ").append(key);
-        EXPECT_EQ(TakeFaults(), reason ? Faults{place + "=" + value + ": " + reason} : Faults{});
+        const std::string fault = "c.can [" + section + "] " + key + "=" + value + ": " + reason;
+        EXPECT_EQ(TakeFaults(), reason.empty() ? Faults{} : Faults{fault});
         ASSERT_TRUE(canvas.SaveFile());
-        EXPECT_EQ(Value("c.can", section, key), stored);
+        EXPECT_EQ(Value("c.can", section, key), row[3]);
     }
 }
 
@@ -212,69 +185,30 @@ TEST_F(CanvasFileTest, FileThatCannotBeReadLeavesTheCanvasAsItWas) {
     EXPECT_EQ(TakeFaults(), (Faults{"c.can: not a text file", "nowhere.can: missing file"}));
 }
 
-// The ends of what number keys take. The first row counts that has the name, alone or behind that of its
-// table.
-const struct {
-    const char *low, *high, *names;
-} Ranges[] = {
-  // clang-format off
-    {"0", "1", "CascadeMode SequentialType ScheduleMode CSVAltitudeUnits CSVTemperatureUnits"},
-    {"0", "2", "FTPMode FontSmoothing StartMode StopMode Text:OpacityMode"},
-    {"0", "3", "Layer OpacityMode MotionDiffPreBlurRadius"},
-    {"0", "4", "SourceType"},
-    {"0", "8", "Align"},
-    {"0", "60", "Web:Interval"},
-    {"0", "100", "ShadowIntensity Opacity MotionBrighterMotionLimit MotionCoverageLimit"},
-    {"0", "999", "ColorProcessing TransparentColorCount"},
-    {"0", "1000", "CSVTemperatureTrendThreshold CSVBarometricTrendThreshold"},
-    {"0", "2000", "CropBottom CropTop StretchedHeight"},
-    {"0", "3000", "CropLeft CropRight FeatherRadius FeatherWidth StretchedWidth"},
-    {"0", "86400", "FixedRate SequentialRate BackgroundRate Interval Rate CSVDelay CSVWindStatisticsInterval"},
-    {"0", "99999999", "SequentialNumber"},
-    {"1", "4", "ShadowSize"},
-    {"1", "20", "SourceCanvas"},
-    {"1", "100", "FixedQuality SequentialQuality Quality"},
-    {"1", "1000", "CascadeCount"},
-    {"1", "2000", "Height"},
-    {"1", "3000", "Width"},
-    {"1", "65535", "Port"},
-    {"2", "288", "FontSize"},
-    {"-60", "60", "MotionTriggerRestInterval"},
-    {"-100", "0", "MotionDarkerMotionLimit"},
-    {"-1000", "1000", "CSVBarometerOffset"},
-    {"-1440", "1440", "StartSunriseOffset StartSunsetOffset StopSunriseOffset StopSunsetOffset"},
-    {"-2000", "2000", "LocationY ShadowOffsetY"},
-    {"-2000", "40000", "CSVAltitude"},
-    {"-3000", "3000", "LocationX ShadowOffsetX"},
-    {"&H000000", "&HFFFFFF", "Color BackgroundColor"},
-    {"00:00:00", "23:59:59", "FixedBaseTime SequentialBaseTime BackgroundBaseTime BaseTime"},
-    // Of any size, or with a test of their own.
-    {"", "", "PosX PosY FormType WindowState RotationAngle FrameRate StartAbsoluteTime StopAbsoluteTime UpdateBaseTime CSVBaseTime"},
-  // clang-format on
-};
-
+/// A number keeps within the range that the table gives its key.
 template <typename Owner>
 void ExpectRange(Owner& owner, const Key<Owner>& key, const std::string& table) {
     const std::string name = std::string(key.name) + " ";
-    const auto row = std::ranges::find_if(Ranges, [&](const auto& r) {
-        const std::string names = " " + std::string(r.names) + " ";
+    static const std::vector<TsvRow> Ranges = ReadTsv(TEST_DATA "/model/ranges.tsv");
+    const auto row = std::ranges::find_if(Ranges, [&](const TsvRow& range) {
+        const std::string names = " " + range[2] + " ";
         return names.find(" " + name) != names.npos || names.find(" " + table + ":" + name) != names.npos;
     });
-    ASSERT_NE(row, std::end(Ranges)) << "no range";
-    const auto expect = [&](const std::string& value, KeyFault fault, const char* stored) {
+    ASSERT_NE(row, Ranges.end()) << "no range";
+    const auto expect = [&](const std::string& value, KeyFault fault, const std::string& stored) {
         EXPECT_EQ(key.read(owner, value), fault) << value;
         EXPECT_EQ(key.write(owner), stored) << value;
     };
-    const std::string low = row->low;
-    if (low.empty()) return;
-    expect(row->high, KeyFault::None, row->high);
-    expect(low[0] == '&'       ? "&H1000000"
-           : low == "00:00:00" ? "24:00:00"
-                               : std::to_string(std::stoi(row->high) + 1),
-           KeyFault::OutOfRange, row->high);
-    expect(low, KeyFault::None, row->low);
+    const std::string &low = (*row)[0], &high = (*row)[1];
+    if (low == "-") return;
+    const std::string above = low[0] == '&'       ? "&H1000000"
+                              : low == "00:00:00" ? "24:00:00"
+                                                  : std::to_string(std::stoi(high) + 1);
+    expect(high, KeyFault::None, high);
+    expect(above, KeyFault::OutOfRange, high);
+    expect(low, KeyFault::None, low);
     if (low != "00:00:00")
-        expect(std::to_string(std::stoi(low[0] == '&' ? "0" : low) - 1), KeyFault::OutOfRange, row->low);
+        expect(std::to_string(std::stoi(low[0] == '&' ? "0" : low) - 1), KeyFault::OutOfRange, low);
 }
 
 /// Each key of `keys` must make `document` need saving when it gets another value, and only then; a number

@@ -1,8 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <random>
-
 #include "imaging/Percent.h"
 #include "imaging/pixelops/Tessaloom.h"
 #include "model/Documents.h"

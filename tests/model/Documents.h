@@ -1,14 +1,5 @@
 #pragma once
 
-#include <algorithm>
-#include <fstream>
-#include <iterator>
-#include <map>
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
 #include "imaging/Graphic.h"
 #include "model/Canvas.h"
 #include "model/CanvasView.h"

@@ -1,7 +1,3 @@
-#include <gtest/gtest.h>
-
-#include <random>
-
 #include "model/DocumentCheck.h"
 #include "model/Documents.h"
 

@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "model/AllocationCounter.h"
 #include "model/Documents.h"
 

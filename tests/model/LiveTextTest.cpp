@@ -1,17 +1,10 @@
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <string>
-
 #include "model/Documents.h"
 #include "script/host/Script.h"
 #include "support/RecordingScriptEngine.h"
 #include "text/VWS.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
-
-using testing::Documents;
 
 class LiveText : public ::testing::Test, protected Documents {
 protected:
@@ -52,7 +45,7 @@ TEST_F(LiveText, ACaptionFollowsTheWeatherFile) {
     weather.SetCSVFile("w.csv");
     weather.SetCSVDelay(1);
     weather.SetCSVEnabled(true);
-    testing::RecordingScriptEngine engine;
+    RecordingScriptEngine engine;
     engine.procedures.push_back({"NewCSVData", 0});
     Write("script.txt", "'");
     portfolio.Script().SetEngine(&engine);
@@ -88,4 +81,4 @@ TEST_F(LiveText, ACaptionFollowsTheWeatherFile) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

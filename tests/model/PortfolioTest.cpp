@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "model/DocumentCheck.h"
 #include "model/Documents.h"
 #include "publish/WebServer.h"

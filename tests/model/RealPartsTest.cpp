@@ -1,5 +1,3 @@
-#include <gtest/gtest.h>
-
 #include "imaging/BmpFile.h"
 #include "model/Documents.h"
 #include "platform/jpeg/TurboJpegCodec.h"
