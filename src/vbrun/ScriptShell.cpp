@@ -86,9 +86,7 @@ std::span<const Member<ScriptShell>> ScriptShell::Members() {
         {u"ScriptFullName", 0, 0,
          [](ScriptShell& self, const Arguments&) { return Value::OfUtf8(self.fullName_); }},
         {u"ScriptName", 0, 0,
-         [](ScriptShell& self, const Arguments&) {
-             return Value::OfUtf8(FileName(self.fullName_));
-         }},
+         [](ScriptShell& self, const Arguments&) { return Value::OfUtf8(FileName(self.fullName_)); }},
         {u"Name", 0, 0, [](ScriptShell&, const Arguments&) { return Value::OfText(u"vbrun"); }},
         {u"Version", 0, 0, [](ScriptShell&, const Arguments&) { return Value::OfText(u"5.8"); }},
         {u"CreateObject", 1, 2,
