@@ -9,13 +9,16 @@
 #include "imaging/pixelops/Rotation.h"
 #include "model/Canvas.h"
 #include "model/edit/LayerParts.h"
+#include "platform/Ascii.h"
+#include "platform/Paths.h"
+#include "platform/TextEncoding.h"
 #include "text/Text.h"
 
 namespace tessaloom::Layers {
 
 namespace {
 
-constexpr std::size_t TitleLength = 60;  ///< Bytes at most.
+constexpr std::size_t TitleLength = 60;  ///< Characters at most.
 
 struct Size {
     int width = 0, height = 0;
@@ -65,17 +68,10 @@ bool Hits(const Geometry& geometry, double x, double y) {
 
 /// The first line with anything on it, cut at a whole character.
 std::string FirstLine(std::string_view text) {
-    text.remove_prefix(std::min(text.find_first_not_of(" \t\r\n"), text.size()));
+    text.remove_prefix(std::min(text.find_first_not_of(ascii::WhiteSpace), text.size()));
     text = text.substr(0, text.find_first_of("\r\n"));
-    if (text.size() <= TitleLength) return std::string(text);
-    std::size_t end = TitleLength;
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
-    return std::string(text.substr(0, end)) + "...";
-}
-
-std::string FileNameOf(std::string_view path) {
-    const auto slash = path.find_last_of("\\/");
-    return std::string(slash == path.npos ? path : path.substr(slash + 1));
+    const std::string_view title = FirstCharacters(text, TitleLength);
+    return std::string(title) + (title.size() < text.size() ? "..." : "");
 }
 
 std::string Named(std::string_view kind, const std::string& name) {
@@ -87,7 +83,7 @@ std::string TitleOf(const Graphic& graphic) {
         case Graphic::VideoFeed:
             return Named("Camera", FirstLine(MaskSecrets(graphic.SourceVideoFeedName())));
         case Graphic::PictureFile:
-            return Named("Picture", FirstLine(FileNameOf(graphic.SourceFileName())));
+            return Named("Picture", FirstLine(FileName(graphic.SourceFileName())));
         case Graphic::Address:
             return Named("Web", FirstLine(MaskSecrets(graphic.SourceURL())));
         case Graphic::OtherCanvas:
