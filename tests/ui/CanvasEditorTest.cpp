@@ -2,66 +2,39 @@
 
 #include "ui/canvas/CanvasEditor.h"
 
-#include <gmock/gmock.h>
-
-#include <QBuffer>
-#include <QClipboard>
-#include <QDragEnterEvent>
-#include <QDropEvent>
-#include <QFile>
-#include <QGuiApplication>
-#include <QMimeData>
-#include <QMouseEvent>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
-#include <QUrl>
-#include <cmath>
-#include <functional>
-#include <memory>
-
-#include "core/main/modMain.h"
-#include "model/Canvas.h"
 #include "model/edit/Layers.h"
-#include "support/TestPlatform.h"
 #include "text/Text.h"
+#include "ui/Desk.h"
 #include "ui/canvas/LayerFrame.h"
 #include "ui/canvas/Notice.h"
-#include "ui/shared/Workspace.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
-
-using ::testing::ElementsAre;
-using ::testing::HasSubstr;
-using ::testing::IsEmpty;
 
 using Kind = LayerId::Kind;
 
 /// A canvas of 400 x 300 pixels in slot 1, shown pixel for pixel.
-class CanvasEditorTest : public ::testing::Test {
+class CanvasEditorTest : public Desk {
 protected:
     void SetUp() override {
-        modMain::Main(it_.platform, {.portfolio = "a.por", .views = {}});
-        workspace_ = std::make_unique<Workspace>(it_.platform);
-        canvas_ = &modMain::OpenPortfolio()->Canvas(1);
+        Start();
+        canvas_ = &TheCanvas();
         canvas_->SetWidthHeight(400, 300);
         canvas_->SetEnabled(true);
         canvas_->SetFileName("folder\\harbour.can");
-        workspace_->Activate(1);
-        editor_ = std::make_unique<CanvasEditor>(*workspace_, 1);
+        workspace->Activate(1);
+        editor_ = std::make_unique<CanvasEditor>(*workspace, 1);
         editor_->resize(400, 300);
         editor_->show();
     }
     void TearDown() override {
         editor_.reset();
-        workspace_.reset();
-        modMain::modMain_Shutdown();
+        Desk::TearDown();
     }
 
     void Tick() {
-        it_.time.Advance(0.02);
-        it_.timer.Tick();
+        it.time.Advance(0.02);
+        it.timer.Tick();
         if (canvas_) editor_->ShowPicture(canvas_->Picture());
         QApplication::processEvents();
     }
@@ -110,14 +83,12 @@ protected:
 
     std::vector<int> Selected() const {
         std::vector<int> slots;
-        for (const LayerId layer : workspace_->Selection()) slots.push_back(layer.slot);
+        for (const LayerId layer : workspace->Selection()) slots.push_back(layer.slot);
         return slots;
     }
-    History& Steps() { return *workspace_->HistoryOf(1); }
+    History& Steps() { return *workspace->HistoryOf(1); }
     QString Told() const { return editor_->findChild<Notice*>()->Text(); }
 
-    testing::TestPlatform it_;
-    std::unique_ptr<Workspace> workspace_;
     std::unique_ptr<CanvasEditor> editor_;
     Canvas* canvas_ = nullptr;
 };
@@ -255,8 +226,8 @@ TEST_F(CanvasEditorTest, SurvivesWhatOthersDoInMidDrag) {
         {"the window is hidden",  [&] { editor_->hide(); }                         },
         {"the canvas goes",
          [&] {
-             modMain::OpenPortfolio()->ResetCanvas(1);
-             workspace_->CanvasClosed(1);
+             Open().ResetCanvas(1);
+             workspace->CanvasClosed(1);
              canvas_ = nullptr;
          }                                                                         },
     };
@@ -265,7 +236,7 @@ TEST_F(CanvasEditorTest, SurvivesWhatOthersDoInMidDrag) {
         canvas_->SetWidthHeight(400, 300);
         editor_->show();
         Block(1, 20, 20, 60, 40);
-        workspace_->Select({});
+        workspace->Select({});
         Press({30, 30});
         MoveTo({60, 60}, Qt::AltModifier);
         EXPECT_EQ(canvas_->Graphic(1)->x(), 50);
@@ -308,7 +279,7 @@ TEST_F(CanvasEditorTest, TakesDroppedPicturesAndRefusesTheRest) {
     QTemporaryDir folder;
     const QString picture = folder.filePath("logo.png"), notes = folder.filePath("notes.txt");
     QImage(80, 60, QImage::Format_RGB32).save(picture);
-    it_.files[picture.toStdString()].bytes = testing::PlainPicture{.width = 80, .height = 60}.Bytes(false);
+    it.files[picture.toStdString()].bytes = PlainPicture{.width = 80, .height = 60}.Bytes(false);
     QFile file(notes);
     file.open(QIODevice::WriteOnly);
     file.write("no picture");
@@ -335,7 +306,7 @@ TEST_F(CanvasEditorTest, LoadsDroppedPicturesOneATick) {
     for (const char* name : {"1.png", "2.png", "3.png"}) {
         const QString path = folder.filePath(name);
         QImage(80, 60, QImage::Format_RGB32).save(path);
-        it_.files[path.toStdString()].bytes = testing::PlainPicture{.width = 80, .height = 60}.Bytes(false);
+        it.files[path.toStdString()].bytes = PlainPicture{.width = 80, .height = 60}.Bytes(false);
         pictures << QUrl::fromLocalFile(path);
     }
     data.setUrls(pictures);
@@ -361,8 +332,8 @@ TEST_F(CanvasEditorTest, KeepsPastedPicturesBesideTheCanvas) {
     editor_->Paste();
     ASSERT_TRUE(QTest::qWaitFor([&] { return !Layers::InDrawingOrder(*canvas_).empty(); }));
     const Graphic& pasted = *canvas_->Graphic(1);
-    EXPECT_THAT(pasted.SourceFileName(), ::testing::StartsWith("folder\\pasted-"));
-    EXPECT_TRUE(it_.files.FileExists(pasted.SourceFileName()));
+    EXPECT_THAT(pasted.SourceFileName(), StartsWith("folder\\pasted-"));
+    EXPECT_TRUE(it.files.FileExists(pasted.SourceFileName()));
 }
 
 TEST_F(CanvasEditorTest, AddsLayersAndSaysWhyItDoesNot) {
@@ -397,4 +368,4 @@ TEST(LayerFrame, KeepsTheOppositeCornerOfATurnedFrame) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

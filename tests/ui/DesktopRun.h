@@ -1,14 +1,7 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <QAction>
-#include <QApplication>
-#include <QPointer>
-#include <QTest>
-#include <QTimer>
-#include <functional>
-#include <utility>
+#include <QtTest>
+#include <QtWidgets>
 
 #include "core/SetupValues.h"
 #include "core/main/modMain.h"

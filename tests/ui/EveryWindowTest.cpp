@@ -1,40 +1,13 @@
-#include <gtest/gtest.h>
-
-#include <QAbstractButton>
-#include <QAccessible>
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDialogButtonBox>
-#include <QKeySequence>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPointer>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QTabWidget>
-#include <QTest>
-#include <functional>
-#include <map>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "core/SetupValues.h"
-#include "core/main/modMain.h"
-#include "model/Canvas.h"
-#include "model/edit/PropertySet.h"
 #include "publish/CanvasSaves.h"
-#include "support/TestPlatform.h"
 #include "text/Text.h"
-#include "ui/dialogs/SetupProperties.h"
+#include "ui/AllSettings.h"
+#include "ui/Desk.h"
 #include "ui/dialogs/Setups.h"
 #include "ui/property/LayerPanel.h"
 #include "ui/property/PropertyForm.h"
 #include "ui/property/ScheduleSetup.h"
 #include "ui/property/TextTags.h"
 #include "ui/property/TransparentColours.h"
-#include "ui/shared/Workspace.h"
 
 namespace tessaloom::testing {
 namespace {
@@ -42,32 +15,24 @@ namespace {
 constexpr LayerId FirstText{LayerId::Kind::Text, 1}, FirstPicture{LayerId::Kind::Graphic, 1};
 
 /// What holds for each window alike.
-class EveryWindowTest : public ::testing::Test {
+class EveryWindowTest : public Desk {
 protected:
     EveryWindowTest() {
-        it.files[it.files.CurrentFolder() + "\\Tessaloom.INI"].bytes =
-            "[General]\r\nStationLatitude=48\r\nStationLongitude=11\r\n";
-        it.files["p.por"].bytes = "[Canvas01]\r\nFileName=c.can\r\n[VideoFeeds]\r\nFeed0Name=cam\r\n";
-        it.files["c.can"].bytes =
-            "[General]\r\nName=Harbour\r\nWidth=64\r\nHeight=48\r\n"
-            "[Text001]\r\nEnabled=True\r\nText=one\r\n[Graphic001]\r\nEnabled=True\r\n";
-        modMain::StartOptions options;
-        options.portfolio = "p.por";
-        modMain::Main(it.platform, options);
-        workspace = std::make_unique<Workspace>(it.platform);
+        Start(
+            {
+                {"p.por", "[Canvas01]\r\nFileName=c.can\r\n[VideoFeeds]\r\nFeed0Name=cam\r\n"},
+                {"c.can",
+                 "[General]\r\nName=Harbour\r\nWidth=64\r\nHeight=48\r\n"
+                 "[Text001]\r\nEnabled=True\r\nText=one\r\n[Graphic001]\r\nEnabled=True\r\n" }
+        },
+            "StationLatitude=48\r\nStationLongitude=11\r\n");
         workspace->Activate(1);
-        it.time.Advance(0.01);
-        it.timer.Tick();
+        Tick();
     }
-    ~EveryWindowTest() override {
-        Q_EMIT workspace->SetupMustClose();
+    void TearDown() override {
         parts.clear();
-        modMain::modMain_Shutdown();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        tessaloom::Setup() = {};
+        Desk::TearDown();
     }
-
-    Portfolio& Open() { return *modMain::OpenPortfolio(); }
 
     /// Opens one window after the other.
     void ForEach(const std::function<void(QWidget&)>& look) {
@@ -126,33 +91,6 @@ protected:
         ShowPart(std::move(form));
     }
 
-    /// All that windows set, as text.
-    std::string Everything() {
-        std::unique_ptr<PropertySet> sets[] = {
-            PropertySets::Layer(Open(), 1, FirstText),
-            PropertySets::Layer(Open(), 1, FirstPicture),
-            PropertySets::CanvasGeneral(Open(), 1),
-            PropertySets::FixedSave(Open(), 1),
-            PropertySets::SequentialSave(Open(), 1),
-            PropertySets::Wallpaper(Open(), 1),
-            PropertySets::FTPUpload(Open(), 1),
-            PropertySets::WebPicture(Open(), 1),
-            PropertySets::Feed(Open(), 0),
-            PropertySets::Motion(Open(), 0),
-            PropertySets::Web(Open()),
-            PropertySets::Weather(Open()),
-            PropertySets::Scripting(Open()),
-            std::make_unique<SetupProperties>(it.platform),
-        };
-        std::string all;
-        for (const auto& set : sets)
-            for (std::size_t row = 0; row < set->Properties().size(); ++row)
-                all.append(set->Properties()[row].name).append("=").append(set->Get(row)).append("\n");
-        return all;
-    }
-
-    TestPlatform it;
-    std::unique_ptr<Workspace> workspace;
     std::vector<std::unique_ptr<QWidget>> parts;
 };
 
@@ -201,16 +139,14 @@ TEST_F(EveryWindowTest, NamesAllThatTheKeyboardReachesAndHasEachMnemonicOnce) {
 
 TEST_F(EveryWindowTest, StaysWithAMistakeUntilItIsMended) {
     ShowCanvasSetup(*workspace, nullptr, 1, CanvasPage::FixedSave);
-    QPointer<QWidget> window;
-    for (QWidget* widget : QApplication::topLevelWidgets())
-        if (widget->objectName() == "CanvasSetup1") window = widget;
+    QPointer<QWidget> window = Window("CanvasSetup1");
     ASSERT_TRUE(window);
     auto* line = window->findChild<QWidget*>("FixedRate")->findChild<QLineEdit*>();
     line->selectAll();
     QTest::keyClicks(line->parentWidget(), "soon");
     auto* tabs = window->findChild<QTabWidget*>();
     tabs->setCurrentIndex(0);
-    QTest::mouseClick(window->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Ok), Qt::LeftButton);
+    Press("CanvasSetup1", QDialogButtonBox::Ok);
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(tabs->currentIndex(), 1);
     line->selectAll();
@@ -223,7 +159,7 @@ TEST_F(EveryWindowTest, StaysWithAMistakeUntilItIsMended) {
 }
 
 TEST_F(EveryWindowTest, TakesNonsenseEverywhereAndCancelPutsAllBack) {
-    const std::string before = Everything();
+    const auto before = AllSettings(it.platform);
     ForEach([&](QWidget& window) {
         const auto* buttons = window.findChild<QDialogButtonBox*>();
         QAbstractButton* cancel = buttons ? buttons->button(QDialogButtonBox::Cancel) : nullptr;
@@ -244,9 +180,9 @@ TEST_F(EveryWindowTest, TakesNonsenseEverywhereAndCancelPutsAllBack) {
                     QTest::keyClick(line, Qt::Key_Tab);
                 }
             });
-        EXPECT_NE(Everything(), before);
+        EXPECT_NE(AllSettings(it.platform), before);
         QTest::mouseClick(cancel, Qt::LeftButton);
-        EXPECT_EQ(Everything(), before);
+        EXPECT_EQ(AllSettings(it.platform), before);
     });
 }
 

@@ -1,37 +1,15 @@
 // What people do with the program from end to end: mouse and keys on real windows above the real engine, in a
 // folder of its own. Nothing is set through the model; it is only asked what came of it.
 
-#include <gmock/gmock.h>
-
-#include <QDropEvent>
-#include <QImage>
-#include <QLabel>
-#include <QMimeData>
-#include <QPlainTextEdit>
-#include <QScopedValueRollback>
-#include <QSpinBox>
-#include <QToolButton>
-#include <QUrl>
-#include <filesystem>
-#include <fstream>
-#include <map>
-#include <memory>
-#include <set>
-
 #include "app/Services.h"
 #include "core/RunFlags.h"
 #include "core/SetupValues.h"
-#include "core/main/modMain.h"
-#include "model/Canvas.h"
-#include "model/Portfolio.h"
-#include "model/edit/Layers.h"
-#include "model/edit/PropertySet.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestPlatform.h"
+#include "ui/AllSettings.h"
 #include "ui/DesktopFrontEnd.h"
 #include "ui/Person.h"
 #include "ui/canvas/Notice.h"
-#include "ui/dialogs/SetupProperties.h"
 #include "ui/frmMain.h"
 #include "ui/property/PropertyForm.h"
 #include "ui/shared/SetupWindow.h"
@@ -39,8 +17,6 @@
 namespace tessaloom::testing {
 namespace {
 
-using ::testing::ContainerEq;
-using ::testing::HasSubstr;
 using Button = QDialogButtonBox;
 using Values = std::map<std::string, std::string>;
 
@@ -135,34 +111,12 @@ protected:
     /// is empty counts as the default.
     Values Settings() {
         Values values;
-        const auto add = [&](const std::string& of, std::unique_ptr<PropertySet> set) {
+        for (const auto& [name, set] : AllSets(platform_))
             for (std::size_t row = 0; row < set->Properties().size(); ++row)
                 if (const Property& property = set->Properties()[row]; property.name != "SequentialNumber") {
-                    std::string& value = values[of + "." + std::string(property.name)] = set->Get(row);
+                    std::string& value = values[name + "." + std::string(property.name)] = set->Get(row);
                     if (value.empty()) value = property.fallback;
                 }
-        };
-        Portfolio& portfolio = *modMain::OpenPortfolio();
-        add("setup", std::make_unique<SetupProperties>(platform_));
-        add("feed", PropertySets::Feed(portfolio, 0));
-        add("motion", PropertySets::Motion(portfolio, 0));
-        add("web", PropertySets::Web(portfolio));
-        add("weather", PropertySets::Weather(portfolio));
-        add("script", PropertySets::Scripting(portfolio));
-        for (int slot = 1; slot <= Portfolio::MaxCanvas; ++slot) {
-            if (!TheCanvas(slot).Enabled()) continue;
-            const std::string canvas = "canvas" + std::to_string(slot);
-            add(canvas, PropertySets::CanvasGeneral(portfolio, slot));
-            add(canvas + ".fixed", PropertySets::FixedSave(portfolio, slot));
-            add(canvas + ".sequential", PropertySets::SequentialSave(portfolio, slot));
-            add(canvas + ".wallpaper", PropertySets::Wallpaper(portfolio, slot));
-            add(canvas + ".ftp", PropertySets::FTPUpload(portfolio, slot));
-            add(canvas + ".web", PropertySets::WebPicture(portfolio, slot));
-            for (const LayerId layer : Layers::InDrawingOrder(TheCanvas(slot)))
-                add(canvas + (layer.kind == LayerId::Kind::Text ? ".text" : ".graphic") +
-                        std::to_string(layer.slot),
-                    PropertySets::Layer(portfolio, slot, layer));
-        }
         return values;
     }
 
@@ -186,7 +140,7 @@ protected:
         options.portfolio = portfolio;
         modMain::Main(server, options);
         const Values values = Settings();
-        EXPECT_THAT(dialogs.shown, ::testing::IsEmpty());
+        EXPECT_THAT(dialogs.shown, IsEmpty());
         modMain::modMain_Shutdown();
         return values;
     }
@@ -220,11 +174,6 @@ private:
                        nullptr,
                        services_.All().captureDrivers};
 };
-
-std::string Bytes(const char* file) {
-    std::ifstream in(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), {}};
-}
 
 bool Near(QColor a, QColor b) {
     const int most = std::max(
@@ -262,7 +211,7 @@ TEST_F(FlowsTest, FirstCanvas) {
     Person::Press(tags, "insert");
     Person::Press(tags, Button::Close);
     EXPECT_THAT(Person::Visible<QLabel>(Properties(), "preview").text().toStdString(),
-                ::testing::MatchesRegex("At [0-9]+:[0-9]+.*"));
+                MatchesRegex("At [0-9]+:[0-9]+.*"));
     Set(Properties(), "Color", "#FF00FF");
     Set(Properties(), "FontSize", "24");
     Set(Properties(), "LocationX", "120");
@@ -319,7 +268,7 @@ TEST_F(FlowsTest, OpenChangeSaveAsReopen) {
     Choose("mnuFile", {"cmdPortfolioNew"});
     person.WillEnter("Portfolio Open", "first.por");
     Choose("mnuFile", {"cmdPortfolioOpen"});
-    const std::string portfolio = Bytes("first.por"), canvas = Bytes("first.can");
+    const std::string portfolio = BytesOf("first.por"), canvas = BytesOf("first.can");
     const QWidget& editor = Editor();
     QTest::mouseClick(&Editor(), Qt::LeftButton, {}, On(editor, {160, 120}).toPoint());
     Set(Properties(), "BackgroundColor", "#336699");
@@ -328,8 +277,8 @@ TEST_F(FlowsTest, OpenChangeSaveAsReopen) {
     Choose("mnuFile", {"cmdCanvasSaveAs"});
     person.WillEnter("Portfolio Save As", "second");
     Choose("mnuFile", {"cmdPortfolioSaveAs"});
-    EXPECT_EQ(Bytes("first.por"), portfolio);
-    EXPECT_EQ(Bytes("first.can"), canvas);
+    EXPECT_EQ(BytesOf("first.por"), portfolio);
+    EXPECT_EQ(BytesOf("first.can"), canvas);
 
     Set(Properties(), "Opacity", "50");
     const Values made = Settings();

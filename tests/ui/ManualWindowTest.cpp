@@ -1,7 +1,5 @@
 #include "ui/ManualWindow.h"
 
-#include <gtest/gtest.h>
-
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -9,6 +7,8 @@
 #include <QRegularExpression>
 #include <QTextBrowser>
 #include <QUrl>
+
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 namespace {

@@ -1,29 +1,11 @@
 #pragma once
 
-#include <gtest/gtest.h>
+#include <QtTest>
+#include <QtWidgets>
 
-#include <QAction>
-#include <QApplication>
-#include <QCheckBox>
-#include <QComboBox>
-#include <QDialog>
-#include <QDialogButtonBox>
-#include <QLineEdit>
-#include <QMainWindow>
-#include <QMenu>
-#include <QMenuBar>
-#include <QMouseEvent>
-#include <QPointer>
-#include <QPushButton>
-#include <QScopedValueRollback>
-#include <QTest>
-#include <QTimer>
 #include <deque>
-#include <functional>
-#include <stdexcept>
-#include <string>
-#include <utility>
-#include <vector>
+
+#include "support/Testing.h"
 
 namespace tessaloom::testing {
 

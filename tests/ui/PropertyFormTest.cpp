@@ -2,48 +2,27 @@
 
 #include "ui/property/PropertyForm.h"
 
-#include <gmock/gmock.h>
-
-#include <QCheckBox>
-#include <QColorDialog>
-#include <QComboBox>
-#include <QDial>
-#include <QLabel>
-#include <QLineEdit>
-#include <QSlider>
-#include <QTest>
-#include <QToolButton>
-#include <memory>
-
-#include "core/main/DocumentCommands.h"
-#include "core/main/modMain.h"
 #include "imaging/Graphic.h"
-#include "model/Canvas.h"
-#include "model/edit/Layers.h"
 #include "publish/FTPPush.h"
 #include "publish/VideoStreaming.h"
-#include "support/TestPlatform.h"
 #include "text/Text.h"
+#include "ui/AllSettings.h"
+#include "ui/Desk.h"
 #include "ui/property/LayerPanel.h"
 #include "ui/property/LayerTree.h"
-#include "ui/shared/Workspace.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
-using ::testing::ElementsAre;
 using Kind = LayerId::Kind;
 
 constexpr LayerId FirstText{Kind::Text, 1}, FirstPicture{Kind::Graphic, 1}, SecondPicture{Kind::Graphic, 2};
 
-class PropertyFormTest : public ::testing::Test {
+class PropertyFormTest : public Desk {
 protected:
     PropertyFormTest() {
-        it.files["Tessaloom.INI"].bytes = "[General]\r\nAutoLoad=False\r\n";
-        it.time.Set(testing::FakeTime::FirstDay, 12, 0, 0);
-        modMain::Main(it.platform);
-        modMain::PortfolioNew();
-        workspace = std::make_unique<Workspace>(it.platform);
+        it.time.Set(FakeTime::FirstDay, 12, 0, 0);
+        Start();
         TheCanvas().SetEnabled(true);
         TheCanvas().AddText(1)->SetEnabled(true);
         for (int slot : {1, 2}) {
@@ -56,13 +35,9 @@ protected:
         form->resize(400, 900);
         Activate(*form);
     }
-
-    ~PropertyFormTest() override {
+    void TearDown() override {
         form.reset();
-        workspace->PortfolioClosing();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        workspace.reset();
-        modMain::modMain_Shutdown();
+        Desk::TearDown();
     }
 
     static void Activate(QWidget& window) {
@@ -71,9 +46,8 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
     }
 
-    Canvas& TheCanvas() { return modMain::OpenPortfolio()->Canvas(1); }
     Text& TheText() { return *TheCanvas().Text(1); }
-    void Show(LayerId layer) { form->Show(PropertySets::Layer(*modMain::OpenPortfolio(), 1, layer)); }
+    void Show(LayerId layer) { form->Show(PropertySets::Layer(Open(), 1, layer)); }
 
     template <typename Widget>
     Widget& In(std::string_view property) {
@@ -98,39 +72,24 @@ protected:
         if (end != Qt::Key_unknown) QTest::keyClick(focus, end);
     }
 
-    testing::TestPlatform it;
-    std::unique_ptr<Workspace> workspace;
     std::unique_ptr<PropertyForm> form;
 };
 
 TEST_F(PropertyFormTest, ShowsAnEditorForEachPropertyOfEverySet) {
-    Portfolio& portfolio = *modMain::OpenPortfolio();
-    std::unique_ptr<PropertySet> sets[] = {PropertySets::Layer(portfolio, 1, FirstText),
-                                           PropertySets::Layer(portfolio, 1, FirstPicture),
-                                           PropertySets::CanvasGeneral(portfolio, 1),
-                                           PropertySets::FixedSave(portfolio, 1),
-                                           PropertySets::SequentialSave(portfolio, 1),
-                                           PropertySets::Wallpaper(portfolio, 1),
-                                           PropertySets::FTPUpload(portfolio, 1),
-                                           PropertySets::WebPicture(portfolio, 1),
-                                           PropertySets::Feed(portfolio, 0),
-                                           PropertySets::Motion(portfolio, 0),
-                                           PropertySets::Web(portfolio),
-                                           PropertySets::Weather(portfolio),
-                                           PropertySets::Scripting(portfolio)};
-    portfolio.SetNeedSaving(false);
+    auto sets = AllSets(it.platform);
+    Open().SetNeedSaving(false);
     TheCanvas().SetNeedSaving(false);
-    for (auto& set : sets) {
+    for (auto& [name, set] : sets) {
         const auto properties = set->Properties();
         form->Show(std::move(set));
-        ASSERT_FALSE(properties.empty());
+        ASSERT_FALSE(properties.empty()) << name;
         for (const Property& property : properties) {
-            SCOPED_TRACE(property.name);
+            SCOPED_TRACE(name + "." + std::string(property.name));
             const QWidget* editor = form->EditorOf(property.name);
             EXPECT_TRUE(editor && editor->focusProxy());
         }
     }
-    EXPECT_FALSE(portfolio.NeedSaving()) << "showing sets nothing";
+    EXPECT_FALSE(Open().NeedSaving()) << "showing sets nothing";
 }
 
 TEST_F(PropertyFormTest, TakesWhatIsTypedAndSaysWhatItDidNotTake) {
@@ -203,7 +162,7 @@ TEST_F(PropertyFormTest, SetsSeveralLayersInOneStep) {
     },
                   all[] = {FirstText, FirstPicture, SecondPicture};
     const auto caption = [&] { return form->findChild<QLabel*>("caption")->text(); };
-    form->Show(PropertySets::Layers(*modMain::OpenPortfolio(), 1, texts));
+    form->Show(PropertySets::Layers(Open(), 1, texts));
     EXPECT_EQ(caption(), "2 text layers");
     auto& size = In<QLineEdit>("FontSize");
     EXPECT_EQ(size.text(), "");
@@ -228,7 +187,7 @@ TEST_F(PropertyFormTest, SetsSeveralLayersInOneStep) {
 
     TheText().SetShadow(true);
     TheText().SetAlignment(4);
-    form->Show(PropertySets::Layers(*modMain::OpenPortfolio(), 1, all));
+    form->Show(PropertySets::Layers(Open(), 1, all));
     EXPECT_EQ(caption(), "3 layers");
     EXPECT_EQ(form->EditorOf("SourceType"), nullptr);
     EXPECT_EQ(In<QCheckBox>("Shadow").checkState(), Qt::PartiallyChecked);
@@ -285,7 +244,7 @@ TEST_F(PropertyFormTest, FollowsWhatItShows) {
 }
 
 TEST_F(PropertyFormTest, SaysWhatIsNotInItsLists) {
-    Portfolio& portfolio = *modMain::OpenPortfolio();
+    Portfolio& portfolio = Open();
     form->Show(PropertySets::Motion(portfolio, 0));
     PropertySet& motion = *form->Set();
     for (const auto& [value, shown] : {
@@ -307,7 +266,7 @@ TEST_F(PropertyFormTest, SaysWhatIsNotInItsLists) {
 TEST_F(PropertyFormTest, NeverShowsAPassword) {
     FTPPush& upload = TheCanvas().VideoStreaming().FTPPush();
     upload.SetPassword("secret");
-    form->Show(PropertySets::FTPUpload(*modMain::OpenPortfolio(), 1));
+    form->Show(PropertySets::FTPUpload(Open(), 1));
     EXPECT_EQ(In<QLineEdit>("Password").text(), "");
     Type("Password", "new", Qt::Key_Tab);
     EXPECT_EQ(upload.Password(), "new");
@@ -355,4 +314,4 @@ TEST_F(PropertyFormTest, ListsLayersAndChangesThem) {
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

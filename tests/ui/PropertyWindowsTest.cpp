@@ -1,32 +1,9 @@
-#include <gmock/gmock.h>
-
-#include <QApplication>
-#include <QCheckBox>
-#include <QClipboard>
-#include <QComboBox>
-#include <QDialogButtonBox>
-#include <QDoubleSpinBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPointer>
-#include <QPushButton>
-#include <QRadioButton>
-#include <QSpinBox>
-#include <QTest>
-#include <QTimeEdit>
-#include <QTreeWidget>
-#include <set>
-
-#include "core/main/DocumentCommands.h"
-#include "core/main/modMain.h"
 #include "imaging/Graphic.h"
-#include "model/Canvas.h"
 #include "model/edit/Layers.h"
-#include "support/TestPlatform.h"
 #include "text/Tags.h"
 #include "text/Text.h"
 #include "text/TextBox.h"
+#include "ui/Desk.h"
 #include "ui/property/PropertyForm.h"
 #include "ui/property/RateBox.h"
 #include "ui/property/ScheduleSetup.h"
@@ -34,24 +11,16 @@
 #include "ui/property/TaggedTextEdit.h"
 #include "ui/property/TextTags.h"
 #include "ui/property/TransparentColours.h"
-#include "ui/shared/SetupWindow.h"
-#include "ui/shared/Workspace.h"
 
-namespace tessaloom {
+namespace tessaloom::testing {
 namespace {
 
 /// A portfolio whose canvas 1 has a text and a picture, red on the left and blue on the right.
-class PropertyWindowsTest : public ::testing::Test {
+class PropertyWindowsTest : public Desk {
 protected:
-    testing::TestPlatform it;
-    std::unique_ptr<Workspace> workspace;
-
     PropertyWindowsTest() {
-        it.files["Tessaloom.INI"].bytes = "[General]\r\nAutoLoad=False\r\n";
-        it.time.Set(testing::FakeTime::FirstDay, 12, 0, 0);
-        modMain::Main(it.platform);
-        modMain::PortfolioNew();
-        workspace = std::make_unique<Workspace>(it.platform);
+        it.time.Set(FakeTime::FirstDay, 12, 0, 0);
+        Start();
         TheCanvas().SetEnabled(true);
         TheCanvas().AddText(1);
         Graphic& graphic = *TheCanvas().AddGraphic(1);
@@ -63,21 +32,12 @@ protected:
         workspace->Activate(1);
     }
 
-    ~PropertyWindowsTest() override {
-        workspace->PortfolioClosing();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        workspace.reset();
-        modMain::modMain_Shutdown();
-    }
-
-    Canvas& TheCanvas() { return modMain::OpenPortfolio()->Canvas(1); }
     Schedule& TheSchedule() { return TheCanvas().Text(1)->Schedule(); }
     Graphic& ThePicture() { return *TheCanvas().Graphic(1); }
     void Undo() { workspace->HistoryOf(1)->Undo(); }
 
     QWidget& Window(const char* name) {
-        for (QWidget* window : QApplication::topLevelWidgets())
-            if (window->objectName() == name && window->isVisible()) return *window;
+        if (QWidget* window = Desk::Window(name)) return *window;
         throw std::logic_error(std::string("no window ") + name);
     }
 
@@ -173,11 +133,11 @@ TEST_F(PropertyWindowsTest, ARateIsTakenOnlyWhenItIsOne) {
         QTest::keyClick(line, Qt::Key_Return);
     };
     type("1:40");
-    EXPECT_THAT(entered, ::testing::ElementsAre(100));
+    EXPECT_THAT(entered, ElementsAre(100));
     EXPECT_EQ(line->text(), "1 min 40 sec");
     type("2 hr");
     EXPECT_EQ(wrong, "At most 1 hr.");
-    EXPECT_THAT(entered, ::testing::ElementsAre(100));
+    EXPECT_THAT(entered, ElementsAre(100));
     box.findChild<QComboBox*>()->clearFocus();
     EXPECT_TRUE(box.Mistaken());
     QTest::keyClick(box.findChild<QComboBox*>(), Qt::Key_Escape);
@@ -235,7 +195,7 @@ TEST_F(PropertyWindowsTest, AScheduleIsSetLiveUndoneAndCancelled) {
     Type<QDoubleSpinBox>(*window, "StopSunsetOffsetValue", "-15.5");
     EXPECT_EQ(TheSchedule().Description(), "08:00:00 to sunset-15.5 min");
     EXPECT_THAT(window->findChild<QLabel*>("summary")->text().toStdString(),
-                ::testing::StartsWith("Schedule: 08:00:00 to sunset-15.5 min. On now, until 17:"));
+                StartsWith("Schedule: 08:00:00 to sunset-15.5 min. On now, until 17:"));
     PressButton(*window, QDialogButtonBox::Ok);
     EXPECT_EQ(workspace->HistoryOf(1)->UndoName(), "Change schedule");
 
@@ -291,7 +251,7 @@ TEST_F(PropertyWindowsTest, WindowsFollowTheirLayersAndSetSeveralAlike) {
         const HistoryStep step(&history, "Lower");
         history.Renamed(Layers::NamesAfter(TheCanvas(), text(3), &Layers::Lower));
     }
-    EXPECT_THAT(workspace->Selection(), ::testing::ElementsAre(text(2)));
+    EXPECT_THAT(workspace->Selection(), ElementsAre(text(2)));
     Press(window, "FromStartTo");
     const auto started = [&](int slot) { return TheCanvas().Text(slot)->Schedule().StartAbsoluteTime(); };
     EXPECT_EQ(started(1), 0.5) << "like the one that is shown";
@@ -299,7 +259,7 @@ TEST_F(PropertyWindowsTest, WindowsFollowTheirLayersAndSetSeveralAlike) {
     EXPECT_FALSE(window.findChild<QLabel*>("differ")->isVisible());
     Undo();
     Undo();
-    EXPECT_THAT(workspace->Selection(), ::testing::ElementsAre(text(3)));
+    EXPECT_THAT(workspace->Selection(), ElementsAre(text(3)));
     Press(window, "FromStartTo");
     PressButton(window, QDialogButtonBox::Cancel);
     EXPECT_EQ(started(3), 0.5);
@@ -307,7 +267,10 @@ TEST_F(PropertyWindowsTest, WindowsFollowTheirLayersAndSetSeveralAlike) {
 }
 
 TEST_F(PropertyWindowsTest, ColoursArePickedFromThePicture) {
-    ShowTransparentColours(*workspace, nullptr, 1, {{LayerId::Kind::Graphic, 1}});
+    ShowTransparentColours(*workspace, nullptr, 1,
+                           {
+                               {LayerId::Kind::Graphic, 1}
+    });
     QWidget* window = &Window("TransparentColours");
     auto* picture = window->findChild<QWidget*>("picture");
     const QPoint middle = picture->rect().center();
@@ -339,7 +302,10 @@ TEST_F(PropertyWindowsTest, ColoursArePickedFromThePicture) {
 
 TEST_F(PropertyWindowsTest, WindowsOutliveWhatTheyShowAndCloseWithThePortfolio) {
     OpenSchedule();
-    ShowTransparentColours(*workspace, nullptr, 1, {{LayerId::Kind::Graphic, 1}});
+    ShowTransparentColours(*workspace, nullptr, 1,
+                           {
+                               {LayerId::Kind::Graphic, 1}
+    });
     QPointer<QWidget> colours = &Window("TransparentColours");
     TheCanvas().RemoveGraphic(1);
     workspace->SetAwake(true);  // looks at once
@@ -351,4 +317,4 @@ TEST_F(PropertyWindowsTest, WindowsOutliveWhatTheyShowAndCloseWithThePortfolio) 
 }
 
 }  // namespace
-}  // namespace tessaloom
+}  // namespace tessaloom::testing

@@ -1,69 +1,33 @@
-#include <gmock/gmock.h>
-
-#include <QCheckBox>
-#include <QDialogButtonBox>
-#include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QPushButton>
-#include <QTest>
-#include <QTextBlock>
-#include <QTreeWidget>
-#include <memory>
-
 #include "app/ScriptServices.h"
-#include "core/SetupValues.h"
-#include "core/main/modMain.h"
-#include "model/Portfolio.h"
 #include "script/host/Script.h"
-#include "support/TestPlatform.h"
+#include "ui/Desk.h"
 #include "ui/dialogs/ScriptEditor.h"
 #include "ui/dialogs/ScriptSetup.h"
 #include "ui/dialogs/Setups.h"
-#include "ui/shared/Workspace.h"
 
 namespace tessaloom::testing {
 namespace {
 
-using ::testing::HasSubstr;
-
-class ScriptSetupTest : public ::testing::Test {
+class ScriptSetupTest : public Desk {
 protected:
     ScriptSetupTest() {
-        it.files["Tessaloom.INI"].bytes = "[General]\r\n";
-        it.files["p.por"].bytes = "[Scripting]\r\nEnabled=True\r\nFileName=s.vbs\r\n";
-        it.files["s.vbs"].bytes = Faulty;
-        modMain::StartOptions options;
-        options.portfolio = "p.por";
-        options.scripts = &scripts.Engine();
-        modMain::Main(it.platform, options);
-        workspace = std::make_unique<Workspace>(it.platform);
-    }
-    ~ScriptSetupTest() override {
-        Q_EMIT workspace->SetupMustClose();
-        modMain::modMain_Shutdown();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        tessaloom::Setup() = {};
+        Start(
+            {
+                {"p.por", "[Scripting]\r\nEnabled=True\r\nFileName=s.vbs\r\n"},
+                {"s.vbs", Faulty                                             }
+        },
+            "", &scripts.Engine());
     }
 
-    static ScriptSetup* Window() {
-        for (QWidget* window : QApplication::topLevelWidgets())
-            if (window->objectName() == ScriptSetup::Name && window->isVisible())
-                return qobject_cast<ScriptSetup*>(window);
-        return nullptr;
-    }
+    static QWidget* Window() { return Desk::Window(ScriptSetup::Name); }
     void Show() {
         ShowScriptSetup(*workspace, nullptr);
         EXPECT_TRUE(QTest::qWaitForWindowActive(Window()));
         Q_EMIT workspace->Pulse();
     }
-    void Press(const char* name) {
-        auto* button = Window()->findChild<QPushButton*>(name);
-        ASSERT_TRUE(button && button->isVisible() && button->isEnabled()) << name;
-        QTest::mouseClick(button, Qt::LeftButton);
+    void Press(auto button) {
+        Desk::Press(ScriptSetup::Name, button);
         Q_EMIT workspace->Pulse();
-    }
-    static void Press(QDialogButtonBox::StandardButton which) {
-        QTest::mouseClick(Window()->findChild<QDialogButtonBox*>()->button(which), Qt::LeftButton);
     }
     static ScriptEditor& Editor() { return *Window()->findChild<ScriptEditor*>(); }
     static std::string Status() {
@@ -73,9 +37,7 @@ protected:
 
     // With the mark of UTF-8, a tab, and a blank that does not break.
     static constexpr auto Faulty = "\xEF\xBB\xBFSub Interval()\n\tx = = \"\xC2\xA0\"\nEnd Sub\n";
-    TestPlatform it;
     ScriptServices scripts{it.platform};
-    std::unique_ptr<Workspace> workspace;
 };
 
 TEST_F(ScriptSetupTest, AnErrorIsFoundMendedAndTheSavedTextRuns) {

@@ -1,34 +1,13 @@
-#include <gmock/gmock.h>
-
-#include <QApplication>
-#include <QDialogButtonBox>
-#include <QLabel>
-#include <QLineEdit>
-#include <QPushButton>
-#include <QTabWidget>
-#include <QTest>
-#include <QTreeWidget>
-#include <functional>
-#include <memory>
-#include <string>
-#include <vector>
-
-#include "core/SetupValues.h"
-#include "core/main/modMain.h"
-#include "model/Canvas.h"
 #include "platform/FtpClient.h"
 #include "publish/CanvasSaves.h"
 #include "publish/WebServer.h"
-#include "support/TestPlatform.h"
 #include "text/VWS.h"
+#include "ui/Desk.h"
 #include "ui/dialogs/Setups.h"
 #include "ui/shared/SetupWindow.h"
-#include "ui/shared/Workspace.h"
 
 namespace tessaloom::testing {
 namespace {
-
-using ::testing::HasSubstr;
 
 /// A server on which every step succeeds, but for those that a test forbids. Answers come with `Poll`.
 class WillingFtpServer final : public FtpClients {
@@ -68,62 +47,24 @@ private:
     std::function<void()> answer_;
 };
 
-class SetupDialogsTest : public ::testing::Test {
+class SetupDialogsTest : public Desk {
 protected:
     SetupDialogsTest() {
         it.platform.ftpClients = &server;
-        it.files[it.files.CurrentFolder() + "\\Tessaloom.INI"].bytes =
-            "[General]\r\nStationLatitude=48\r\nStationLongitude=11\r\n";
-        it.files["p.por"].bytes = "[Canvas01]\r\nFileName=c.can\r\n[Canvas02]\r\nFileName=d.can\r\n";
-        it.files["c.can"].bytes =
-            "[General]\r\nName=Harbour\r\nWidth=64\r\nHeight=48\r\n"
-            "[Capture]\r\nFixedEnabled=True\r\nFixedFileName=new\\a.jpg\r\n";
-        it.files["d.can"].bytes =
-            "[General]\r\nName=Garden\r\n[Capture]\r\nFixedEnabled=True\r\nFixedFileName=new/a.jpg\r\n"
-            "FixedRate=0\r\n";
-        modMain::StartOptions options;
-        options.portfolio = "p.por";
-        modMain::Main(it.platform, options);
-        workspace = std::make_unique<Workspace>(it.platform);
+        Start(
+            {
+                {"p.por", "[Canvas01]\r\nFileName=c.can\r\n[Canvas02]\r\nFileName=d.can\r\n"},
+                {"c.can",
+                 "[General]\r\nName=Harbour\r\nWidth=64\r\nHeight=48\r\n"
+                 "[Capture]\r\nFixedEnabled=True\r\nFixedFileName=new\\a.jpg\r\n"           },
+                {"d.can",
+                 "[General]\r\nName=Garden\r\n[Capture]\r\nFixedEnabled=True\r\n"
+                 "FixedFileName=new/a.jpg\r\nFixedRate=0\r\n"                               }
+        },
+            "StationLatitude=48\r\nStationLongitude=11\r\n");
         Tick();
     }
-    ~SetupDialogsTest() override {
-        Q_EMIT workspace->SetupMustClose();
-        modMain::modMain_Shutdown();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        tessaloom::Setup() = {};
-    }
 
-    Portfolio& Open() { return *modMain::OpenPortfolio(); }
-    Canvas& TheCanvas() { return Open().Canvas(1); }
-    void Tick(int times = 1) {
-        for (; times > 0; --times) {
-            it.time.Advance(0.01);
-            it.timer.Tick();
-        }
-        Q_EMIT workspace->Pulse();
-    }
-
-    static QWidget* Window(const char* name) {
-        for (QWidget* window : QApplication::topLevelWidgets())
-            if (window->objectName() == name && window->isVisible()) return window;
-        return nullptr;
-    }
-    /// A control of a window that can be seen.
-    template <typename Control>
-    static Control* Find(const char* window, const char* name) {
-        for (auto* control : Window(window)->findChildren<Control*>(name))
-            if (control->isVisible()) return control;
-        return nullptr;
-    }
-    static void Press(const char* window, const char* button) {
-        auto* found = Find<QPushButton>(window, button);
-        ASSERT_TRUE(found && found->isEnabled()) << button;
-        QTest::mouseClick(found, Qt::LeftButton);
-    }
-    static void Press(const char* window, QDialogButtonBox::StandardButton button) {
-        QTest::mouseClick(Window(window)->findChild<QDialogButtonBox*>()->button(button), Qt::LeftButton);
-    }
     static void Type(const char* window, const char* property, const char* text) {
         auto* line = Find<QWidget>(window, property)->findChild<QLineEdit*>();
         ASSERT_TRUE(line) << property;
@@ -144,9 +85,7 @@ protected:
         return text;
     }
 
-    TestPlatform it;
     WillingFtpServer server;
-    std::unique_ptr<Workspace> workspace;
 };
 
 TEST_F(SetupDialogsTest, CanvasPropertiesTakeEffectAtOnceAndCancelPutsThemBack) {
@@ -177,7 +116,7 @@ TEST_F(SetupDialogsTest, ASaveTellsWhereItsFileLiesAndWhatStandsInItsWay) {
     Tick();
     EXPECT_THAT(Hints("CanvasSetup1"), HasSubstr("does not exist"));
     Press("CanvasSetup1", "cmdMakeFolder");
-    EXPECT_THAT(Hints("CanvasSetup1"), ::testing::Not(HasSubstr("does not exist")));
+    EXPECT_THAT(Hints("CanvasSetup1"), Not(HasSubstr("does not exist")));
     Press("CanvasSetup1", "cmdNow");
     Tick();
     EXPECT_TRUE(it.files.FileExists("new/a.jpg"));
@@ -199,11 +138,10 @@ TEST_F(SetupDialogsTest, AnUploadIsTestedStepByStep) {
     std::vector<std::string> stages;
     for (int row = 0; row < steps->topLevelItemCount(); ++row)
         stages.push_back(steps->topLevelItem(row)->text(1).toStdString());
-    EXPECT_THAT(stages,
-                ::testing::ElementsAre("Not Initialized -- Send File", "Connecting", "Connect Complete",
-                                       "Connected -- Send File", "Store Start", "Storing", "Store Complete",
-                                       "Deleting", "Delete Complete", "Renaming", "Rename Complete",
-                                       "File Send Complete", "Disconnecting", "Disconnected"));
+    EXPECT_THAT(stages, ElementsAre("Not Initialized -- Send File", "Connecting", "Connect Complete",
+                                    "Connected -- Send File", "Store Start", "Storing", "Store Complete",
+                                    "Deleting", "Delete Complete", "Renaming", "Rename Complete",
+                                    "File Send Complete", "Disconnecting", "Disconnected"));
 
     server.refusal = "Login incorrect";
     Press("CanvasSetup1", "cmdTestNow");
