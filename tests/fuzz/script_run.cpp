@@ -22,7 +22,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     vbscript::Engine engine(host);
     engine.SetLimits({.seconds = 3, .callDepth = 200, .bytes = std::size_t{16} << 20});
     engine.Reset();
-    engine.AddObject("WScript", vbscript::Make<testing::ScriptSink>());
+    engine.AddObject("WScript", vbscript::Make<tessaloom::testing::ScriptSink>());
     static_cast<void>(engine.AddCode({reinterpret_cast<const char*>(data), size}));
     for (const vbscript::Procedure& procedure : engine.Procedures()) {
         std::vector<vbscript::Value> arguments(static_cast<std::size_t>(procedure.argumentCount));
