@@ -135,7 +135,8 @@ void NewLayers::AddPictureFiles(const QStringList& files, std::optional<QPointF>
                 refused << QFileInfo(file).fileName();
                 continue;
             }
-            const QSize size = reader.size();  // from the file's head
+            // One picture is there at once; of more the size is enough until the tick comes to them.
+            const QSize size = layer ? reader.size() : QSize();
             const PixelSize known = size.isEmpty() ? PixelSize() : PixelSize{size.width(), size.height()};
             const auto added =
                 Layers::AddGraphic(*canvas, Graphic::PictureFile, file.toStdString(), 0, 0, FirstPass, known);
