@@ -1,9 +1,10 @@
 #pragma once
 
-#include "imaging/CanvasPart.h"
 #include "imaging/PixelArea.h"
 
 namespace tessaloom {
+
+class DIB;
 
 /// What a layer shows, and where: while it stays equal, the layer looks the same.
 ///
@@ -23,8 +24,8 @@ public:
     /// Brings the layer's picture up to date and describes it. canvasHeight: in pixels.
     virtual LayerLook Look(int canvasHeight) = 0;
 
-    /// Lays the picture onto that part of the canvas.
-    virtual void MergeImageTo(const CanvasPart& part) = 0;
+    /// Lays the picture onto that part of `canvas`, and on nothing beside it. `within` lies on the bitmap.
+    virtual void MergeImageTo(DIB& canvas, const PixelArea& within) = 0;
 
     /// Adds the shadow's density to that part of `shadow`, a bitmap of the canvas's size.
     virtual void MergeShadowTo(DIB& shadow, const PixelArea& within) = 0;

@@ -84,9 +84,9 @@ LayerLook Graphic::Look(int canvasHeight) {
     });
 }
 
-void Graphic::MergeImageTo(const CanvasPart& part) {
+void Graphic::MergeImageTo(DIB& canvas, const PixelArea& within) {
     Trap({Module, "MergeImageTo"}, [&] {
-        image_.MergeImageTo(part, x_, y_);
+        image_.MergeImageTo(canvas, x_, y_, within);
         shownRevision_ = image_.Revision();
     });
 }

@@ -53,13 +53,13 @@ public:
 
     /// Lays the layer's picture onto all of `canvas`; adds its shadow to `shadow`, a bitmap of the canvas's
     /// size.
-    void MergeImageTo(DIB& canvas) { MergeImageTo(CanvasPart::Of(canvas)); }
+    void MergeImageTo(DIB& canvas) { MergeImageTo(canvas, canvas.Whole()); }
     void MergeShadowTo(DIB& shadow) { MergeShadowTo(shadow, shadow.Whole()); }
 
     // DrawnLayer
 
     LayerLook Look(int canvasHeight) override;
-    void MergeImageTo(const CanvasPart& part) override;
+    void MergeImageTo(DIB& canvas, const PixelArea& within) override;
     void MergeShadowTo(DIB& shadow, const PixelArea& within) override;
 
     /// The layer's pictures and what they were made of are released.

@@ -176,11 +176,11 @@ PixelArea Image::PictureArea(int x, int y, int canvasHeight) const {
     return {left, left + width, first, first + height};
 }
 
-void Image::MergeImageTo(const CanvasPart& destination, int x, int y) {
+void Image::MergeImageTo(DIB& destination, int x, int y, const PixelArea& within) {
     const DIB& source = GetFinalizedDIB();
-    if (!destination.pixels.bits || !Drawn()) return;
-    const PixelArea area = PictureArea(x, y, destination.canvasHeight);
-    if (area.Common(destination.area).Empty()) return;
+    if (!destination.DIBPtr() || !Drawn()) return;
+    const PixelArea area = PictureArea(x, y, destination.Height());
+    if (area.Common(within).Empty()) return;
     const DIB* map = FinalMap();
     const pixelops::Laid laid = {source.DIBPtr(),
                                  source.Width(),
@@ -192,11 +192,11 @@ void Image::MergeImageTo(const CanvasPart& destination, int x, int y) {
                                  transparentColorTable_.data(),
                                  transparentColorCount_,
                                  transparentEnabled_ ? -1 : 0};
-    const int left = area.left - destination.area.left, first = area.first - destination.area.first;
+    const int left = area.left - within.left, first = area.first - within.first;
     if (IsText()) {
-        MergeTextOnto(destination.pixels, laid, left, first, textColor_);
+        MergeTextOnto(destination.Part(within), laid, left, first, textColor_);
     } else {
-        MergeOnto(destination.pixels, laid, left, first);
+        MergeOnto(destination.Part(within), laid, left, first);
     }
 }
 

@@ -138,9 +138,9 @@ public:
 
     /// Lays the final picture onto `destination`, or onto that part of it alone.
     void MergeImageTo(DIB& destination, int x, int y) {
-        MergeImageTo(CanvasPart::Of(destination), x, y);
+        MergeImageTo(destination, x, y, destination.Whole());
     }
-    void MergeImageTo(const CanvasPart& destination, int x, int y);
+    void MergeImageTo(DIB& destination, int x, int y, const PixelArea& within);
 
     /// Adds the shadow's density to `shadow`, a bitmap of the canvas's size. Nothing without shadow.
     void MergeShadowTo(DIB& shadow, int x, int y) { MergeShadowTo(shadow, x, y, shadow.Whole()); }

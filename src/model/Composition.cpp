@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "imaging/Image.h"
-#include "imaging/pixelops/StreamRows.h"
+#include "imaging/pixelops/Target.h"
 
 namespace tessaloom {
 
@@ -12,9 +12,6 @@ namespace {
 /// A band of the picture stays in the processor's cache while one layer after the other is laid onto it. Of
 /// 16 KB to 8 MB, 32 and 64 KB came out best.
 constexpr int BandBytes = 32 << 10;
-
-/// Bands are divided at multiples of this: whole cache lines, where rows begin with one.
-constexpr int ColumnPixels = 64;
 
 constexpr std::size_t NoPlace = Composition::Places;
 
@@ -45,10 +42,9 @@ void Composition::AddPass(DIB& picture, const Ground& ground, const Layers& laye
     if (pass < 0 || pass >= Passes || !picture.DIBPtr()) return;
     FindChanges(picture, layers);
     whole_ = true;
-    const CanvasPart all = CanvasPart::Of(picture);
-    Darken(all, ground, pass);
+    Darken(picture, ground, pass, picture.Whole());
     for (std::size_t i = 0; i < shown_; ++i)
-        if (composed_[order_[i]].pass == pass) MergeLayer(all, layers, order_[i]);
+        if (composed_[order_[i]].pass == pass) MergeLayer(picture, layers, order_[i], picture.Whole());
 }
 
 void Composition::UnloadClass() {
@@ -117,75 +113,24 @@ void Composition::UpdateShadow(PassShadow& shadow, int pass, const DIB& picture,
 void Composition::ComposeArea(DIB& picture, const Ground& ground, const Layers& layers,
                               const PixelArea& area) {
     const int rows = std::max(BandBytes / (area.Width() * 3), 1);
-    const bool large =
-        area.Width() * rows * 3 <= BandBytes && area.Pixels() * 3 >= std::int64_t{pixelops::StreamedBytes};
-    for (int first = area.first; first < area.end; first += rows) {
-        const PixelArea band = {area.left, area.right, first, std::min(first + rows, area.end)};
-        if (large)
-            StreamBand(picture, ground, layers, band);
-        else
-            ComposePart(CanvasPart::Of(picture, band), ground, layers);
-    }
-    if (large) pixelops::FinishStreams();
-}
-
-/// Nothing of the picture is read for that: what stands alone goes there past the cache, all else likewise
-/// once it is composed elsewhere.
-void Composition::StreamBand(DIB& picture, const Ground& ground, const Layers& layers,
-                             const PixelArea& band) {
-    const PixelArea covered = Covered(band);
-    StreamAlone(picture, ground, layers, {band.left, covered.left, band.first, band.end});
-    StreamAlone(picture, ground, layers, {covered.right, band.right, band.first, band.end});
-    if (!covered.Empty()) StreamComposed(picture, ground, layers, covered);
-}
-
-void Composition::StreamAlone(DIB& picture, const Ground& ground, const Layers& layers,
-                              const PixelArea& area) {
-    if (area.Empty()) return;
-    CanvasPart part = CanvasPart::Of(picture, area);
-    part.pixels.streamed = true;
-    ComposePart(part, ground, layers);
-}
-
-void Composition::StreamComposed(DIB& picture, const Ground& ground, const Layers& layers,
-                                 const PixelArea& area) {
-    alignas(64) std::uint8_t pixels[BandBytes];
-    const std::ptrdiff_t rowBytes = area.Width() * std::ptrdiff_t{3};
-    const pixelops::Target elsewhere = {pixels, area.Width(), area.Height(), rowBytes};
-    ComposePart({elsewhere, area, picture.Height()}, ground, layers);
-    const pixelops::Target to = picture.Part(area);
-    for (int row = 0; row < to.height; ++row)
-        pixelops::StreamRow(to.bits + row * to.rowBytes, pixels + row * rowBytes,
-                            static_cast<std::size_t>(rowBytes));
-}
-
-/// Beside it, there is the topmost hiding layer alone, or the ground.
-PixelArea Composition::Covered(const PixelArea& band) const {
-    const std::size_t hiding = TopmostHiding(band);
-    PixelArea covered;
-    for (std::size_t i = hiding == NoPlace ? 0 : hiding + 1; i < shown_; ++i)
-        covered.Include(composed_[order_[i]].look.picture.Common(band));
-    for (int pass = hiding == NoPlace ? 0 : composed_[order_[hiding]].pass + 1; pass < Passes; ++pass)
-        for (const PixelArea& cast : shadows_[static_cast<std::size_t>(pass)].cast)
-            covered.Include(cast.Common(band));
-    if (covered.Empty()) return {band.left, band.left, band.first, band.end};
-    return {std::max(covered.left / ColumnPixels * ColumnPixels, band.left),
-            std::min((covered.right + ColumnPixels - 1) / ColumnPixels * ColumnPixels, band.right),
-            band.first, band.end};
+    for (int first = area.first; first < area.end; first += rows)
+        ComposeBand(picture, ground, layers,
+                    {area.left, area.right, first, std::min(first + rows, area.end)});
 }
 
 /// Begins with the topmost layer that hides all beneath it: in its own pass, the shadows too.
-void Composition::ComposePart(const CanvasPart& part, const Ground& ground, const Layers& layers) {
-    const std::size_t hiding = TopmostHiding(part.area);
+void Composition::ComposeBand(DIB& picture, const Ground& ground, const Layers& layers,
+                              const PixelArea& band) {
+    const std::size_t hiding = TopmostHiding(band);
     int pass = hiding == NoPlace ? -1 : composed_[order_[hiding]].pass;
-    if (hiding == NoPlace) Fill(part.pixels, ground.colour);
+    if (hiding == NoPlace) Fill(picture.Part(band), ground.colour);
     for (std::size_t i = hiding == NoPlace ? 0 : hiding; i < shown_; ++i) {
         const std::size_t place = order_[i];
         if (composed_[place].pass != pass) {
             pass = composed_[place].pass;
-            Darken(part, ground, pass);
+            Darken(picture, ground, pass, band);
         }
-        MergeLayer(part, layers, place);
+        MergeLayer(picture, layers, place, band);
     }
 }
 
@@ -197,23 +142,24 @@ std::size_t Composition::TopmostHiding(const PixelArea& area) const {
     return NoPlace;
 }
 
-void Composition::Darken(const CanvasPart& part, const Ground& ground, int pass) {
+void Composition::Darken(DIB& picture, const Ground& ground, int pass, const PixelArea& within) {
     const PassShadow& shadow = shadows_[static_cast<std::size_t>(pass)];
     const DIB& density = shadow.density;
     if (!density.DIBPtr()) return;
     constexpr int Darkening = 1;
     for (const PixelArea& cast : shadow.cast) {
-        const PixelArea area = cast.Common(part.area);
+        const PixelArea area = cast.Common(within);
         if (area.Empty()) continue;
-        MergeOnto(part.Part(area).pixels,
+        MergeOnto(picture.Part(area),
                   {density.DIBPtr(), density.Width(), density.Height(), Darkening, Image::NoKeyColour,
                    ground.shadowDensity, nullptr, nullptr, 0, 0},
                   -area.left, -area.first);
     }
 }
 
-void Composition::MergeLayer(const CanvasPart& part, const Layers& layers, std::size_t place) {
-    if (!composed_[place].look.picture.Common(part.area).Empty()) layers[place].layer->MergeImageTo(part);
+void Composition::MergeLayer(DIB& picture, const Layers& layers, std::size_t place, const PixelArea& within) {
+    if (!composed_[place].look.picture.Common(within).Empty())
+        layers[place].layer->MergeImageTo(picture, within);
 }
 
 }  // namespace tessaloom

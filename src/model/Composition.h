@@ -5,7 +5,6 @@
 #include <cstdint>
 
 #include "imaging/AreaList.h"
-#include "imaging/CanvasPart.h"
 #include "imaging/DIB.h"
 #include "imaging/DrawnLayer.h"
 #include "imaging/PixelArea.h"
@@ -78,14 +77,10 @@ private:
     void SortByPass(const Layers& layers);
     void UpdateShadow(PassShadow& shadow, int pass, const DIB& picture, const Layers& layers);
     void ComposeArea(DIB& picture, const Ground& ground, const Layers& layers, const PixelArea& area);
-    void StreamBand(DIB& picture, const Ground& ground, const Layers& layers, const PixelArea& band);
-    void StreamAlone(DIB& picture, const Ground& ground, const Layers& layers, const PixelArea& area);
-    void StreamComposed(DIB& picture, const Ground& ground, const Layers& layers, const PixelArea& area);
-    PixelArea Covered(const PixelArea& band) const;
-    void ComposePart(const CanvasPart& part, const Ground& ground, const Layers& layers);
+    void ComposeBand(DIB& picture, const Ground& ground, const Layers& layers, const PixelArea& band);
     std::size_t TopmostHiding(const PixelArea& area) const;
-    void Darken(const CanvasPart& part, const Ground& ground, int pass);
-    void MergeLayer(const CanvasPart& part, const Layers& layers, std::size_t place);
+    void Darken(DIB& picture, const Ground& ground, int pass, const PixelArea& within);
+    void MergeLayer(DIB& picture, const Layers& layers, std::size_t place, const PixelArea& within);
 
     std::array<Composed, Places> composed_;
     std::array<std::size_t, Places> order_{};  ///< The places that are shown, as they are drawn.

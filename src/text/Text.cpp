@@ -125,9 +125,9 @@ LayerLook Text::Look(int canvasHeight) {
     });
 }
 
-void Text::MergeImageTo(const CanvasPart& part) {
+void Text::MergeImageTo(DIB& canvas, const PixelArea& within) {
     Trap({Module, "MergeImageTo"}, [&] {
-        if (!blank_) image_.MergeImageTo(part, x_, y_);
+        if (!blank_) image_.MergeImageTo(canvas, x_, y_, within);
     });
 }
 

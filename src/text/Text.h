@@ -53,13 +53,13 @@ public:
     void UpdateImage();
 
     /// Lays the text, or its shadow, onto all of a bitmap of the canvas's size at the aligned position.
-    void MergeImageTo(DIB& canvas) { MergeImageTo(CanvasPart::Of(canvas)); }
+    void MergeImageTo(DIB& canvas) { MergeImageTo(canvas, canvas.Whole()); }
     void MergeShadowTo(DIB& shadow) { MergeShadowTo(shadow, shadow.Whole()); }
 
     // DrawnLayer
 
     LayerLook Look(int canvasHeight) override;
-    void MergeImageTo(const CanvasPart& part) override;
+    void MergeImageTo(DIB& canvas, const PixelArea& within) override;
     void MergeShadowTo(DIB& shadow, const PixelArea& within) override;
 
     /// The final picture's size; 0 while there is nothing to draw.

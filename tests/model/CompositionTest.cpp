@@ -88,12 +88,12 @@ struct CompositionTest : Documents, ::testing::Test {
                 if (layer->Shadow()) layer->MergeShadowTo(shadow);
                 layers.push_back(layer);
             };
-            for (int i = 1; i <= Slots + 1; ++i) add(canvas.Graphic(i));
+            for (int i = 1; i <= Slots; ++i) add(canvas.Graphic(i));
             for (int i = 1; i <= Slots; ++i) add(canvas.Text(i));
             Merge(picture.DIBPtr(), picture.Width(), picture.Height(), shadow.DIBPtr(), shadow.Width(),
                   shadow.Height(), 0, 0, 1, NoKeyColour, To255(canvas.ShadowIntensity()), nullptr, 0, 0,
                   nullptr, 0, 0);
-            for (DrawnLayer* layer : layers) layer->MergeImageTo(CanvasPart::Of(picture));
+            for (DrawnLayer* layer : layers) layer->MergeImageTo(picture, picture.Whole());
         }
     }
 
@@ -127,23 +127,6 @@ TEST_F(CompositionTest, OfWhatChangedIsTheCompositionOfEverything) {
         }
     }
     EXPECT_GT(parts, Turns / 3);
-}
-
-TEST_F(CompositionTest, OfALargeCanvasIsTheSame) {
-    canvas.SetWidthHeight(911, 540);
-    for (int turn = 0; turn < 150; ++turn) {
-        SCOPED_TRACE(turn);
-        for (int change = 0; change < 3; ++change)
-            OneIn(2) ? ChangeText(Any(1, Slots)) : ChangeGraphic(Any(1, Slots));
-        if (OneIn(3))
-            Block(canvas, Slots + 1, Any(0, 0xFFFFFF), Any(-9, 9), Any(-9, 9), 911, 540).SetLayer(Any(0, 3));
-        if (OneIn(9)) canvas.RemoveGraphic(Slots + 1);
-        canvas.ForceRedraw();
-        Tick();
-        DIB expected;
-        ComposePlainly(expected);
-        ASSERT_TRUE(Difference(canvas.Picture(), expected).Empty());
-    }
 }
 
 TEST_F(CompositionTest, TakesALayerThatFollowsInThePlaceOfAnotherForAnother) {

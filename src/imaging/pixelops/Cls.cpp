@@ -1,6 +1,6 @@
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/FrameRows.h"
-#include "imaging/pixelops/StreamRows.h"
+#include "imaging/pixelops/Streams.h"
 #include "imaging/pixelops/Target.h"
 #include "imaging/pixelops/Tessaloom.h"
 

@@ -39,7 +39,7 @@ namespace reference {
 void DiffRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
              std::size_t count);
 
-/// As `DiffRow`, and counts what it writes. `streamed`: `out` is written past the cache (StreamRows.h).
+/// As `DiffRow`, and counts what it writes. `streamed`: `out` is written past the cache (Streams.h).
 void DiffCountRow(std::uint8_t* out, const std::uint8_t* current, const std::uint8_t* previous, int threshold,
                   std::size_t count, bool streamed, Counts& counts);
 

@@ -12,7 +12,7 @@ constexpr std::size_t FillBytes = 195;
 namespace reference {
 
 /// Copies `pattern` over and over: `FillBytes` bytes of equal pixels. `streamed`: past the cache
-/// (StreamRows.h).
+/// (Streams.h).
 void FillRow(std::uint8_t* dest, const std::uint8_t* pattern, std::size_t pixels, bool streamed);
 
 /// 16 bits a pixel (5 bits each of red, green, blue from bit 14 down, the lower byte first) become three

@@ -1,7 +1,7 @@
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/DiffRows.h"
 #include "imaging/pixelops/FrameRows.h"
-#include "imaging/pixelops/StreamRows.h"
+#include "imaging/pixelops/Streams.h"
 #include "imaging/pixelops/Tessaloom.h"
 
 using namespace tessaloom::pixelops;

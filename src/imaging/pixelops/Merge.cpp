@@ -3,7 +3,6 @@
 #include "imaging/pixelops/Arithmetic.h"
 #include "imaging/pixelops/Coverage.h"
 #include "imaging/pixelops/MergeRows.h"
-#include "imaging/pixelops/StreamRows.h"
 #include "imaging/pixelops/Target.h"
 #include "imaging/pixelops/Tessaloom.h"
 
@@ -82,9 +81,7 @@ void MergeLayer(const Target& target, const Layer& layer, int x, int y, const Co
         std::uint8_t* const to =
             target.bits + (area.destY + row) * target.rowBytes + area.destX * std::ptrdiff_t{3};
         const std::uint8_t* const source = at(layer.source);
-        if (whole && !coverage.Selective() && target.streamed)
-            StreamRow(to, source, static_cast<std::size_t>(bytes));
-        else if (whole && !coverage.Selective())
+        if (whole && !coverage.Selective())
             std::memmove(to, source, static_cast<std::size_t>(bytes));
         else if (hidden)
             HideRow(to, source, *hidden, static_cast<std::size_t>(area.width));

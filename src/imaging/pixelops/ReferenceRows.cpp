@@ -9,7 +9,6 @@
 #include "imaging/pixelops/SampleRows.h"
 #include "imaging/pixelops/ScaleRows.h"
 #include "imaging/pixelops/ShadowRows.h"
-#include "imaging/pixelops/StreamRows.h"
 
 namespace tessaloom::pixelops::reference {
 
@@ -181,10 +180,6 @@ void BlendRows(std::uint8_t* dest, const std::uint16_t* one, const std::uint16_t
     for (std::size_t i = 0; i < count; ++i)
         dest[i] =
             static_cast<std::uint8_t>((one[i] - (one[i] * part >> 16) + (other[i] * part >> 16) + 128) >> 8);
-}
-
-void StreamRow(std::uint8_t* dest, const std::uint8_t* source, std::size_t count) {
-    std::copy_n(source, count, dest);
 }
 
 void InvertRow(std::uint8_t* row, std::size_t count) {

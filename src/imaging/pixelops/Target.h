@@ -11,7 +11,7 @@ struct Target {
     std::uint8_t* bits;
     int width, height;
     std::ptrdiff_t rowBytes;  ///< From one row of the whole bitmap to the next.
-    bool streamed = false;    ///< Fills and mere copies go past the cache (StreamRows.h).
+    bool streamed = false;    ///< It is filled past the cache (Streams.h).
 };
 
 /// What is laid down: the arguments of `Merge`.
