@@ -11,7 +11,7 @@ namespace {
 
 /// A band of the picture stays in the processor's cache while one layer after the other is laid onto it. Of
 /// 16 KB to 8 MB, 32 and 64 KB came out best.
-constexpr int BandBytes = 32 << 10;
+constexpr int BandBytes = 64 << 10;
 
 constexpr std::size_t NoPlace = Composition::Places;
 
