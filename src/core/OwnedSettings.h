@@ -8,8 +8,8 @@
 
 namespace tessaloom {
 
-/// The base of objects whose settings are kept in somebody's document, who is told of every change and outlives
-/// them.
+/// The base of objects whose settings are kept in somebody's document, who is told of every change and
+/// outlives them.
 class OwnedSettings {
 protected:
     explicit OwnedSettings(SettingsOwner& owner) : owner_(owner) {}

@@ -119,12 +119,12 @@ void LayerCommands::Reorder(std::string_view step, Reordering reorder, bool topm
     Canvas& canvas = *TheCanvas();
     History* const history = workspace_.HistoryOf(slot_);
     const HistoryStep recorded(history, step);
-    std::vector<LayerId> todo = Layers::InDrawingOrder(canvas);
-    std::erase_if(todo, [&](LayerId layer) { return !Contains(selection, layer); });
-    if (topmostFirst) std::ranges::reverse(todo);
-    for (std::size_t i = 0; i < todo.size(); ++i) {
-        const LayerNames names = Layers::NamesAfter(canvas, todo[i], reorder);
-        for (LayerId& layer : todo) layer = NameNow(names, layer);
+    std::vector<LayerId> waiting = Layers::InDrawingOrder(canvas);
+    std::erase_if(waiting, [&](LayerId layer) { return !Contains(selection, layer); });
+    if (topmostFirst) std::ranges::reverse(waiting);
+    for (std::size_t i = 0; i < waiting.size(); ++i) {
+        const LayerNames names = Layers::NamesAfter(canvas, waiting[i], reorder);
+        for (LayerId& layer : waiting) layer = NameNow(names, layer);
         history->Renamed(names);
     }
 }
