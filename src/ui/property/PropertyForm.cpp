@@ -305,6 +305,7 @@ void PropertyForm::Show(std::unique_ptr<PropertySet> set, const QString& emptyTe
     parts.caption->setVisible(parts.set.Layers().size() > 1);
     PlaceHeader();
     parts.Refresh(true);
+    FitWidth();
 }
 
 PropertySet* PropertyForm::Set() const { return parts_->set.inner.get(); }
@@ -416,7 +417,6 @@ void PropertyForm::Build() {
     parts.search->setVisible(properties.size() >= LongForm);
     setWidget(page);
     FollowInTabOrder(parts.search, page);
-    setMinimumWidth(page->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width());
 }
 
 PropertyGroup* PropertyForm::AddGroup(const QString& heading, std::size_t firstRow) {
@@ -469,6 +469,19 @@ void PropertyForm::FocusMoved(QWidget* from, QWidget* to) {
 void PropertyForm::resizeEvent(QResizeEvent* event) {
     QScrollArea::resizeEvent(event);
     PlaceHeader();
+}
+
+/// Fields come to need more room, as those that show several values do.
+bool PropertyForm::eventFilter(QObject* watched, QEvent* event) {
+    const bool done = QScrollArea::eventFilter(watched, event);
+    if (watched == widget() && event->type() == QEvent::LayoutRequest) FitWidth();
+    return done;
+}
+
+/// Nothing is ever scrolled sideways.
+void PropertyForm::FitWidth() {
+    if (parts_->body)
+        setMinimumWidth(widget()->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width());
 }
 
 void PropertyForm::PlaceHeader() {

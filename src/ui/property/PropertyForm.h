@@ -53,6 +53,7 @@ Q_SIGNALS:
     void Changed(const QString& name);
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
 
 private:
@@ -64,6 +65,7 @@ private:
     PropertyGroup* AddGroup(const QString& heading, std::size_t firstRow);
     void ConnectRow(std::size_t row);
     void Apply(std::size_t row, std::optional<std::string> text);
+    void FitWidth();
     void PlaceHeader();
     void FocusMoved(QWidget* from, QWidget* to);
 
