@@ -20,7 +20,7 @@ void tessaloom::pixelops::Fill(const Target& target, int colour) {
 }
 
 int Cls(uint8_t* Ptr, int Width, int Height, int Colour) {
-    const bool large = RowBytes(Width) * Height >= std::ptrdiff_t{StreamedBytes};
+    const bool large = IsStreamed(Width, Height);
     Fill({Ptr, Width, Height, RowBytes(Width), large}, Colour);
     if (large) FinishStreams();
     return 0;

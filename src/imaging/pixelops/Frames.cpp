@@ -31,7 +31,7 @@ int DiffHistogram(uint8_t* OutPtr, const uint8_t* CurrentPtr, const uint8_t* Pre
     Counts counts;
     if (OutPtr && CurrentPtr && PreviousPtr && Width > 0) {
         const int threshold = std::clamp(Threshold, 0, 255);
-        const bool large = RowBytes(Width) * Height >= std::ptrdiff_t{StreamedBytes};
+        const bool large = IsStreamed(Width, Height);
         for (int y = 0; y < Height; ++y)
             DiffCountRow(RowAt(OutPtr, Width, y), RowAt(CurrentPtr, Width, y), RowAt(PreviousPtr, Width, y),
                          threshold, static_cast<std::size_t>(Width) * 3, large, counts);

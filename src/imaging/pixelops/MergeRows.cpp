@@ -328,6 +328,7 @@ private:
 template <typename Step>
 HWY_INLINE void MatchRow(const Step& step, std::uint8_t* dest, const std::uint8_t* source,
                          const ColourRange& range, std::size_t count) {
+    if (count == 0) return;
     const D8 d;
     const std::size_t lanes = hn::Lanes(d), turn = 3 * lanes;
     const Finder find(range);
