@@ -203,11 +203,8 @@ TEST_F(PropertySetsTest, SetSeveralLayersAtOnceInWhatAllHave) {
     Canvas& canvas = portfolio.Canvas(2);
     canvas.AddText(4)->SetFontSize(40);
     canvas.Graphic(100)->SetShadow(true);
-    const LayerId twoTexts[] =
-        {
-            TextLayer, {LayerId::Kind::Text, 4}
-    },
-                  both[] = {TextLayer, GraphicLayer};
+    const LayerId another{LayerId::Kind::Text, 4};
+    const LayerId twoTexts[] = {TextLayer, another}, both[] = {TextLayer, GraphicLayer};
     const Set texts = PropertySets::Layers(portfolio, 2, twoTexts);
     const std::size_t size = *texts->Find("FontSize");
     EXPECT_TRUE(texts->Mixed(size));
