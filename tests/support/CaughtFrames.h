@@ -29,16 +29,18 @@ public:
     void Start(CaptureSource& source) {
         End();
         stopped_ = over_ = false;
+        countAtStart_ = count_;
         thread_ = std::thread([this, &source] {
             std::string why = source.Run(*this);
             Note([&] { reason_ = std::move(why), over_ = true; });
         });
     }
 
-    /// True when `count` more frames came, and before the source ended.
+    /// True when `count` more frames came, and before the source ended. The first wait counts from the start,
+    /// as the source may be faster than the test.
     bool Wait(int count) {
         std::unique_lock lock(mutex_);
-        const int wanted = count_ + count;
+        const int wanted = std::exchange(countAtStart_, std::nullopt).value_or(count_) + count;
         return changed_.wait_for(lock, Patience, [&] { return count_ >= wanted || over_; }) &&
                count_ >= wanted;
     }
@@ -92,6 +94,7 @@ private:
     std::condition_variable changed_;
     Frame filling_, last_;
     int count_ = 0;
+    std::optional<int> countAtStart_;  ///< Until the first wait.
     bool stopped_ = false, over_ = false;
     std::string reason_;
     std::thread thread_;
