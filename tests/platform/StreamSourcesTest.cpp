@@ -1,22 +1,11 @@
 #include "platform/ffmpeg/StreamSources.h"
 #include "support/CaughtFrames.h"
-#include "support/LocalHttpServer.h"
-#include "support/ServerProgram.h"
+#include "support/FilmClips.h"
+#include "support/RtspCamera.h"
 #include "support/TemporaryFolder.h"
 
 namespace tessaloom::testing {
 namespace {
-
-using Words = std::vector<std::string>;
-
-/// The ffmpeg program with a source of its own ("-re" for one that runs at its own speed), then `rest`.
-Words Ffmpeg(const std::string& graph, const Words& rest, bool paced = false) {
-    Words words = {"ffmpeg", "-v", "quiet", "-nostdin", "-y"};
-    if (paced) words.emplace_back("-re");
-    words.insert(words.end(), {"-f", "lavfi", "-i", graph});
-    words.insert(words.end(), rest.begin(), rest.end());
-    return words;
-}
 
 class Streams : public ::testing::Test {
 protected:
@@ -25,11 +14,9 @@ protected:
     CaughtFrames frames;
 
     /// A clip made by the ffmpeg program.
-    std::string Clip(const std::string& name, const std::string& graph, const Words& options = {}) {
-        Words rest = options;
-        rest.push_back(folder / name);
-        EXPECT_EQ(ServerProgram(Ffmpeg(graph, rest)).Wait(), 0) << name;
-        return folder / name;
+    std::string Clip(const std::string& name, const std::string& graph,
+                     const std::vector<std::string>& options = {}) {
+        return MakeClip(folder / name, graph, options);
     }
 
     /// Frames of `address` come, though whoever sends them may just be starting.
@@ -126,30 +113,6 @@ TEST_F(Streams, AServerThatDiesAndComesBackDeliversAgain) {
         EXPECT_EQ(frames.Last().format.width, width);
     }
     EXPECT_NE(frames.Reason(), "");
-}
-
-/// Answers as an RTSP camera does, then sends `film`, an MPEG transport stream, over the same line.
-void PlayAsRtsp(LocalHttpServer::Connection& line, const std::string& film) {
-    std::string head = line.Request();
-    for (bool playing = false; !playing && !head.empty(); head = playing ? "" : line.NextHead()) {
-        const std::string sdp = "v=0\r\no=- 0 0 IN IP4 0.0.0.0\r\ns=x\r\nt=0 0\r\nm=video 0 RTP/AVP 33\r\n";
-        const std::size_t number = head.find("CSeq:");
-        playing = head.starts_with("PLAY");
-        std::string answer = "Session: 1\r\n\r\n";
-        if (head.starts_with("DESCRIBE"))
-            answer = "Content-Type: application/sdp\r\nContent-Length: " + std::to_string(sdp.size()) +
-                     "\r\n\r\n" + sdp;
-        if (head.starts_with("SETUP"))
-            answer = "Session: 1\r\nTransport: RTP/AVP/TCP;unicast;interleaved=0-1\r\n\r\n";
-        line.Send("RTSP/1.0 200 OK\r\n" + head.substr(number, head.find('\n', number) + 1 - number) + answer);
-    }
-    constexpr std::size_t Part = std::size_t{7} * 188, Head = 12;
-    std::string packet = {'$', 0, char((Part + Head) >> 8), char((Part + Head) & 0xFF), char(0x80), 33};
-    packet.resize(4 + Head);
-    for (std::size_t part = 0; (part + 1) * Part <= film.size(); ++part) {
-        packet[6] = static_cast<char>(part >> 8), packet[7] = static_cast<char>(part);
-        if (!line.Send(packet + film.substr(part * Part, Part))) return;
-    }
 }
 
 TEST_F(Streams, ARtspCameraThatHangsUpIsHeardAgain) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 #include "platform/PictureLimits.h"
 
@@ -28,8 +29,8 @@ public:
         Set("overrun_nonfatal", "1");     // a burst over UDP costs some pictures, not the stream
         Set("fifo_size", "8192");         // packets of 188 bytes
         Set("http_proxy", "");            // nor any from the environment
-        Set("tls_verify", "1");
         Set("user_agent", "Tessaloom");
+        if (!CertificateCheck::InForce()) Set("protocol_blacklist", "tls");
     }
     ~Options() { av_dict_free(&entries_); }
     Options(const Options&) = delete;
@@ -51,14 +52,44 @@ bool DecodesIndependently(AVCodecID codec) {
 }  // namespace
 
 StreamReader::StreamReader(const StreamAddress& address, FrameInbox& inbox, FrameConverter& converter,
-                           Pacer* pacer)
-    : address_(address), inbox_(inbox), converter_(converter), pacer_(pacer) {}
+                           const CertificateCheck& certificates, Pacer* pacer)
+    : address_(address), inbox_(inbox), converter_(converter), certificates_(certificates), pacer_(pacer) {}
 
 StreamReader::~StreamReader() = default;
 
-int StreamReader::MustGiveUp(void* self) {
-    const auto& reader = *static_cast<const StreamReader*>(self);
-    return reader.inbox_.Stopped() || reader.Late();
+int StreamReader::MustGiveUp(void* self) { return static_cast<StreamReader*>(self)->Over(); }
+
+bool StreamReader::Over() {
+    // An RTSP camera's redirection is seen here alone, before anything is sent to the new place.
+    const bool left = left_ || (opening_ && opening_->url && Leaves(opening_->url));
+    return left || inbox_.Stopped() || Late() || !certificates_.Refusal().empty();
+}
+
+bool StreamReader::Leaves(std::string_view place) {
+    constexpr std::string_view Encrypted = "crypto+";  // a part that is also encrypted by itself
+    if (place.starts_with(Encrypted)) place.remove_prefix(Encrypted.size());
+    if (address_.secured && !StreamAddress::Secured(place)) left_ = true;
+    return left_;
+}
+
+/// By a redirection, when the part is open.
+bool StreamReader::LeavesBy(AVIOContext& part) {
+    std::uint8_t* place = nullptr;
+    if (av_opt_get(&part, "location", AV_OPT_SEARCH_CHILDREN, &place) < 0 || !place) return false;
+    const bool leaves = Leaves(reinterpret_cast<const char*>(place));
+    av_free(place);
+    return leaves;
+}
+
+/// Opens the stream itself, and the parts that a playlist names.
+int StreamReader::OpenPart(AVFormatContext* context, AVIOContext** part, const char* url, int flags,
+                           AVDictionary** options) {
+    auto& reader = *static_cast<StreamReader*>(context->opaque);
+    if (reader.Leaves(url)) return AVERROR(EPERM);
+    const int result = reader.openPart_(context, part, url, flags, options);
+    if (result < 0 || !reader.LeavesBy(**part)) return result;
+    avio_closep(part);
+    return AVERROR(EPERM);
 }
 
 std::string StreamReader::Run() {
@@ -69,15 +100,20 @@ std::string StreamReader::Run() {
 }
 
 std::string StreamReader::Open() {
+    if (address_.secured && !CertificateCheck::InForce()) return "certificates cannot be verified here";
     AVFormatContext* context = avformat_alloc_context();
     if (!context) return Reason(AVERROR(ENOMEM));
+    openPart_ = std::exchange(context->io_open, &StreamReader::OpenPart);
+    context->opaque = this;
     context->interrupt_callback = {&StreamReader::MustGiveUp, this};
     context->probesize = ProbeBytes;
     context->max_analyze_duration = ProbeMicroseconds;
     context->fps_probe_size = 0;
     Options options(address_.protocols);
+    opening_ = context;
     // Frees the context when it fails.
     int result = avformat_open_input(&context, address_.location.c_str(), nullptr, options.Entries());
+    opening_ = nullptr;
     if (result < 0) return Reason(result);
     input_.reset(context);
     result = avformat_find_stream_info(context, nullptr);
@@ -114,7 +150,7 @@ std::string StreamReader::OpenDecoder() {
 std::string StreamReader::Read() {
     for (;;) {
         const int result = av_read_frame(input_.get(), packet_.get());
-        if (inbox_.Stopped() || Late()) return Reason(AVERROR_EXIT);
+        if (Over()) return Reason(AVERROR_EXIT);
         if (result == AVERROR(EAGAIN)) continue;
         const bool end = result == AVERROR_EOF;
         if (result < 0 && !end) return Reason(result);
@@ -173,6 +209,8 @@ void StreamReader::ExtendDeadline() {
 
 std::string StreamReader::Reason(int error) const {
     if (inbox_.Stopped()) return "closed";
+    if (left_) return "it leads to a place that is not secured";
+    if (!certificates_.Refusal().empty()) return certificates_.Refusal();
     if (Late()) return "nothing came in time";
     if (error == AVERROR_EOF) return "the stream has ended";
     return ErrorText(error);

@@ -3,8 +3,10 @@
 #include <chrono>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "platform/CaptureSource.h"
+#include "platform/ffmpeg/CertificateCheck.h"
 #include "platform/ffmpeg/FrameConverter.h"
 #include "platform/ffmpeg/Library.h"
 #include "platform/ffmpeg/Pacer.h"
@@ -15,8 +17,10 @@ namespace tessaloom {
 /// One opening of a stream or file: reads packets, decodes pictures, hands over those that are wanted.
 class StreamReader {
 public:
-    /// pacer: holds pictures back to their own speed; null: they are taken as they come.
-    StreamReader(const StreamAddress& address, FrameInbox& inbox, FrameConverter& converter, Pacer* pacer);
+    /// certificates: of the thread that reads; pacer: holds pictures back to their own speed, null if they
+    /// are taken as they come.
+    StreamReader(const StreamAddress& address, FrameInbox& inbox, FrameConverter& converter,
+                 const CertificateCheck& certificates, Pacer* pacer);
     ~StreamReader();
     StreamReader(const StreamReader&) = delete;
     StreamReader& operator=(const StreamReader&) = delete;
@@ -31,6 +35,15 @@ private:
     using Clock = std::chrono::steady_clock;
 
     static int MustGiveUp(void* self);
+    static int OpenPart(AVFormatContext* context, AVIOContext** part, const char* url, int flags,
+                        AVDictionary** options);
+
+    /// Whether opening or reading is over: nobody wants it, nothing came in time, or it may not go on.
+    bool Over();
+
+    /// Whether a place is out of bounds: in clear, though the address is a secured one.
+    bool Leaves(std::string_view place);
+    bool LeavesBy(AVIOContext& part);
 
     std::string Open();
     std::string OpenDecoder();
@@ -40,7 +53,6 @@ private:
     std::optional<std::string> Feed(const AVPacket* packet);
     std::optional<std::string> TakeFrame();
 
-    /// Nothing came in time, or the inbox was stopped.
     bool Late() const { return Clock::now() > deadline_; }
     void ExtendDeadline();
     std::string Reason(int error) const;
@@ -48,18 +60,22 @@ private:
     const StreamAddress& address_;
     FrameInbox& inbox_;
     FrameConverter& converter_;
+    const CertificateCheck& certificates_;
     Pacer* pacer_;
     Clock::time_point deadline_;
     Clock::time_point lastPicture_;
+    AVFormatContext* opening_ = nullptr;  ///< While the library opens it.
     Owned<AVFormatContext> input_;
     Owned<AVCodecContext> decoder_;
     Owned<AVPacket> packet_;
     Owned<AVFrame> frame_;
+    decltype(AVFormatContext::io_open) openPart_ = nullptr;  ///< The library's own way.
     int stream_ = -1;
     bool independent_ = false;  ///< Every picture can be decoded without those before it.
     bool announced_ = false;    ///< The inbox knows of the packet at hand, and wants its picture.
     bool pictures_ = false;     ///< Some have come.
     bool ended_ = false;
+    bool left_ = false;  ///< It led to a place out of bounds.
 };
 
 }  // namespace tessaloom

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "platform/CaptureSource.h"
 #include "platform/ffmpeg/FrameConverter.h"
@@ -11,12 +12,15 @@ namespace tessaloom {
 /// A stream, or a file that is played again and again.
 class StreamSource final : public CaptureSource {
 public:
-    explicit StreamSource(const std::string& address) : address_(StreamAddress::Parse(address)) {}
+    /// authorities: see `CertificateCheck`.
+    StreamSource(const std::string& address, std::string authorities)
+        : address_(StreamAddress::Parse(address)), authorities_(std::move(authorities)) {}
 
     std::string Run(FrameInbox& inbox) override;
 
 private:
     StreamAddress address_;
+    std::string authorities_;
     FrameConverter converter_;
 };
 
