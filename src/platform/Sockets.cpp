@@ -11,6 +11,7 @@ public:
     const std::string& RemoteHostIP() const override { return nobody_; }
     bool Send(std::string, SharedBytes) override { return true; }
     void NotifySent() override {}
+    void IgnoreInput() override {}
     void CloseWhenSent() override {}
     void Close() override {}
     std::uint64_t BytesArrived() const override { return 0; }

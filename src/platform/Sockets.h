@@ -32,7 +32,8 @@ protected:
 /// One end of a connection, closed at first and after every `Close`. Destroying it closes it.
 ///
 /// Nothing waits: what the network does not take at once is kept, by reference, and follows when it can.
-/// While bytes are kept nothing is read, so a client cannot ask for more than it takes.
+/// While bytes are kept nothing is read, so a client cannot ask for more than it takes; `IgnoreInput` changes
+/// that.
 class ConnectionSocket {
 public:
     virtual ~ConnectionSocket() = default;
@@ -53,8 +54,12 @@ public:
     /// Asks for one `Socket_SendComplete`, soon, when others have had their turn.
     virtual void NotifySent() = 0;
 
-    /// Closes when what is kept has gone, without spoiling its arrival: what still comes in is dropped, until
-    /// the other side closes, too (`Socket_Close`).
+    /// From now on what comes in is dropped, within reason, also while bytes are kept: who sends all he has
+    /// before he reads must not wait for us while we wait for him.
+    virtual void IgnoreInput() = 0;
+
+    /// Closes when what is kept has gone, without spoiling its arrival: input is ignored until the other side
+    /// closes, too (`Socket_Close`). How long that may take is the caller's business.
     virtual void CloseWhenSent() = 0;
 
     /// Closes at once and drops what is kept. No event follows.

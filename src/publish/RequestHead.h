@@ -13,6 +13,13 @@ struct RequestHead {
     static constexpr std::size_t Limit = 16384;
 
     std::string path;  ///< As it was sent, without one leading "/".
+
+    /// Another request may follow on the same connection: the client asks for it, and nobody who passes the
+    /// requests of many on could see a body behind this one.
+    ///
+    /// Bodies are not read, so a length other than a plain 0, an encoding or another protocol to come ends
+    /// the connection, and so does a head that some would read otherwise: lines that go on in the next one,
+    /// ends of lines that are none, blanks in names.
     bool keepAlive = false;
 };
 

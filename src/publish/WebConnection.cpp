@@ -46,7 +46,7 @@ bool WebConnection::TakeConnection(int requestID) {
     return Trap({Module, "TakeConnection"}, [&] {
         ForceClose();
         if (!socket_->Accept(requestID)) return false;
-        bytesArrived_ = 0;
+        bytesArrived_ = bytesSent_ = 0;
         closing_ = false;
         RestartTimes(modTime::Clock());
         return true;
@@ -92,16 +92,17 @@ std::size_t WebConnection::HeadEnd() {
 }
 
 /// One request at a time: what was sent ahead waits until the response has gone, and others have had a turn.
+/// What ends the connection must not destroy the responses before it, which may still be on their way.
 void WebConnection::AnswerNext() {
     if (answering_) return buffer_.size() > RequestHead::Limit ? ForceClose() : void();
     const std::size_t end = HeadEnd();
     const bool whole = end != buffer_.npos;
-    if ((whole ? end + EmptyLine.size() : buffer_.size()) > RequestHead::Limit) return ForceClose();
+    if ((whole ? end + EmptyLine.size() : buffer_.size()) > RequestHead::Limit) return Finish();
     if (!whole) return;
     const auto request = ParseRequestHead(std::string_view(buffer_).substr(0, end));
     buffer_.erase(0, end + EmptyLine.size());
     searched_ = 0;
-    if (!request) return ForceClose();
+    if (!request) return Finish();
     answering_ = true;
     Answer(*request);
     answering_ = false;
@@ -109,6 +110,7 @@ void WebConnection::AnswerNext() {
 
 void WebConnection::Answer(const RequestHead& request) {
     keepAlive_ = request.keepAlive;
+    if (!keepAlive_) socket_->IgnoreInput();
     ++requests_;
     const unsigned uses = uses_;
     host_.WebRequest(socket_->RemoteHostIP(), ToUtf8(request.path));
@@ -122,7 +124,7 @@ void WebConnection::Answer(const RequestHead& request) {
         if (canvas->Schedule().EnableNow(modTime::Clock())) return ReturnJPG(*canvas);
         return ServeOffSchedule(ascii::Trimmed(canvas->OffScheduleFile()));
     }
-    if (!allowNonCanvasServes_) return ForceClose();
+    if (!allowNonCanvasServes_) return Finish();
     ServeFile(ascii::Trimmed(name));
 }
 
@@ -175,19 +177,29 @@ void WebConnection::Send404() {
 }
 
 void WebConnection::Respond(std::string head, SharedBytes body) {
+    bytesSent_ += head.size() + (body ? body->size() : 0);
     const bool gone = socket_->Send(std::move(head), std::move(body));
-    closing_ = !keepAlive_ && !file_;
-    if (closing_)
-        socket_->CloseWhenSent();
+    if (!keepAlive_ && !file_)
+        Finish();
     else if (gone && (file_ || HeadEnd() != buffer_.npos))
         socket_->NotifySent();
+}
+
+/// Closes without spoiling the arrival of what was sent. Nothing is read from the connection any more.
+void WebConnection::Finish() {
+    closing_ = true;
+    buffer_.clear();
+    searched_ = 0;
+    lastArrivalTime_ = modTime::Clock();
+    socket_->CloseWhenSent();
 }
 
 /// Requests that come in drop by drop keep nobody: only what the client takes counts.
 void WebConnection::CloseIfIdle(double now) {
     if (State() == 0) return;
     if (Store(bytesArrived_, socket_->BytesArrived())) lastArrivalTime_ = now;
-    const double patience = closing_ ? FarewellSeconds : IdleSeconds;
+    const bool goodbye = closing_ && bytesArrived_ >= bytesSent_;
+    const double patience = goodbye ? FarewellSeconds : IdleSeconds;
     if ((now - lastArrivalTime_) * modTime::SecondsPerDay > patience) ForceClose();
 }
 

@@ -20,13 +20,13 @@ class WebHost;
 /// the other.
 ///
 /// A connection that asks for it is kept and may send requests ahead; any other is closed when the response
-/// has gone. What cannot be understood closes it, without an answer.
+/// has gone, and what still comes in is no request. What cannot be understood closes it, without an answer.
 class WebConnection final : public ConnectionEvents {
 public:
     /// A client that neither asks anything nor takes anything for so long is sent away.
     static constexpr double IdleSeconds = 60;
 
-    /// The same for one that leaves a connection open which we have closed.
+    /// The same for one that has taken all and leaves a connection open which we have closed.
     static constexpr double FarewellSeconds = 5;
 
     /// Bytes of a file that are read and sent at a time: ticks wait for no more than that, however large it
@@ -84,6 +84,7 @@ private:
     void SendFile(std::string_view path, std::unique_ptr<FileReader> file);
     void SendPortion(std::string head);
     void Respond(std::string head, SharedBytes body);
+    void Finish();
 
     /// Runs a routine of the above; when it fails the connection is closed.
     template <typename Body>
@@ -101,11 +102,12 @@ private:
     double lastActivityTime_ = 0;
     double lastArrivalTime_ = 0;  ///< When bytes were last seen to arrive at the client.
     std::uint64_t bytesArrived_ = 0;
+    std::uint64_t bytesSent_ = 0;  ///< Handed to the socket.
     std::uint64_t requests_ = 0;
     unsigned uses_ = 0;  ///< Connections taken and closed by us: tells whether the same one is still there.
     bool allowNonCanvasServes_ = false;
     bool keepAlive_ = false;  ///< As the last request asked.
-    bool closing_ = false;
+    bool closing_ = false;    ///< Nothing more is answered.
     bool answering_ = false;  ///< A script that is told of a request may show a box, which lets more come in.
 };
 

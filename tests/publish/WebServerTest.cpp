@@ -4,6 +4,7 @@
 #include "model/Portfolio.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/posix/PosixSockets.h"
+#include "publish/RequestHead.h"
 #include "publish/VideoStreaming.h"
 #include "publish/WebConnection.h"
 #include "publish/WebServer.h"
@@ -79,6 +80,11 @@ struct WebServerTest : TestPlatform, ::testing::Test {
         while (server.Connections() != expected && ::poll(&wait, 1, 5000) > 0) net.Dispatch();
         return server.Connections();
     }
+    /// Until nothing happens any more.
+    void DispatchAll() {
+        pollfd wait{net.Number(), POLLIN, 0};
+        while (::poll(&wait, 1, 0) > 0) net.Dispatch();
+    }
     /// What comes back on a connection of its own, until it closes.
     std::string Ask(std::string_view request) {
         const auto client = Connect();
@@ -87,6 +93,12 @@ struct WebServerTest : TestPlatform, ::testing::Test {
     }
     std::string Get(std::string_view path) {
         return Ask(std::string("GET ").append(path).append(" HTTP/1.1\r\n\r\n"));
+    }
+    /// Kilobytes of memory that this program occupies.
+    static long Resident() {
+        long size = 0, pages = 0;
+        std::ifstream("/proc/self/statm") >> size >> pages;
+        return pages * (sysconf(_SC_PAGESIZE) / 1024);
     }
     static std::string Body(const std::string& response) {
         return response.substr(std::min(response.size(), response.find("\r\n\r\n") + 4));
@@ -193,6 +205,62 @@ TEST_F(WebServerTest, PutsRequestsTogetherHoweverTheyArrive) {
     EXPECT_EQ(dropwise->Rest(), responses + Get("/"));
 }
 
+/// A request that asks to keep the connection although `fields` speak of a body.
+std::string RequestWithBody(std::string_view fields, std::string_view path = "/") {
+    return std::string("GET ")
+        .append(path)
+        .append(" HTTP/1.1\r\n")
+        .append(fields)
+        .append("\r\nConnection: keep-alive\r\n\r\n");
+}
+
+TEST_F(WebServerTest, NeverReadsABodyAsTheNextRequest) {
+    const std::string home = Get("/"), next = "GET /none" + std::string(KeepAlive);
+    const auto kept = Connect();
+    kept->Send(RequestWithBody("Content-Length: 0") + next);
+    EXPECT_EQ(kept->Response(), home);
+    EXPECT_EQ(kept->Response(), NotFound) << "what has no body keeps the connection";
+    for (const std::string& fields :
+         {"Content-Length: " + std::to_string(next.size()), std::string("Content-Length: 1000000000000"),
+          std::string("Transfer-Encoding: chunked"), std::string("Expect: 100-continue\r\nContent-Length: 9"),
+          std::string("Content-Length: 0\r\nContent-Length : 9")}) {
+        SCOPED_TRACE(fields);
+        const auto requests = server.Requests();
+        const auto together = Connect(), later = Connect(), never = Connect();
+        together->Send(RequestWithBody(fields) + next + next);
+        EXPECT_EQ(together->Rest(), home);
+        later->Send(RequestWithBody(fields));
+        EXPECT_EQ(later->Response(), home);
+        later->Send(next);
+        later->Send(next);
+        EXPECT_EQ(later->Rest(), "");
+        never->Send(RequestWithBody(fields));
+        EXPECT_EQ(never->Rest(), home);
+        for (const auto* client : {&together, &later, &never}) EXPECT_FALSE((*client)->BrokenOff());
+        EXPECT_EQ(server.Requests(), requests + 3);
+    }
+}
+
+TEST_F(WebServerTest, AnswersWhatWasAskedBeforeARequestThatEndsTheConnection) {
+    server.SetAllowNonCanvasServes(false);
+    const std::string picture = Get("/Live.jpg"), ask = "GET /Live.jpg" + std::string(KeepAlive);
+    // clang-format off
+    const std::pair<std::string, std::string> cases[] = {
+        {RequestWithBody("Content-Length: 20", "/Live.jpg"),         picture},
+        {RequestWithBody("Transfer-Encoding: chunked", "/Live.jpg"), picture},
+        {RequestWithBody("Content-Length: 20", "/none"),             ""},
+        {"POST /Live.jpg HTTP/1.1\r\nContent-Length: 20\r\n\r\n",    ""},
+        {"GET /" + std::string(RequestHead::Limit, 'x'),             ""},
+    };
+    // clang-format on
+    for (const auto& [last, answer] : cases) {
+        const auto client = Connect();
+        client->Send(ask + ask + ask + last + ask + std::string(100'000, 'x'));
+        EXPECT_EQ(client->Rest(), picture + picture + picture + answer) << last.substr(0, 80);
+        EXPECT_FALSE(client->BrokenOff()) << last.substr(0, 80);
+    }
+}
+
 TEST_F(WebServerTest, ReadsNothingOutsideItsFolder) {
     fs::create_symlink("../secret.txt", folder / "web/link.txt");
     fs::create_directory_symlink("..", folder / "web/up");
@@ -286,11 +354,57 @@ TEST_F(WebServerTest, SendsLargeFilesToSlowClientsWithoutReadingMoreRequests) {
     const auto rude = Connect();
     rude->Send("GET / HTTP/1.1\r\n\r\n");
     EXPECT_EQ(Body(rude->Response()), "home");
+    rude->Send("more");
     EXPECT_EQ(Connections(1), 1) << "it has not closed its end";
     Tick(1);
     Tick(6);
     EXPECT_EQ(server.Connections(), 0);
     EXPECT_EQ(Body(Ask("GET /large.bin HTTP/1.1\r\n\r\n" + std::string(100'000, 'x'))), large);
+}
+
+TEST_F(WebServerTest, DeliversTheWholeAnswerToClientsThatFirstSendTheirBody) {
+    const std::string large(20'000'000, 'L'), body(16'000'000, 'x');
+    Write("web/large.bin", large);
+    const auto stubborn = Connect();
+    EXPECT_TRUE(stubborn->Send(RequestWithBody("Content-Length: 16000000", "/large.bin") + body));
+    EXPECT_EQ(Body(stubborn->Rest()), large);
+    EXPECT_FALSE(stubborn->BrokenOff());
+
+    const std::string medium(2'000'000, 'M');
+    Write("web/medium.bin", medium);
+    const auto sleepy = Connect();
+    sleepy->Send(RequestWithBody("Content-Length: 5000", "/medium.bin"));
+    DispatchAll();
+    for (const double seconds : {1, 20, 20}) Tick(seconds);
+    sleepy->Send(std::string(5000, 'x'));
+    EXPECT_EQ(Body(sleepy->Rest()), medium) << "what is on its way may take a minute";
+}
+
+TEST_F(WebServerTest, EndsBodiesThatHaveNoEnd) {
+    const auto resident = Resident();
+    double seconds = 0;
+    WebClient flood(port, [&, calls = 0]() mutable {
+        net.Dispatch();
+        if (++calls % 50 != 0) return;
+        Tick(1);
+        ++seconds;
+    });
+    flood.Send(RequestWithBody("Content-Length: 1000000000000"));
+    const std::string part(1'000'000, 'x');
+    int parts = 0;
+    while (parts < 1000 && flood.Send(part)) ++parts;
+    EXPECT_LT(parts, 50) << "megabytes";
+    EXPECT_LE(seconds, 10);
+    EXPECT_EQ(Body(flood.Rest()), "home");
+    EXPECT_EQ(server.Connections(), 0);
+#ifndef __SANITIZE_ADDRESS__
+    EXPECT_LT(Resident() - resident, 4096) << "kilobytes";
+#endif
+    const auto trickle = Connect();
+    trickle->Send(RequestWithBody("Transfer-Encoding: chunked"));
+    EXPECT_EQ(Body(trickle->Response()), "home");
+    for (int i = 0; i < 8 && trickle->Send("x"); ++i) Tick(1);
+    EXPECT_EQ(server.Connections(), 0);
 }
 
 TEST_F(WebServerTest, TellsTheScriptWhoMayEvenStopIt) {
@@ -311,6 +425,11 @@ TEST_F(WebServerTest, TellsTheScriptWhoMayEvenStopIt) {
     EXPECT_EQ(client->Response(), NotFound);
     EXPECT_THAT(engine.calls, ElementsAre("WebRequest(\"127.0.0.1\",\"Live%2ejpg?x=%20\")",
                                           "WebRequest(\"127.0.0.1\",\"sub\")"));
+    const auto chatty = Connect();
+    engine.during = [&] { chatty->Send(std::string(1'000'000, 'x')); };  // comes in while a box is shown
+    chatty->Send(RequestWithBody("Content-Length: 1000000"));
+    EXPECT_EQ(Body(chatty->Rest()), "home");
+    EXPECT_FALSE(chatty->BrokenOff());
     engine.during = [&] { server.SetEnabled(false); };
     EXPECT_EQ(Get("/"), "");
     EXPECT_EQ(client->Rest(), "");
@@ -338,11 +457,6 @@ TEST_F(WebServerTest, LeaksNothingOverThousandsOfRequestsAndVisitors) {
     const auto descriptors = [] {
         return std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator());
     };
-    const auto resident = [] {
-        long size = 0, pages = 0;
-        std::ifstream("/proc/self/statm") >> size >> pages;
-        return pages * (sysconf(_SC_PAGESIZE) / 1024);
-    };
     const auto visit = [&](int times) {
         const auto kept = Connect();
         for (int i = 0; i < times; ++i) {
@@ -356,11 +470,11 @@ TEST_F(WebServerTest, LeaksNothingOverThousandsOfRequestsAndVisitors) {
     page.SetInterval(0);
     visit(1000);
     const auto openBefore = descriptors();
-    [[maybe_unused]] const long before = resident();
+    [[maybe_unused]] const long before = Resident();
     visit(6700);  // 10,050 requests together, and as many visitors as a third
     EXPECT_EQ(descriptors(), openBefore);
 #ifndef __SANITIZE_ADDRESS__  // which keeps what is freed, and looks for leaks itself
-    EXPECT_LT(resident() - before, 1024) << "kilobytes";
+    EXPECT_LT(Resident() - before, 1024) << "kilobytes";
 #endif
 }
 

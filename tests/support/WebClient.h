@@ -23,13 +23,17 @@ public:
 
     bool Connected() const { return connected_; }
 
+    /// The server threw the connection away, and with it what was still on its way, instead of closing it.
+    bool BrokenOff() const { return brokenOff_; }
+
     /// False when the server has closed.
     bool Send(std::string_view bytes) {
         for (int patience = Patience; !bytes.empty() && patience > 0; --patience) {
             const ssize_t gone = ::send(handle_, bytes.data(), bytes.size(), MSG_NOSIGNAL | MSG_DONTWAIT);
-            if (gone < 0 && errno != EAGAIN) return false;
+            if (gone < 0 && errno != EAGAIN) return !(brokenOff_ = true);
             bytes.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(gone, 0)));
             meanwhile_();
+            if (gone < 0) Wait(POLLOUT);
         }
         return bytes.empty();
     }
@@ -71,17 +75,22 @@ private:
             meanwhile_();
             const ssize_t got = ::recv(handle_, buffer.data(), buffer.size(), MSG_DONTWAIT);
             if (got > 0) received_.append(buffer.data(), static_cast<std::size_t>(got));
-            if (got >= 0 || errno != EAGAIN) return got > 0;
-            pollfd wait{handle_, POLLIN, 0};
-            ::poll(&wait, 1, 1);
+            if (got >= 0) return got > 0;
+            if (errno != EAGAIN) return !(brokenOff_ = true);
+            Wait(POLLIN);
         }
         return false;
+    }
+    void Wait(short event) const {
+        pollfd wait{handle_, event, 0};
+        ::poll(&wait, 1, 1);
     }
 
     std::function<void()> meanwhile_;
     std::string received_;
     int handle_;
     bool connected_ = false;
+    bool brokenOff_ = false;
 };
 
 }  // namespace tessaloom::testing

@@ -25,8 +25,9 @@ constexpr std::size_t ReadAtOnce = 4096;
 /// waiting.
 constexpr std::size_t SentAtOnce = std::size_t{512} << 10;
 
-/// What a client may go on sending to a connection that closes before it is cut off.
-constexpr std::size_t DrainedAtMost = std::size_t{256} << 10;
+/// What a client may send that nobody hears before it has to wait: more than its programs send along by
+/// habit, and a few hundredths of a second of our time.
+constexpr std::size_t DroppedAtMost = std::size_t{16} << 20;
 
 std::string PeerAddress(int socket) {
     sockaddr_storage peer{};
@@ -73,8 +74,9 @@ bool PosixConnection::Accept(int requestID) {
     ::setsockopt(socket_.Number(), IPPROTO_TCP, TCP_NODELAY, &yes, sizeof yes);
     remoteHostIP_ = PeerAddress(socket_.Number());
     bytesSent_ = 0;
-    drained_ = 0;
+    dropped_ = 0;
     failure_ = 0;
+    input_ = Input::Heard;
     closing_ = draining_ = false;
     return true;
 }
@@ -94,14 +96,21 @@ bool PosixConnection::Send(std::string head, SharedBytes body) {
     body_ = std::move(body);
     sent_ = 0;
     if (Flush()) return true;
-    Watch(EPOLLOUT);
+    Watch(true);
     return false;
 }
 
-void PosixConnection::NotifySent() { Watch(EPOLLOUT); }
+void PosixConnection::NotifySent() { Watch(true); }
+
+void PosixConnection::IgnoreInput() {
+    if (input_ != Input::Heard) return;
+    input_ = Input::Ignored;
+    Watch((watched_ & EPOLLOUT) != 0);
+}
 
 void PosixConnection::CloseWhenSent() {
     closing_ = true;
+    IgnoreInput();
     if (socket_ && head_.empty() && !body_) BeginDraining();
 }
 
@@ -109,19 +118,20 @@ void PosixConnection::CloseWhenSent() {
 void PosixConnection::BeginDraining() {
     ::shutdown(socket_.Number(), SHUT_WR);
     draining_ = true;
-    Watch(EPOLLIN);
+    Watch(false);
 }
 
 std::uint64_t PosixConnection::BytesArrived() const {
     int onTheWay = 0;
     if (socket_) ::ioctl(socket_.Number(), SIOCOUTQ, &onTheWay);
+    if (draining_ && onTheWay > 0) --onTheWay;  // the end of what we send counts as a byte
     return bytesSent_ - static_cast<std::uint64_t>(onTheWay);
 }
 
 void PosixConnection::Ready(std::uint32_t) {
-    if (draining_) return Drain();
-    if (watched_ == EPOLLOUT) return GoOn();
-    Receive();
+    if (input_ != Input::Heard && !Drop()) return;
+    if (watched_ & EPOLLOUT) return GoOn();
+    if (input_ == Input::Heard) Receive();
 }
 
 // In what follows nothing of this object may be touched behind a call of the events' receiver, who may have
@@ -135,18 +145,29 @@ void PosixConnection::Receive() {
     events_.Socket_DataArrival({buffer.data(), static_cast<std::size_t>(got)});
 }
 
-void PosixConnection::Drain() {
+/// False when that has ended the connection. Where nothing is watched for, any event means its end.
+bool PosixConnection::Drop() {
+    const auto failed = [this](int error) {
+        Fail(error);
+        return false;
+    };
+    if (input_ == Input::Over) return watched_ != 0 || failed(ECONNRESET);
     std::array<char, ReadAtOnce> buffer;
     const ssize_t got = ::recv(socket_.Number(), buffer.data(), buffer.size(), 0);
-    if (got < 0 && IsForLater(errno)) return;
-    drained_ += static_cast<std::size_t>(std::max<ssize_t>(got, 0));
-    if (got <= 0 || drained_ > DrainedAtMost) Fail(ECONNRESET);
+    if (got < 0) return IsForLater(errno) || failed(errno);
+    if (got == 0 && draining_) return failed(ECONNRESET);
+    dropped_ += static_cast<std::size_t>(got);
+    if (got == 0 || dropped_ > DroppedAtMost) {
+        input_ = Input::Over;
+        Watch((watched_ & EPOLLOUT) != 0);
+    }
+    return true;
 }
 
 void PosixConnection::GoOn() {
     if (!Flush()) return failure_ != 0 ? Fail(failure_) : void();
     if (closing_) return BeginDraining();
-    Watch(EPOLLIN);
+    Watch(false);
     events_.Socket_SendComplete();
 }
 
@@ -192,7 +213,11 @@ void PosixConnection::Fail(int error) {
         events_.Socket_Error(std::generic_category().message(error));
 }
 
-void PosixConnection::Watch(std::uint32_t events) {
+/// Waits for room when something is to be sent. Input is waited for besides when it is ignored, else only
+/// when nothing is to be sent.
+void PosixConnection::Watch(bool sending) {
+    const bool reading = input_ == Input::Ignored || (input_ == Input::Heard && !sending);
+    const std::uint32_t events = (sending ? EPOLLOUT : 0U) | (reading ? EPOLLIN : 0U);
     if (token_ == 0 || std::exchange(watched_, events) == events) return;
     sockets_.Poll().Change(token_, socket_.Number(), events);
 }
