@@ -45,15 +45,15 @@ SetupFault ReadReal(std::string_view text, double& value) {
     return modNumbers::TryDblNI(text, value) ? SetupFault::None : SetupFault::NotANumber;
 }
 
+/// What cannot be read counts as 0. Everything is clamped, so no value outside `allowed` comes of any text.
 SetupFault ReadWhole(std::string_view text, int& value, Range<int> allowed) {
-    value = 0;
     double number = 0;
-    if (const SetupFault fault = ReadReal(text, number); fault != SetupFault::None) return fault;
+    SetupFault fault = ReadReal(text, number);
     // There is no reading for what is below; what is above reads as "no limit".
-    const bool readable = number >= INT32_MIN - 0.5;
-    const int read = readable ? modNumbers::Str2LngNI(text) : 0;
+    if (fault == SetupFault::None && number < INT32_MIN - 0.5) fault = SetupFault::OutOfRange;
+    const int read = fault == SetupFault::None ? modNumbers::Str2LngNI(text) : 0;
     value = Clamped(read, allowed);
-    return readable && value == read ? SetupFault::None : SetupFault::OutOfRange;
+    return fault == SetupFault::None && value != read ? SetupFault::OutOfRange : fault;
 }
 
 /// Tells of a value that could not be used as it stands, with what was taken in its place.

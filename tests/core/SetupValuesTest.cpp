@@ -4,6 +4,7 @@
 #include "core/INI.h"
 #include "core/Log.h"
 #include "platform/profile/ProfileFiles.h"
+#include "support/CaughtReports.h"
 #include "support/MemoryFileSystem.h"
 #include "support/Tsv.h"
 
@@ -56,6 +57,48 @@ TEST_F(SetupValuesTest, ReadsWhatTheUserWroteAndWritesItInItsOwnForm) {
         "StartupHeight=-7\nStartupTop=300\nStartupLeft=200\nStartupState=0\nStationLongitude=-71.25\n"
         "StationLatitude=0.5\nClearTypeContrast=2200\nClearTypeOrientation=0\n"
         "StartupLastNonMinimizedState=2\r\n");
+}
+
+TEST_F(SetupValuesTest, KeepsWhateverIsReadWithinItsRange) {
+    const struct {
+        std::string_view text;
+        int contrast, orientation;
+    } cases[] = {
+        {"plenty",        1000, 0},
+        {"1500 or so",    1000, 0},
+        {"1e999",         1000, 0},
+        {"nan",           1000, 0},
+        {"-",             1000, 0},
+        {"0",             1000, 0},
+        {"-1",            1000, 0},
+        {"-1e300",        1000, 0},
+        {"-9999999999",   1000, 0},
+        {"1",             1000, 1},
+        {"999.4",         1000, 1},
+        {"1000.4",        1000, 1},
+        {"2200",          2200, 1},
+        {"2201",          2200, 1},
+        {"2147483648",    2200, 1},
+        {"1e300",         2200, 1},
+        {"&34",           1000, 0},
+        {"\xC3\xA4 1500", 1000, 0},
+        {"\"1500\"",      1500, 1},
+    };
+    const auto line = [](std::string_view key, std::string_view value) {
+        return std::string(key).append("=").append(value).append("\n");
+    };
+    CaughtReports reports;
+    for (const auto& [text, contrast, orientation] : cases) {
+        SCOPED_TRACE(text);
+        files_["Tessaloom.INI"].bytes =
+            "[General]\n" + line("ClearTypeContrast", text) + line("ClearTypeOrientation", text);
+        LoadSetup(ini_, 15, 15);
+        EXPECT_EQ(tessaloom::Setup().clearTypeContrast, contrast);
+        EXPECT_EQ(tessaloom::Setup().clearTypeOrientation, orientation);
+        SaveSetup(ini_);
+        EXPECT_THAT(Bytes(), StartsWith("[General]\n" + line("ClearTypeContrast", std::to_string(contrast)) +
+                                        line("ClearTypeOrientation", std::to_string(orientation))));
+    }
 }
 
 TEST_F(SetupValuesTest, TellsOnceOfEachValueThatItCannotUse) {
