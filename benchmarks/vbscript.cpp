@@ -16,6 +16,7 @@
 #include "core/main/modMain.h"
 #include "platform/posix/PosixEnvironment.h"
 #include "platform/posix/PosixFolders.h"
+#include "platform/posix/ThreadAlarm.h"
 #include "script/objects/ScriptControl.h"
 #include "support/TestPlatform.h"
 
@@ -280,8 +281,10 @@ private:
     testing::TestPlatform it_;
     PosixFolders folders_;
     PosixEnvironment environment_;
+    ThreadAlarm alarm_;
     ScriptControl control_{
-        it_.platform, {it_.files, folders_, environment_, it_.urlTransfers}
+        it_.platform, {it_.files, folders_, environment_, it_.urlTransfers},
+         alarm_
     };
 };
 

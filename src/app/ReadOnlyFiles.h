@@ -19,8 +19,8 @@ public:
     bool ReplaceFile(std::string_view, std::string_view, Access) override { return false; }
     bool MakeOwnerOnly(std::string_view) override { return false; }
     bool AppendText(std::string_view, std::string_view) override { return false; }
-    bool CopyFile(std::string_view, std::string_view, bool) override { return false; }
-    bool RenameFile(std::string_view, std::string_view) override { return false; }
+    bool CopyFile(std::string_view, std::string_view, bool, const Between&) override { return false; }
+    bool RenameFile(std::string_view, std::string_view, const Between&) override { return false; }
     bool DeleteFile(std::string_view, bool) override { return false; }
     std::string CurrentFolder() const override { return files_.CurrentFolder(); }
     bool MakeFolder(std::string_view) override { return false; }

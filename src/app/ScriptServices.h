@@ -4,6 +4,7 @@
 #include "platform/curl/CurlTransfers.h"
 #include "platform/posix/PosixEnvironment.h"
 #include "platform/posix/PosixFolders.h"
+#include "platform/posix/ThreadAlarm.h"
 #include "script/objects/ScriptControl.h"
 
 namespace tessaloom {
@@ -12,7 +13,7 @@ namespace tessaloom {
 class ScriptServices {
 public:
     explicit ScriptServices(Platform& platform)
-        : control_(platform, {platform.fileSystem, folders_, environment_, transfers_}) {}
+        : control_(platform, {platform.fileSystem, folders_, environment_, transfers_}, alarm_) {}
 
     ScriptEngine& Engine() { return control_; }
 
@@ -20,6 +21,7 @@ private:
     PosixFolders folders_;
     PosixEnvironment environment_;
     CurlTransfers transfers_;
+    ThreadAlarm alarm_;
     ScriptControl control_;
 };
 

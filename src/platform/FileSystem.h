@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -54,6 +55,10 @@ public:
     /// Larger files are not read unless a caller says otherwise.
     static constexpr std::size_t DefaultLimit = std::size_t{256} << 20;
 
+    /// Called between two portions of what may take long. What it throws ends that: a copy that is not whole
+    /// never gets its name.
+    using Between = std::function<void()>;
+
     virtual ~FileSystem() = default;
 
     /// A regular file (not a folder) of that name exists.
@@ -94,10 +99,12 @@ public:
 
     /// Readers of `target` see the old file or the whole copy. Fails when `target` exists and `overwrite` is
     /// false, is read-only, or is `source` itself.
-    virtual bool CopyFile(std::string_view source, std::string_view target, bool overwrite = true) = 0;
+    virtual bool CopyFile(std::string_view source, std::string_view target, bool overwrite = true,
+                          const Between& between = {}) = 0;
 
-    /// Fails when `target` exists.
-    virtual bool RenameFile(std::string_view source, std::string_view target) = 0;
+    /// Fails when `target` exists. Between two file systems it is a copy.
+    virtual bool RenameFile(std::string_view source, std::string_view target,
+                            const Between& between = {}) = 0;
 
     /// Fails when there is no such file; without `force` also when it is read-only.
     virtual bool DeleteFile(std::string_view path, bool force = false) = 0;

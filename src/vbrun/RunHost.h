@@ -4,6 +4,7 @@
 #include "platform/posix/PosixEnvironment.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/posix/PosixFolders.h"
+#include "platform/posix/ThreadAlarm.h"
 #include "platform/qt/QtSystemTime.h"
 #include "script/library/ClassLibrary.h"
 #include "vbscript/Host.h"
@@ -19,6 +20,7 @@ public:
     double Now() override { return time_.LocalDateTime(); }
     double Timer() override { return time_.SecondsSinceMidnight(); }
     double SteadySeconds() override;
+    Alarm& TimeAlarm() override { return alarm_; }
     const UserLocale& Locale() override { return locale_; }
     int MsgBox(const std::string& prompt, int buttons, const std::string& title) override;
     std::string InputBox(const std::string& prompt, const std::string& title,
@@ -29,6 +31,7 @@ public:
 
 private:
     QtSystemTime time_;
+    ThreadAlarm alarm_;
     UserLocale locale_;
     PosixFileSystem files_;
     PosixFolders folders_;

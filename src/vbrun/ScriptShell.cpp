@@ -100,13 +100,15 @@ std::span<const Member<ScriptShell>> ScriptShell::Members() {
 }
 
 Value ScriptShell::Echo(ScriptShell&, const Arguments& arguments) {
-    std::string line;
+    const auto print = [](std::string_view text) { std::fwrite(text.data(), 1, text.size(), stdout); };
     for (std::size_t i = 0; i < arguments.Count(); ++i) {
-        if (i > 0) line += ' ';
-        if (!arguments[i].IsMissing()) line += arguments.Text(i).ToUtf8();
+        if (i > 0) print(" ");
+        if (arguments[i].IsMissing()) continue;
+        const vbscript::String text = arguments.Text(i);
+        for (std::u16string_view rest = text.View(); !rest.empty();)
+            print(vbscript::Utf8Of(vbscript::TakePiece(rest)));
     }
-    line += '\n';
-    std::fwrite(line.data(), 1, line.size(), stdout);
+    print("\n");
     return {};
 }
 

@@ -3,9 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <limits>
-#include <new>
-
-#include "vbscript/MemoryBudget.h"
 
 namespace tessaloom::vbscript {
 
@@ -44,28 +41,27 @@ Ref<Array> Array::OfCount(std::size_t count) {
 
 Ref<Array> Array::OfBytes(std::string_view bytes) {
     const Ref<Array> array = OfCount(bytes.size());
-    for (std::size_t i = 0; i < bytes.size(); ++i)
-        array->elements_[i] = Value::OfByte(static_cast<std::uint8_t>(bytes[i]));
+    InStretches(bytes.size(), [&](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i)
+            array->elements_[i] = Value::OfByte(static_cast<std::uint8_t>(bytes[i]));
+    });
     array->holdsBytes_ = true;
     return array;
 }
 
 Ref<Array> Array::OfValues(std::span<const Value> values) {
     const Ref<Array> array = OfCount(values.size());
-    std::ranges::transform(values, array->elements_.begin(), &Value::Assigned);
+    array->Assign(values);
     return array;
 }
 
-Ref<Array> Array::OfValues(std::vector<Value>&& values) {
+Ref<Array> Array::OfValues(BudgetVector<Value>&& values) {
     const Ref<Array> array = OfCount(0);
-    MemoryBudget::Charge(values.size() * sizeof(Value));
     array->elements_ = std::move(values);
     array->upperBounds_ = {static_cast<int>(array->elements_.size()) - 1};
     array->lineCount_ = static_cast<std::uint32_t>(array->elements_.size());
     return array;
 }
-
-Array::~Array() { MemoryBudget::GiveBack(elements_.size() * sizeof(Value)); }
 
 int Array::UpperBound(int dimension) const {
     if (dimension < 1 || dimension > Rank()) Fail(ErrorCode::SubscriptOutOfRange);
@@ -86,16 +82,16 @@ Value& Array::At(std::span<const int> indexes) {
 Ref<Array> Array::Clone() const {
     const Ref<Array> copy(new Array);
     copy->SetBounds(upperBounds_, elements_.size());
-    std::ranges::transform(elements_, copy->elements_.begin(), &Value::Assigned);
+    copy->Assign(elements_);
     copy->holdsBytes_ = holdsBytes_;
     return copy;
 }
 
 /// What is cut off ends last: that may run script code, which looks at this array or lets go of it.
 void Array::SetBounds(std::span<const int> upperBounds, std::size_t count) {
-    std::vector<Value> dropped;
+    BudgetVector<Value> dropped;
     if (count > elements_.size())
-        Grow(count);
+        elements_.resize(count);
     else
         dropped = CutOff(count);
     holdsBytes_ = false;
@@ -103,22 +99,19 @@ void Array::SetBounds(std::span<const int> upperBounds, std::size_t count) {
     lineCount_ = upperBounds.size() == 1 ? static_cast<std::uint32_t>(count) : 0;
 }
 
-void Array::Grow(std::size_t count) {
-    const std::size_t more = count - elements_.size();
-    MemoryBudget::Charge(more * sizeof(Value));
-    try {
-        elements_.resize(count);
-    } catch (const std::bad_alloc&) {
-        MemoryBudget::GiveBack(more * sizeof(Value));
-        Fail(ErrorCode::OutOfMemory);
-    }
+/// What `values` hold, as an assignment stores it; there are as many elements.
+void Array::Assign(std::span<const Value> values) {
+    InStretches(values.size(), [&](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i) elements_[i] = values[i].Assigned();
+    });
 }
 
-std::vector<Value> Array::CutOff(std::size_t count) {
+BudgetVector<Value> Array::CutOff(std::size_t count) {
     const auto cut = elements_.begin() + static_cast<std::ptrdiff_t>(count);
-    std::vector<Value> dropped(std::make_move_iterator(cut), std::make_move_iterator(elements_.end()));
+    BudgetVector<Value> dropped(std::make_move_iterator(cut), std::make_move_iterator(elements_.end()));
     elements_.resize(count);
-    MemoryBudget::GiveBack(dropped.size() * sizeof(Value));
+    // a part of the room only: arrays that lose one element after the other are not moved each time
+    if (elements_.capacity() / 2 > count) elements_.shrink_to_fit();
     return dropped;
 }
 

@@ -3,9 +3,9 @@
 #include <array>
 #include <span>
 #include <string_view>
-#include <vector>
 
 #include "vbscript/Error.h"
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/Value.h"
 
 namespace tessaloom::vbscript {
@@ -29,9 +29,7 @@ public:
     static Ref<Array> OfBytes(std::string_view bytes);
 
     static Ref<Array> OfValues(std::span<const Value> values);
-    static Ref<Array> OfValues(std::vector<Value>&& values);  ///< Takes them over.
-
-    ~Array() override;
+    static Ref<Array> OfValues(BudgetVector<Value>&& values);  ///< Takes them over.
 
     int Rank() const { return static_cast<int>(upperBounds_.size()); }
 
@@ -78,12 +76,12 @@ private:
     friend void Redimension(Value& variable, std::span<const int> upperBounds, bool preserve);
 
     Array() = default;
+    void Assign(std::span<const Value> values);
     void SetBounds(std::span<const int> upperBounds, std::size_t count);
-    void Grow(std::size_t count);
-    std::vector<Value> CutOff(std::size_t count);
+    BudgetVector<Value> CutOff(std::size_t count);
 
-    std::vector<int> upperBounds_;
-    std::vector<Value> elements_;
+    BudgetVector<int> upperBounds_;
+    BudgetVector<Value> elements_;
     std::uint32_t lineCount_ = 0;  ///< The number of elements when there is one dimension, else 0.
     std::uint32_t locks_ = 0;
     bool fixed_ = false;

@@ -4,6 +4,7 @@
 #include "vbscript/Arguments.h"
 #include "vbscript/BuiltinTables.h"
 #include "vbscript/PartFunctions.h"
+#include "vbscript/TextSearch.h"
 
 /// The functions that take a text for the bytes behind it, two to a unit, the lower one first.
 namespace tessaloom::vbscript {
@@ -34,7 +35,7 @@ Value InStrB(Context& context, std::span<Value> values) {
     const String text = of.Text(0), wanted = of.Text(1);
     const auto from = static_cast<std::size_t>(start) - 1;
     if (from >= text.ByteLength()) return Value::OfLong(0);
-    return Value::OfLong(static_cast<int>(BytesOf(text).find(BytesOf(wanted), from) + 1));
+    return Value::OfLong(static_cast<int>(TextSearch<char>(BytesOf(wanted)).First(BytesOf(text), from) + 1));
 }
 
 Value AscB(Context& context, std::span<Value> values) {

@@ -3,10 +3,10 @@
 #include <cstdint>
 #include <deque>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "vbscript/Counted.h"
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/Names.h"
 #include "vbscript/Routine.h"
 
@@ -41,13 +41,12 @@ public:
     }
 
     std::u16string name;
-    std::vector<Field> fields;
-    std::vector<Member> members{1};
-    std::unordered_map<NameId, int> numbers;  ///< By name.
-    std::deque<Routine> routines;
+    BudgetVector<Field> fields;
+    BudgetVector<Member> members = BudgetVector<Member>(1);
+    BudgetMap<NameId, int> numbers;  ///< By name.
+    std::deque<Routine, BudgetAllocator<Routine>> routines;
     const Routine* initialize = nullptr;
     const Routine* terminate = nullptr;
-    MemoryCharge charge;
 
 private:
     static inline thread_local constinit std::uintptr_t latestSerial_ = 0;

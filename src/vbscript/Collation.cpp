@@ -2,6 +2,7 @@
 #include <compare>
 
 #include "vbscript/String.h"
+#include "vbscript/TimeLimit.h"
 
 namespace tessaloom::vbscript {
 
@@ -39,20 +40,28 @@ int PlaceOf(char16_t lower) {
 }  // namespace
 
 int CompareText(std::u16string_view a, std::u16string_view b, bool ignoreCase) {
+    const std::size_t common = std::min(a.size(), b.size());
     if (!ignoreCase) {
-        const int order = a.compare(b);
-        return (order > 0) - (order < 0);
+        for (std::size_t begin = 0; begin < common; begin += TimeLimit::UnitsBetweenPolls) {
+            TimeLimit::Poll();
+            const std::size_t count = std::min(common - begin, TimeLimit::UnitsBetweenPolls);
+            const int order = std::char_traits<char16_t>::compare(a.data() + begin, b.data() + begin, count);
+            if (order != 0) return order > 0 ? 1 : -1;
+        }
+        return (a.size() > b.size()) - (a.size() < b.size());
     }
     // accents decide only between texts that are the same without them
     int accents = 0;
-    const std::size_t common = std::min(a.size(), b.size());
-    for (std::size_t i = 0; i < common; ++i) {
-        if (a[i] == b[i]) continue;
-        const char16_t x = LowerOf(a[i]), y = LowerOf(b[i]);
-        if (x == y) continue;
-        const int first = PlaceOf(x), second = PlaceOf(y);
-        if (first != second) return first < second ? -1 : 1;
-        if (accents == 0) accents = x < y ? -1 : 1;
+    for (std::size_t i = 0; i < common;) {
+        TimeLimit::Poll();
+        for (const std::size_t end = std::min(common, i + TimeLimit::UnitsBetweenPolls); i < end; ++i) {
+            if (a[i] == b[i]) continue;
+            const char16_t x = LowerOf(a[i]), y = LowerOf(b[i]);
+            if (x == y) continue;
+            const int first = PlaceOf(x), second = PlaceOf(y);
+            if (first != second) return first < second ? -1 : 1;
+            if (accents == 0) accents = x < y ? -1 : 1;
+        }
     }
     return a.size() != b.size() ? (a.size() < b.size() ? -1 : 1) : accents;
 }

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <charconv>
 
 #include "vbscript/Operators.h"
 #include "vbscript/PlainOperands.h"
@@ -60,6 +61,11 @@ bool IsSame(const Value& a, const Value& b) {
 }
 
 Value Concatenate(Context& context, const Value& first, const Value& second) {
+    if (IsText(first) && IsIntegerOrLong(second)) {  // without a text of the number's own
+        char digits[12];
+        const auto end = std::to_chars(std::begin(digits), std::end(digits), second.Whole()).ptr;
+        return Value::OfString(String::JoinedLatin(first.AsString(), {digits, end}));
+    }
     const PlainOperands of(context, first, second);
     const Value &a = of.a, &b = of.b;
     if (a.Is(VarType::Null) && b.Is(VarType::Null)) return Value::Null();

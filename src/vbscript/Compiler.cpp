@@ -68,12 +68,6 @@ const Mark& Routine::MarkAt(std::size_t place) const {
     return marks[low];
 }
 
-std::size_t Routine::Bytes() const {
-    return sizeof *this + code.capacity() * sizeof(Instruction) + constants.capacity() * sizeof(Value) +
-           marks.capacity() * sizeof(Mark) + sites.capacity() * sizeof(Site) +
-           names.capacity() * sizeof(LocalName);
-}
-
 Value ConstantValue(Context& context, const ProgramTree& tree, const ConstantDeclaration& constant) {
     const Value& value = tree.constants[constant.index];
     return constant.negated ? Negate(context, value) : value;
@@ -109,7 +103,6 @@ std::unique_ptr<Routine> Compiler::Compile(const ProgramTree& tree, Place place)
             RoutineCompiler inner(context_, program_, tree, *routine, {}, globals_);
             inner.Declare(*declaration);
             inner.Compile(*declaration);
-            routine->charge.Take(routine->Bytes());
             if (program_.symbols.Count() > MostGlobals) throw SyntaxError(1001, 1, 1);
         }
         outermost.Compile(tree.main);
@@ -206,8 +199,6 @@ void Compiler::DefineClass(const ClassDeclaration& declaration) {
         if (part->name == initialize) type->initialize = &routine;
         if (part->name == terminate) type->terminate = &routine;
     }
-    type->charge.Take(sizeof *type + type->members.size() * sizeof(ClassInfo::Member) +
-                      type->fields.size() * sizeof(ClassInfo::Field));
     if (defaultMember > 0) type->members[0] = type->members[static_cast<std::size_t>(defaultMember)];
     Symbol& symbol = program_.symbols[static_cast<std::size_t>(Define(declaration.name, SymbolKind::Class))];
     const auto old = std::ranges::find_if(

@@ -2,7 +2,6 @@
 
 #include <list>
 #include <memory>
-#include <unordered_map>
 #include <vector>
 
 #include "vbscript/ClassInfo.h"
@@ -17,10 +16,11 @@ namespace tessaloom::vbscript {
 struct Program {
     Names names;
     Symbols symbols;
-    std::list<Routine> routines;  ///< Of the outermost level, in the order of the code.
+    std::list<Routine, BudgetAllocator<Routine>>
+        routines;  ///< Of the outermost level, in the order of the code.
     std::list<Ref<ClassInfo>> classes;
     /// Which others of the same name have followed; some may still be in use.
-    std::list<Routine> replaced;
+    std::list<Routine, BudgetAllocator<Routine>> replaced;
     std::list<Ref<ClassInfo>> replacedClasses;
     std::vector<Ref<Object>> openObjects;  ///< Of the host, with members that are known by name alone.
 };

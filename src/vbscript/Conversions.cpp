@@ -24,6 +24,19 @@ T Checked(Converted<T> converted) {
     return std::move(converted.value);
 }
 
+/// A text as the conversions from texts read it: they look at all of it, so what is longer than any number,
+/// date or truth value that anybody writes is none, besides the blanks around it.
+std::string ShortText(std::u16string_view text) {
+    constexpr std::size_t Longest = 1 << 16;
+    constexpr std::u16string_view Unreadable = u"?";
+    if (text.size() > Longest) {
+        const std::size_t first = std::min(text.find_first_not_of(u' '), text.size());
+        text.remove_prefix(first);
+        text = text.substr(0, text.find_last_not_of(u' ') + 1);
+    }
+    return Utf8Of(text.size() > Longest ? Unreadable : text);
+}
+
 [[noreturn]] void FailToConvert(const Value& value) {
     Fail(value.Is(VarType::Null) ? ErrorCode::InvalidUseOfNull : ErrorCode::TypeMismatch);
 }
@@ -93,8 +106,8 @@ Whole ToWhole(Context& context, const Value& value) {
             break;
         case VarType::String:
             if constexpr (sizeof(Whole) == sizeof(std::int16_t))
-                return Checked(IntegerFromText(Utf8Of(value.Text()), context.locale));
-            whole = Checked(LongFromText(Utf8Of(value.Text()), context.locale));
+                return Checked(IntegerFromText(ShortText(value.Text()), context.locale));
+            whole = Checked(LongFromText(ShortText(value.Text()), context.locale));
             break;
         case VarType::Object: {
             Value scratch;
@@ -156,7 +169,7 @@ bool ToBoolean(Context& context, const Value& value) {
         case VarType::Currency:
             return value.Currency() != 0;
         case VarType::String:
-            return Checked(BooleanFromText(Utf8Of(value.Text()), context.locale));
+            return Checked(BooleanFromText(ShortText(value.Text()), context.locale));
         case VarType::Object: {
             Value scratch;
             return ToBoolean(context, PlainValue(context, value, scratch));
@@ -221,7 +234,7 @@ std::int64_t ToCurrency(Context& context, const Value& value) {
     const Value& plain = PlainValue(context, value, scratch);
     if (plain.Is(VarType::Currency)) return plain.Currency();
     if (plain.Is(VarType::String))
-        if (const auto amount = CurrencyOfPlainText(Utf8Of(plain.Text()), context.locale)) return *amount;
+        if (const auto amount = CurrencyOfPlainText(ShortText(plain.Text()), context.locale)) return *amount;
     return CurrencyOfDouble(ToDouble(context, plain));
 }
 
@@ -230,7 +243,7 @@ double ToDate(Context& context, const Value& value) {
     Value scratch;
     const Value& plain = PlainValue(context, value, scratch);
     if (plain.Is(VarType::String))
-        return Checked(DateFromText(Utf8Of(plain.Text()), context.locale, CurrentYear(context)));
+        return Checked(DateFromText(ShortText(plain.Text()), context.locale, CurrentYear(context)));
     return CheckedDate(ToDouble(context, plain));
 }
 
@@ -239,12 +252,15 @@ namespace {
 /// A text of the bytes themselves: what LenB, MidB and AscB take apart. Of other arrays error 13.
 String TextOfBytes(const Value& value) {
     const Array& array = *value.AsArray();
-    std::string bytes;
     if (!array.HoldsBytes()) FailToConvert(value);
-    for (const Value& element : array.Elements()) {
-        if (!element.Is(VarType::Byte)) FailToConvert(value);
-        bytes += static_cast<char>(element.Whole());
-    }
+    BudgetBytes bytes(array.Count(), '\0');
+    InStretches(bytes.size(), [&](std::size_t begin, std::size_t end) {
+        for (std::size_t i = begin; i < end; ++i) {
+            const Value& element = array.Elements()[i];
+            if (!element.Is(VarType::Byte)) FailToConvert(value);
+            bytes[i] = static_cast<char>(element.Whole());
+        }
+    });
     return String::OfBytes(bytes.data(), bytes.size());
 }
 
@@ -320,7 +336,7 @@ std::u16string TypeNameOf(const Value& value) {
 bool IsNumeric(Context& context, const Value& value) {
     switch (value.Type()) {
         case VarType::String:
-            return static_cast<bool>(DoubleFromText(Utf8Of(value.Text()), context.locale));
+            return static_cast<bool>(DoubleFromText(ShortText(value.Text()), context.locale));
         case VarType::Object: {
             Value scratch;
             return !value.IsNothing() && IsNumeric(context, PlainValue(context, value, scratch));
@@ -337,14 +353,14 @@ bool IsNumeric(Context& context, const Value& value) {
 
 bool IsDate(Context& context, const Value& value) {
     if (value.Is(VarType::String))
-        return static_cast<bool>(DateFromText(Utf8Of(value.Text()), context.locale, CurrentYear(context)));
+        return static_cast<bool>(DateFromText(ShortText(value.Text()), context.locale, CurrentYear(context)));
     if (!IsObject(value)) return value.Is(VarType::Date);
     Value scratch;
     return !value.IsNothing() && IsDate(context, PlainValue(context, value, scratch));
 }
 
 double DoubleOfText(Context& context, std::u16string_view text) {
-    return Checked(DoubleFromText(Utf8Of(text), context.locale));
+    return Checked(DoubleFromText(ShortText(text), context.locale));
 }
 
 int CurrentYear(Context& context) {

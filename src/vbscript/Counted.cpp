@@ -2,6 +2,8 @@
 
 #include <vector>
 
+#include "vbscript/MemoryBudget.h"
+
 namespace tessaloom::vbscript {
 
 namespace {
@@ -12,6 +14,10 @@ thread_local int nesting = 0;
 thread_local std::vector<Counted*> waiting;
 
 }  // namespace
+
+void* Counted::operator new(std::size_t bytes) { return MemoryBudget::Allocate(bytes); }
+
+void Counted::operator delete(void* block, std::size_t bytes) { MemoryBudget::Free(block, bytes); }
 
 void Counted::LastReleased() const {
     const auto self = const_cast<Counted*>(this);

@@ -1,14 +1,19 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 namespace tessaloom::vbscript {
 
 /// What values share by counted references: strings, arrays and objects.
 ///
-/// The count is not atomic: a script and all it holds live on one thread. A new one has the count 0.
+/// The count is not atomic: a script and all it holds live on one thread. A new one has the count 0. Its own
+/// memory is charged to the script (MemoryBudget.h).
 class Counted {
 public:
+    static void* operator new(std::size_t bytes);  ///< Throws RuntimeError 7.
+    static void operator delete(void* block, std::size_t bytes);
+
 // Version 12 takes the payload of a plain number for a pointer that is released.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Warray-bounds"

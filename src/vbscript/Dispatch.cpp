@@ -59,6 +59,18 @@ inline bool IsTrue(Context& context, const Value& value) {
     return value.Is(VarType::Boolean) ? value.Whole() != 0 : ToCondition(context, value);
 }
 
+/// `target` = `a` `Join` `b`. A long text that is both operand and target grows in place, or a chain of many
+/// parts would copy it for each of them.
+template <Value (*Join)(Context&, const Value&, const Value&)>
+inline void StoreJoined(Context& context, Value& target, const Value& a, const Value& b) {
+    constexpr std::size_t LongBytes = 4096;
+    const bool isLong = &target == &a && a.Is(VarType::String) && a.Text().size() > LongBytes;
+    if (isLong && b.Is(VarType::String))
+        AppendTo(context, target, b);
+    else
+        target = Join(context, a, b);
+}
+
 /// The object in `receiver`, if it is of the kind that `site` remembers.
 inline Object* Known(const Value& receiver, const Site& site) {
     if (!receiver.HasObject()) return nullptr;
@@ -108,13 +120,6 @@ void Machine::Dispatch(std::size_t stop) {
 #define B base[i->b]
 #define C base[i->c]
 #define KC constants[i->c]
-#define WATCH()                                \
-    do {                                       \
-        if (--untilWatch_ == 0) [[unlikely]] { \
-            Top().place = pc;                  \
-            Watch();                           \
-        }                                      \
-    } while (false)
 
     for (;;) {
         std::optional<RuntimeError> error;
@@ -122,7 +127,7 @@ void Machine::Dispatch(std::size_t stop) {
             LOAD_FRAME();
             NEXT();
 
-#define ARITHMETIC(name, right, sign)                                    \
+#define ARITHMETIC(name, right, sign, slowly)                            \
     {                                                                    \
         const Value &x = B, &y = right;                                  \
         if (BothWhole(x, y)) {                                           \
@@ -133,22 +138,22 @@ void Machine::Dispatch(std::size_t stop) {
                 Fail(ErrorCode::Overflow);                               \
             A.SetDouble(result);                                         \
         } else {                                                         \
-            A = slow::name(context_, x, y);                              \
+            slowly;                                                      \
         }                                                                \
         NEXT();                                                          \
     }
         DoAdd:
-            ARITHMETIC(Add, C, +)
+            ARITHMETIC(Add, C, +, StoreJoined<slow::Add>(context_, A, x, y))
         DoAddK:
-            ARITHMETIC(Add, KC, +)
+            ARITHMETIC(Add, KC, +, StoreJoined<slow::Add>(context_, A, x, y))
         DoSubtract:
-            ARITHMETIC(Subtract, C, -)
+            ARITHMETIC(Subtract, C, -, A = slow::Subtract(context_, x, y))
         DoSubtractK:
-            ARITHMETIC(Subtract, KC, -)
+            ARITHMETIC(Subtract, KC, -, A = slow::Subtract(context_, x, y))
         DoMultiply:
-            ARITHMETIC(Multiply, C, *)
+            ARITHMETIC(Multiply, C, *, A = slow::Multiply(context_, x, y))
         DoMultiplyK:
-            ARITHMETIC(Multiply, KC, *)
+            ARITHMETIC(Multiply, KC, *, A = slow::Multiply(context_, x, y))
 #undef ARITHMETIC
 
 #define OPERATOR(name, function)                 \
@@ -160,13 +165,18 @@ void Machine::Dispatch(std::size_t stop) {
             OPERATOR(IntegerDivide, IntegerDivide)
             OPERATOR(Modulo, Modulo)
             OPERATOR(Power, Power)
-            OPERATOR(Concatenate, Concatenate)
             OPERATOR(And, vbscript::And)
             OPERATOR(Or, vbscript::Or)
             OPERATOR(Xor, vbscript::Xor)
             OPERATOR(Eqv, vbscript::Eqv)
             OPERATOR(Imp, vbscript::Imp)
 #undef OPERATOR
+        DoConcatenate:
+            StoreJoined<Concatenate>(context_, A, B, C);
+            NEXT();
+        DoConcatenateK:
+            StoreJoined<Concatenate>(context_, A, B, KC);
+            NEXT();
         DoIs:
             A = Value::OfBoolean(IsSame(B, C));
             NEXT();
@@ -275,7 +285,7 @@ void Machine::Dispatch(std::size_t stop) {
             A = Value::ReferenceTo(Top().me->Field(i->b));
             NEXT();
 
-        DoIndex: {
+        DoIndex : {
             Value &variable = B.Resolved(), &index = C;
             if (variable.Is(VarType::Array) && IsIntegerOrLong(index))
                 A = variable.AsArray()->At(index.Whole());
@@ -288,7 +298,7 @@ void Machine::Dispatch(std::size_t stop) {
         DoIndexMany:
             A = Element(B.Resolved(), {&A, i->c});
             NEXT();
-        DoLetIndex: {
+        DoLetIndex : {
             Value &variable = B.Resolved(), &index = C;
             if (variable.Is(VarType::Array) && IsIntegerOrLong(index) && !A.Is(VarType::Object)) {
                 LetValue(variable.WritableArray().At(index.Whole()), A, false);
@@ -304,7 +314,7 @@ void Machine::Dispatch(std::size_t stop) {
         DoSetIndexMany:
             StoreElement(B.Resolved(), {&A, i->c + std::size_t{1}}, CallKind::Set);
             NEXT();
-        DoRefElement: {
+        DoRefElement : {
             Value& variable = B.Resolved();
             if (variable.Is(VarType::Array))
                 A = Value::ReferenceTo(ElementPlace(variable, {&A, i->c}));
@@ -324,7 +334,7 @@ void Machine::Dispatch(std::size_t stop) {
             pc = code + i->D();
             NEXT();
         DoLoopBack:
-            WATCH();
+            TimeLimit::Poll();
             pc = code + i->D();
             NEXT();
         DoJumpIfFalse:
@@ -348,14 +358,14 @@ void Machine::Dispatch(std::size_t stop) {
             B = Add(context_, B, (&A)[1]);
             NEXT();
         DoForBack:
-            WATCH();
+            TimeLimit::Poll();
             if (IsBeyond(B, &A))
                 ++pc;
             else
                 pc = code + pc->D();
             NEXT();
-        DoForNext: {
-            WATCH();
+        DoForNext : {
+            TimeLimit::Poll();
             Value& counter = B;
             const Value *const kept = &A, &step = kept[1];
             if (BothWhole(counter, step) && IsIntegerOrLong(*kept)) {
@@ -382,7 +392,7 @@ void Machine::Dispatch(std::size_t stop) {
             NextItem(A, B);
             NEXT();
         DoForEachBack:
-            WATCH();
+            TimeLimit::Poll();
             if (A.Is(VarType::Object)) pc = code + i->D();
             NEXT();
         DoPrepareWith:
@@ -390,55 +400,51 @@ void Machine::Dispatch(std::size_t stop) {
             A = B;
             NEXT();
 
-#define ENTERED()     \
-    do {              \
-        LOAD_FRAME(); \
-        WATCH();      \
-    } while (false)
-        DoCallRoutine: {
+        DoCallRoutine : {
             Top().place = pc;
             const Routine* const routine = program_.symbols[i->b].routine;
             Enter(*routine, &A, i->c, &A, false, nullptr);
-            ENTERED();
+            LOAD_FRAME();
             NEXT();
         }
-        DoCallOwn: {
+        DoCallOwn : {
             Frame& frame = Top();
             frame.place = pc;
             const Routine* const routine = frame.me->Type().members[i->b].get;
             if (!routine) Fail(ErrorCode::NoSuchMember);
             Enter(*routine, &A, i->c, &A, false, frame.me);
-            ENTERED();
+            LOAD_FRAME();
             NEXT();
         }
-        DoCallBuiltin: {
+        DoCallBuiltin : {
             const std::size_t count = i->c;
             Value* const arguments = &A;
             Top().place = pc;
+            TimeLimit::Poll();
             *arguments = builtins_[i->b].call(context_, {arguments, count});
             for (std::size_t k = 1; k < count; ++k) arguments[k].LetGo();
             NEXT();
         }
-        DoLoadName: {
+        DoLoadName : {
             Top().place = pc;
-            if (CallName(&A, 0, i->b, i->c, NameUse::Value)) ENTERED();
+            if (CallName(&A, 0, i->b, i->c, NameUse::Value)) LOAD_FRAME();
             NEXT();
         }
         DoRefName:
             Top().place = pc;
             RefName(A, i->b, i->c);
             NEXT();
-        DoCallName: {
+        DoCallName : {
             const Instruction& more = *pc++;
             Top().place = pc;
-            if (CallName(&A, i->c, i->b, more.a, static_cast<NameUse>(more.b))) ENTERED();
+            if (CallName(&A, i->c, i->b, more.a, static_cast<NameUse>(more.b))) LOAD_FRAME();
             NEXT();
         }
         DoCallValue:
             Top().place = pc;
             CallValue(&A, i->c, B.Resolved());
             NEXT();
-        DoGetItem: {
+        DoGetItem : {
             const Value& argument = (&A)[1].Resolved();
             const Site& site = sites[pc->D()];
             Object* const object = Known(A, site);
@@ -450,15 +456,15 @@ void Machine::Dispatch(std::size_t stop) {
             }
             goto DoCallMember;
         }
-        DoCallMember: {
+        DoCallMember : {
             const Instruction& more = *pc++;
             Site& site = sites[more.D()];
             Top().place = pc;
             const auto kind = static_cast<CallKind>(i->b & 0xFF);
-            if (CallMember(&A, i->c, kind, (i->b & OwnAccess) != 0, site)) ENTERED();
+            if (CallMember(&A, i->c, kind, (i->b & OwnAccess) != 0, site)) LOAD_FRAME();
             NEXT();
         }
-        DoGetMember: {
+        DoGetMember : {
             const Value& receiver = B.Resolved();
             Site& site = sites[i->c];
             if (Object* const object = Known(receiver, site); object && site.plain.get) [[likely]] {
@@ -467,10 +473,10 @@ void Machine::Dispatch(std::size_t stop) {
             }
             Top().place = pc;
             A = Value(receiver);
-            if (CallMember(&A, 0, CallKind::Get, false, site)) ENTERED();
+            if (CallMember(&A, 0, CallKind::Get, false, site)) LOAD_FRAME();
             NEXT();
         }
-        DoLetMember: {
+        DoLetMember : {
             const Value &receiver = B.Resolved(), &value = (&A)[1];
             Site& site = sites[i->c];
             if (Object* const object = Known(receiver, site); object && site.plain.let && IsPlain(value))
@@ -482,10 +488,10 @@ void Machine::Dispatch(std::size_t stop) {
             }
             Top().place = pc;
             A = Value(receiver);
-            if (CallMember(&A, 1, CallKind::Let, false, site)) ENTERED();
+            if (CallMember(&A, 1, CallKind::Let, false, site)) LOAD_FRAME();
             NEXT();
         }
-        DoGetHostMember: {
+        DoGetHostMember : {
             const Symbol& symbol = program_.symbols[i->b];
             if (symbol.plain.get) [[likely]] {
                 A = symbol.plain.get(*symbol.host, context_);
@@ -495,7 +501,7 @@ void Machine::Dispatch(std::size_t stop) {
             CallHostMember(&A, 0, i->b, CallKind::Get);
             NEXT();
         }
-        DoCallHostMember: {
+        DoCallHostMember : {
             const Instruction& more = *pc++;
             Top().place = pc;
             CallHostMember(&A, i->c, i->b, static_cast<CallKind>(more.b));
@@ -503,6 +509,7 @@ void Machine::Dispatch(std::size_t stop) {
         }
         DoCallSpecial:
             Top().place = pc;
+            TimeLimit::Poll();
             A = CallSpecial(static_cast<SpecialCall>(i->b), {&A, i->c});
             NEXT();
         DoNew:
@@ -518,7 +525,7 @@ void Machine::Dispatch(std::size_t stop) {
         DoRelease:
             for (Value *value = &A, *const end = value + i->b; value != end; ++value) value->MakeEmpty();
             NEXT();
-        DoMakeArray: {
+        DoMakeArray : {
             const std::vector<int>& bounds = Top().routine->bounds[static_cast<std::size_t>(i->D())];
             A = Value::OfArray(Array::OfBounds(bounds, !bounds.empty()));
             NEXT();
@@ -543,8 +550,15 @@ void Machine::Dispatch(std::size_t stop) {
             error = std::move(thrown);
         } catch (const std::bad_alloc&) {
             error.emplace(ErrorCode::OutOfMemory);
+        } catch (TimeUp& end) {
+            if (depth_ > stop && end.line == 0) {
+                Top().place = pc;
+                const Position at = MarkOf(Top()).at;
+                end = {at.line, at.column};
+            }
+            Unwind(stop);
+            throw;
         } catch (...) {
-            if (depth_ > stop) Top().place = pc;
             Unwind(stop);
             throw;
         }
@@ -557,8 +571,6 @@ void Machine::Dispatch(std::size_t stop) {
 #undef B
 #undef C
 #undef KC
-#undef WATCH
-#undef ENTERED
 }
 
 }  // namespace tessaloom::vbscript

@@ -5,7 +5,7 @@ namespace tessaloom::vbscript {
 namespace {
 
 std::u16string TextAt(const Arguments& arguments, std::size_t index) {
-    return arguments.Has(index) ? std::u16string(arguments.Text(index).View()) : std::u16string();
+    return arguments.Has(index) ? std::u16string(arguments.Text(index).ViewForOutside()) : std::u16string();
 }
 
 }  // namespace
@@ -28,7 +28,7 @@ Value ErrObject::GetText(ErrObject& self, const Arguments&) {
 
 template <std::u16string RuntimeError::*Text>
 Value ErrObject::LetText(ErrObject& self, const Arguments& arguments) {
-    self.latest_.*Text = ToText(arguments.GetContext(), arguments.NewValue()).View();
+    self.latest_.*Text = ToText(arguments.GetContext(), arguments.NewValue()).ViewForOutside();
     return {};
 }
 

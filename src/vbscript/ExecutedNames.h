@@ -44,7 +44,7 @@ private:
         return variable ? *variable : variables_.emplace_back(Variable{.name = name});
     }
 
-    std::deque<Variable> variables_;
+    std::deque<Variable, BudgetAllocator<Variable>> variables_;
 };
 
 }  // namespace tessaloom::vbscript

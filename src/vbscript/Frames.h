@@ -9,7 +9,9 @@ inline void Machine::Enter(const Routine& routine, Value* base, std::size_t coun
                            Instance* me) {
     if (count != routine.parameters) [[unlikely]]
         Fail(ErrorCode::WrongArgumentCount);
-    if (depth_ >= frameCount_ || base + routine.frameSize >= stackReached_) [[unlikely]]
+    // One jump for all three, which hardly ever is the case.
+    if (int{depth_ >= frameCount_} | int{base + routine.frameSize >= stackReached_} |
+        int{TimeLimit::MayBeOver()}) [[unlikely]]
         ReachFurther(base + routine.frameSize);
     if (routine.anyByValue) PassByValue(routine, base);
     if (routine.onGlobals || !routine.imports.empty()) [[unlikely]] {

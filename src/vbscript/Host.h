@@ -6,6 +6,10 @@
 #include "locale/Conversion.h"
 #include "vbscript/Object.h"
 
+namespace tessaloom {
+class Alarm;
+}
+
 namespace tessaloom::vbscript {
 
 /// What a script asks of the outside. Texts are UTF-8. What cannot be done is thrown as RuntimeError.
@@ -16,8 +20,11 @@ public:
     virtual double Now() = 0;    ///< The local moment as a day number.
     virtual double Timer() = 0;  ///< Seconds since midnight.
 
-    /// Seconds from any start, never going back; for the time limit.
-    virtual double SteadySeconds() = 0;
+    /// @name For the time limit
+    /// @{
+    virtual double SteadySeconds() = 0;  ///< From any start, never going back.
+    virtual Alarm& TimeAlarm() = 0;      ///< By that clock; nobody else's.
+    /// @}
 
     virtual const UserLocale& Locale() = 0;
     virtual int LocaleId() { return 1033; }  ///< The Windows number of that locale.

@@ -3,31 +3,19 @@
 #include "vbscript/Array.h"
 #include "vbscript/Error.h"
 #include "vbscript/Machine.h"
-#include "vbscript/MemoryBudget.h"
 
 namespace tessaloom::vbscript {
 
-namespace {
-
-std::size_t BytesOf(const ClassInfo& type) { return sizeof(Instance) + type.fields.size() * sizeof(Value); }
-
-}  // namespace
-
 Instance::Instance(Machine& machine, Ref<ClassInfo> type)
-    : Object(type->Shape()),
-      machine_(&machine),
-      type_(std::move(type)),
-      fields_(new Value[type_->fields.size()]) {
+    : Object(type->Shape()), machine_(&machine), type_(std::move(type)), fields_(type_->fields.size()) {
     for (std::size_t i = 0; i < type_->fields.size(); ++i) {
         const ClassInfo::Field& field = type_->fields[i];
         if (field.isArray) fields_[i] = Value::OfArray(Array::OfBounds(field.bounds, !field.bounds.empty()));
     }
-    MemoryBudget::Charge(BytesOf(*type_));
     machine.Living().Add(*this);
 }
 
 Instance::~Instance() {
-    MemoryBudget::GiveBack(BytesOf(*type_));
     if (machine_) machine_->Living().Remove(*this);
 }
 
@@ -50,7 +38,7 @@ void Instance::Abandon() {
 }
 
 void Instance::ClearFields() {
-    for (std::size_t i = 0; i < type_->fields.size(); ++i) fields_[i] = Value();
+    for (Value& field : fields_) field = Value();
 }
 
 void Instance::Dispose() {

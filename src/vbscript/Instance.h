@@ -1,8 +1,7 @@
 #pragma once
 
-#include <memory>
-
 #include "vbscript/ClassInfo.h"
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/Object.h"
 
 namespace tessaloom::vbscript {
@@ -35,7 +34,7 @@ private:
     friend class Instances;
     Machine* machine_;
     Ref<ClassInfo> type_;
-    std::unique_ptr<Value[]> fields_;
+    BudgetVector<Value> fields_;
     bool terminated_ = false;
     Instance* previous_ = nullptr;
     Instance* next_ = nullptr;

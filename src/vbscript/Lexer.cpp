@@ -11,8 +11,6 @@ namespace tessaloom::vbscript {
 
 namespace {
 
-constexpr std::size_t LongestName = 255;
-
 bool IsDigit(char16_t unit) { return unit >= u'0' && unit <= u'9'; }
 bool IsLetter(char16_t unit) {
     return (unit >= u'a' && unit <= u'z') || (unit >= u'A' && unit <= u'Z') || unit == 0xAA || unit == 0xB5 ||
@@ -60,6 +58,7 @@ bool BeginsStatement(TokenKind kind) {
 void Lexer::Fail(int number, Position at) const { throw SyntaxError(number, at.line, at.column); }
 
 Token Lexer::Next() {
+    TimeLimit::Poll();
     Token token;
     const std::size_t before = place_;
     SkipBlanks();
@@ -117,7 +116,7 @@ TokenKind Lexer::Scan(Token& token) {
 TokenKind Lexer::ScanWord(Token& token) {
     const std::size_t from = place_;
     while (IsNameUnit(At())) ++place_;
-    if (place_ - from > LongestName) Fail(1030, token.at);
+    if (place_ - from > Names::Longest) Fail(1030, token.at);
     token.name = names_.Intern(text_.substr(from, place_ - from));
     if (token.name >= KeywordCount || last_ == TokenKind::Dot) return TokenKind::Identifier;
     const auto kind = static_cast<TokenKind>(token.name);
@@ -130,7 +129,7 @@ TokenKind Lexer::ScanBracketed(Token& token) {
     const std::size_t from = ++place_;
     while (!AtEnd() && !IsLineEnd(At()) && At() != u']') ++place_;
     if (At() != u']') Fail(1007, Here());
-    if (place_ - from > LongestName) Fail(1030, token.at);
+    if (place_ - from > Names::Longest) Fail(1030, token.at);
     token.name = names_.Intern(text_.substr(from, place_ - from));
     ++place_;
     return TokenKind::Identifier;

@@ -22,9 +22,6 @@ constexpr std::size_t StackValues = std::size_t{1} << 20;
 /// How often machines may run within each other: each takes one or two kilobytes of machine stack.
 constexpr int DeepestNesting = 500;
 
-/// Backward jumps and calls between two looks at the clock.
-constexpr int WatchInterval = 2000;
-
 Value* AllocateStack() {
     // All zero is a row of Empty values; untouched pages take no memory.
     void* const memory = std::calloc(MostGlobals + StackValues, sizeof(Value));
@@ -66,9 +63,7 @@ Machine::~Machine() {
 
 bool Machine::Reset() {
     if (Running()) return false;
-    interrupted_ = false;
-    untilWatch_ = WatchInterval;
-    context_.limit.Start(limits_.seconds);
+    const TimeLimit::Run run(context_.limit, limits_.seconds);  // for Class_Terminate
     const auto clear = [&] {
         for (std::size_t i = 0; i < program_.symbols.Count(); ++i) stack_.get()[i].MakeEmpty();
         for (Value* value = stack_.get() + MostGlobals; value != stackReached_; ++value) value->MakeEmpty();
@@ -119,10 +114,9 @@ Fault Machine::FaultOf(const RuntimeError& error) const {
 template <typename Body>
 std::optional<Fault> Machine::Guarded(Body&& body) {
     const bool outermost = !Running();
+    std::optional<TimeLimit::Run> run;
     if (outermost) {
-        interrupted_ = false;
-        untilWatch_ = WatchInterval;
-        context_.limit.Start(limits_.seconds);
+        run.emplace(context_.limit, limits_.seconds);
         MemoryBudget::SetLimit(limits_.bytes);
     }
     detail_.clear();
@@ -196,8 +190,10 @@ Value Machine::CallNested(const Routine& routine, std::span<Value> arguments, In
     return result;
 }
 
+/// What a call does besides when it is more than usual: the time may be up, the stack at an end.
 void Machine::ReachFurther(const Value* end) {
     constexpr std::ptrdiff_t Step = 4096;
+    TimeLimit::Poll();
     if (depth_ >= frameCount_ || end >= stackEnd_) Fail(ErrorCode::OutOfStackSpace);
     if (end >= stackReached_)
         stackReached_ += std::min(end - stackReached_ + Step, stackEnd_ - stackReached_);
@@ -236,15 +232,19 @@ void Machine::ReleaseReplaced() {
     });
 }
 
+/// The mark of the statement that it is at.
+const Mark& Machine::MarkOf(const Frame& frame) {
+    const auto place = static_cast<std::size_t>(frame.place - frame.routine->code.data());
+    return frame.routine->MarkAt(place == 0 ? 0 : place - 1);
+}
+
 /// Ends routines down to the one that goes on after errors; false when there is none above `stop`.
 bool Machine::Recover(RuntimeError& error, std::size_t stop) {
-    const bool final = error.number == TimeLimit::IsUp && context_.limit.IsOver();
     while (depth_ > stop) {
         Frame& frame = Top();
-        const std::size_t place = static_cast<std::size_t>(frame.place - frame.routine->code.data());
-        const Mark& mark = frame.routine->MarkAt(place == 0 ? 0 : place - 1);
+        const Mark& mark = MarkOf(frame);
         if (error.line == 0) error.line = mark.at.line, error.column = mark.at.column;
-        if (frame.resumesNext && !final) {
+        if (frame.resumesNext) {
             err_->Set(error);
             detail_.clear();
             for (Value *value = frame.base + mark.firstTemporary, *const end =
@@ -265,25 +265,6 @@ void Machine::Unwind(std::size_t stop) {
         ClearFrame(Top());
         --depth_;
     }
-}
-
-void Machine::Watch() {
-    untilWatch_ = WatchInterval;
-    if (!interrupted_ && !context_.limit.IsOver()) return;
-    interrupted_ = true;
-    const Frame& frame = Top();
-    const auto place = static_cast<std::size_t>(frame.place - frame.routine->code.data());
-    const Position at = frame.routine->MarkAt(place == 0 ? 0 : place - 1).at;
-    throw TimeUp{at.line, at.column};
-}
-
-/// The same outside of the loops of the script; the next look there ends it.
-bool Machine::IsTimeUp() {
-    if (--untilWatch_ == 0) {
-        interrupted_ = interrupted_ || context_.limit.IsOver();
-        untilWatch_ = interrupted_ ? 1 : WatchInterval;
-    }
-    return interrupted_;
 }
 
 void Machine::FailUndefined(NameId name) { FailNamed(ErrorCode::VariableUndefined, name); }

@@ -30,7 +30,7 @@ public:
     Context& GetContext() { return context_; }
     void SetLimits(const Limits& limits) { limits_ = limits; }
     bool Running() const { return depth_ > 0; }
-    void Interrupt() { interrupted_ = true; }
+    void Interrupt() { context_.limit.Interrupt(); }
     bool Reset();
     void AddObject(std::string_view name, Ref<Object> object, bool addMembers);
     std::optional<Fault> AddCode(std::string_view code);
@@ -56,11 +56,6 @@ public:
     /// @}
 
 private:
-    /// Ends the script, past all its handlers.
-    struct TimeUp {
-        int line, column;
-    };
-
     struct alignas(64) Frame {
         const Routine* routine;
         const Instruction* place;  ///< Where it goes on; of the running one, set when it calls out.
@@ -86,11 +81,10 @@ private:
     void PassByValue(const Routine& routine, Value* base);
     void Leave();
     static void ClearFrame(Frame& frame);
+    static const Mark& MarkOf(const Frame& frame);
     bool Recover(RuntimeError& error, std::size_t stop);
     void Unwind(std::size_t stop);
     void ReleaseReplaced();
-    void Watch();
-    bool IsTimeUp();
     Frame& Top() { return frames_[depth_ - 1]; }
     Value* StackTop();
 
@@ -142,8 +136,6 @@ private:
     std::size_t frameCount_ = 0;
     std::size_t depth_ = 0;
     int nesting_ = 0;
-    int untilWatch_ = 1;
-    bool interrupted_ = false;
     const Builtin* builtins_;
     Instances instances_;
     Ref<ErrObject> err_;

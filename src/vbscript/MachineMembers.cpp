@@ -153,8 +153,7 @@ Value Machine::InvokeObject(Object& object, int member, CallKind kind, std::span
     for (Value& argument : arguments)
         if (argument.Is(VarType::Reference)) argument = Value(argument.Target());
     Value result = object.Invoke(context_, member, kind, arguments);
-    if (interrupted_) [[unlikely]]
-        Watch();
+    TimeLimit::Poll();
     return result;
 }
 
@@ -253,14 +252,13 @@ Value Machine::InvokeMember(Instance& instance, int member, CallKind kind, std::
 }
 
 void Machine::Terminate(Instance& instance) {
-    if (IsTimeUp()) return;  // else objects whose end makes others would never come to an end
+    if (context_.limit.IsOver()) return;  // else objects whose end makes others would never come to an end
     const RuntimeError latest = err_->Latest();
     const std::u16string detail = detail_;
     try {
         CallNested(*instance.Type().terminate, {}, &instance);
     } catch (const RuntimeError&) {  // nobody is there whom it concerns
-    } catch (const TimeUp&) {        // the loop that let go of the object will notice, too
-        untilWatch_ = 1;
+    } catch (const TimeUp&) {        // whoever let go of the object will notice, too
     } catch (const std::exception&) {}
     detail_ = detail;
     err_->Set(latest);

@@ -49,11 +49,13 @@ NameId Names::Intern(std::u16string_view name) {
         place = PlaceOf(name, hash);
     }
     const NameId id = static_cast<NameId>(entries_.size());
-    entries_.push_back({std::u16string(name), hash});
+    entries_.push_back({BudgetUnits(name), hash});
     return table_[place] = id;
 }
 
-NameId Names::Find(std::u16string_view name) const { return table_[PlaceOf(name, HashOf(name))]; }
+NameId Names::Find(std::u16string_view name) const {
+    return name.size() > Longest ? NoName : table_[PlaceOf(name, HashOf(name))];
+}
 
 void Names::Grow() {
     table_.assign(table_.size() * 2, NoName);

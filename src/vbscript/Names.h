@@ -2,9 +2,9 @@
 
 #include <cstdint>
 #include <deque>
-#include <string>
 #include <string_view>
-#include <vector>
+
+#include "vbscript/MemoryBudget.h"
 
 namespace tessaloom::vbscript {
 
@@ -19,6 +19,8 @@ public:
     /// The first numbers are those of `Keywords` (Token.h), in their order.
     Names();
 
+    static constexpr std::size_t Longest = 255;  ///< Units; no name of a program is longer.
+
     NameId Intern(std::u16string_view name);
     NameId Find(std::u16string_view name) const;  ///< `NoName` when it never occurred.
     std::u16string_view Spelling(NameId id) const { return entries_[id].spelling; }
@@ -26,7 +28,7 @@ public:
 
 private:
     struct Entry {
-        std::u16string spelling;
+        BudgetUnits spelling;
         std::size_t hash;
     };
 
@@ -34,8 +36,8 @@ private:
     std::size_t PlaceOf(std::u16string_view name, std::size_t hash) const;
     void Grow();
 
-    std::deque<Entry> entries_;
-    std::vector<NameId> table_;  ///< Open addressing; a power of two.
+    std::deque<Entry, BudgetAllocator<Entry>> entries_;
+    BudgetVector<NameId> table_;  ///< Open addressing; a power of two.
 };
 
 }  // namespace tessaloom::vbscript

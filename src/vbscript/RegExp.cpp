@@ -23,6 +23,7 @@ public:
         std::size_t done = 0;
         for (std::size_t sign = 0; (sign = pattern_.find(u'$', sign)) != pattern_.npos;) {
             std::size_t length = 2;
+            TimeLimit::Poll();
             const auto part = PartAt(sign + 1, length, positions);
             if (!part) {
                 ++sign;
@@ -99,17 +100,16 @@ private:
 
     const std::shared_ptr<const RegExpProgram>& Program() {
         if (!program_)
-            program_ =
-                std::make_shared<RegExpProgram>(CompileRegExp(pattern_.View(), ignoreCase_, multiLine_));
+            program_ = std::allocate_shared<RegExpProgram>(
+                BudgetAllocator<RegExpProgram>(), CompileRegExp(pattern_.View(), ignoreCase_, multiLine_));
         return program_;
     }
 
     /// Calls `found` with the positions of the first match or, with Global, of all.
     template <typename Found>
-    void Search(Context& context, std::u16string_view text, bool all, Found&& found) {
-        const Interruption interruption = [&context] { context.limit.Enforce(); };
+    void Search(std::u16string_view text, bool all, Found&& found) {
         const auto program = Program();  // a replacing function may change the pattern
-        RegExpMatcher matcher(*program, interruption);
+        RegExpMatcher matcher(*program);
         RegExpMatcher::Positions positions;
         for (std::size_t from = 0; from <= text.size() && matcher.Find(text, from, positions);) {
             found(positions);
@@ -118,15 +118,16 @@ private:
         }
     }
 
-    Value Execute(Context& context, const String& text) {
-        const auto findings = std::make_shared<RegExpFindings>(text, 2 * (Program()->groups + 1));
-        Search(context, text.View(), global_, [&](const auto& positions) { findings->Add(positions); });
+    Value Execute(const String& text) {
+        const auto findings = std::allocate_shared<RegExpFindings>(BudgetAllocator<RegExpFindings>(), text,
+                                                                   2 * (Program()->groups + 1));
+        Search(text.View(), global_, [&](const auto& positions) { findings->Add(positions); });
         return Value::OfObject(Make<RegExpMatches>(findings));
     }
 
-    Value Test(Context& context, const String& text) {
+    Value Test(const String& text) {
         bool matches = false;
-        Search(context, text.View(), false, [&](const auto&) { matches = true; });
+        Search(text.View(), false, [&](const auto&) { matches = true; });
         return Value::OfBoolean(matches);
     }
 
@@ -136,7 +137,7 @@ private:
         const Replacement replacement(pattern.View(), text.View());
         String result;
         std::size_t done = 0;
-        Search(context, text.View(), global_, [&](const auto& positions) {
+        Search(text.View(), global_, [&](const auto& positions) {
             const auto begin = static_cast<std::size_t>(positions[0]);
             result.Append(text.View().substr(done, begin - done));
             done = static_cast<std::size_t>(positions[1]);
@@ -154,7 +155,7 @@ private:
                            const RegExpMatcher::Positions& positions) {
         RegExpFindings findings(text, positions.size());
         findings.Add(positions);
-        std::vector<Value> arguments;
+        BudgetVector<Value> arguments;
         for (std::size_t group = 0; group <= findings.Groups(); ++group)
             arguments.push_back(findings.TextOf(0, group));
         arguments.push_back(Value::OfLong(positions[0]));
@@ -181,11 +182,11 @@ std::span<const Member<RegExp>> RegExp::Members() {
         FlagMember<&RegExp::multiLine_>(u"Multiline"),
         {u"Execute", 1, 1,
          [](RegExp& self, const Arguments& arguments) {
-             return self.Execute(arguments.GetContext(), arguments.Text(0));
+             return self.Execute(arguments.Text(0));
          }},
         {u"Test", 1, 1,
          [](RegExp& self, const Arguments& arguments) {
-             return self.Test(arguments.GetContext(), arguments.Text(0));
+             return self.Test(arguments.Text(0));
          }},
         {u"Replace", 2, 2,
          [](RegExp& self, const Arguments& arguments) {

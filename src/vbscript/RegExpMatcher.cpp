@@ -1,6 +1,7 @@
 #include "vbscript/RegExpMatcher.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "vbscript/Error.h"
 #include "vbscript/String.h"
@@ -16,6 +17,20 @@ bool IsWord(char16_t unit) {
            (unit >= u'a' && unit <= u'z') || unit == u'_';
 }
 
+/// How many units lie before the first that `is` accepts.
+template <typename Is>
+std::size_t CountBefore(std::u16string_view text, Is is) {
+    std::size_t count = 0;
+    while (count < text.size()) {
+        const auto stretch = text.substr(count, TimeLimit::UnitsBetweenPolls);
+        const auto before = static_cast<std::size_t>(std::ranges::find_if(stretch, is) - stretch.begin());
+        count += before;
+        if (before < stretch.size()) break;
+        TimeLimit::Poll();
+    }
+    return count;
+}
+
 }  // namespace
 
 bool RegExpMatcher::Find(std::u16string_view text, std::size_t from, Positions& positions) {
@@ -27,10 +42,10 @@ bool RegExpMatcher::Find(std::u16string_view text, std::size_t from, Positions& 
             const auto possible = [&](char16_t unit) {
                 return unit >= program_.first.size() || program_.first[unit];
             };
-            start = std::find_if(text_.begin() + start, text_.end(), possible) - text_.begin();
+            start += CountBefore(text_.substr(start), possible);
             if (start >= text_.size()) return false;
         }
-        Spend(1);
+        Spend(1 + static_cast<std::int64_t>(program_.registers) / UnitsAStep);
         if (!MatchHere(static_cast<std::int32_t>(start))) continue;
         positions.assign(registers_.begin(), registers_.begin() + 2 * (program_.groups + 1));
         return true;
@@ -210,7 +225,7 @@ void RegExpMatcher::Spend(std::int64_t steps) {
     if (untilCheck_ > 0) return;
     spent_ += StepsBetweenChecks - untilCheck_;
     untilCheck_ = StepsBetweenChecks;
-    if (interrupted_) interrupted_();
+    TimeLimit::Poll();
     if (spent_ > StepBudget) Fail(ErrorCode::OutOfStackSpace);
 }
 
@@ -228,7 +243,7 @@ bool RegExpMatcher::Takes(const Instruction& unit, char16_t value) const {
 std::int32_t RegExpMatcher::RunEnd(const Instruction& unit, std::int32_t from, std::uint32_t most) const {
     const auto rest = text_.substr(static_cast<std::size_t>(from), most);
     const auto end = [&](auto takes) {
-        return from + static_cast<std::int32_t>(std::ranges::find_if_not(rest, takes) - rest.begin());
+        return from + static_cast<std::int32_t>(CountBefore(rest, std::not_fn(takes)));
     };
     switch (unit.op) {
         case Op::Unit:
@@ -243,7 +258,6 @@ std::int32_t RegExpMatcher::RunEnd(const Instruction& unit, std::int32_t from, s
 bool RegExpMatcher::Run(const Instruction& run, std::uint32_t code, std::int32_t& position) {
     const std::int32_t begin = position;
     const std::int32_t end = RunEnd(program_.code[code], begin, run.most);
-    constexpr int UnitsAStep = 8;
     Spend((end - begin) / UnitsAStep);
     if (static_cast<std::uint32_t>(end - begin) < run.least) return false;
     const std::int32_t shortest = begin + static_cast<std::int32_t>(run.least);
@@ -262,9 +276,10 @@ bool RegExpMatcher::LazyRun(const Instruction& run, std::uint32_t code, std::int
 }
 
 /// A group that took no part matches the empty text.
-bool RegExpMatcher::BackReference(std::uint32_t group, std::int32_t& position) const {
+bool RegExpMatcher::BackReference(std::uint32_t group, std::int32_t& position) {
     const std::int32_t begin = registers_[2 * group], end = registers_[2 * group + 1];
     if (begin < 0 || end < begin) return true;
+    Spend((end - begin) / UnitsAStep);
     const auto matched = text_.substr(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
     const auto here = text_.substr(static_cast<std::size_t>(position), matched.size());
     const bool same =

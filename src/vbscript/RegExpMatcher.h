@@ -1,27 +1,22 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string_view>
-#include <vector>
 
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/RegExpProgram.h"
 
 namespace tessaloom::vbscript {
-
-/// Called now and then during long work; ends it by throwing.
-using Interruption = std::function<void()>;
 
 /// Searches texts by backtracking, on a stack of its own: no text and no pattern can exhaust that of the
 /// process.
 class RegExpMatcher {
 public:
     /// Where a group begins and ends in the text, in units; -1: it took no part.
-    using Positions = std::vector<std::int32_t>;
+    using Positions = BudgetVector<std::int32_t>;
 
-    /// `program` and `interrupted` are kept as references.
-    RegExpMatcher(const RegExpProgram& program, const Interruption& interrupted)
-        : program_(program), interrupted_(interrupted) {}
+    /// `program` is kept as a reference.
+    explicit RegExpMatcher(const RegExpProgram& program) : program_(program) {}
 
     /// The first match at `from` or behind. Positions: two of the whole match, then of each group. Throws
     /// RuntimeError 7 when the way back becomes too long to remember.
@@ -44,6 +39,7 @@ private:
         std::int32_t a, b;
     };
 
+    static constexpr int UnitsAStep = 8;  ///< Compared one after the other they cost like one step.
     static constexpr std::size_t MostSteps = std::size_t{6} << 20;  // of 16 bytes
     static constexpr std::int64_t StepsBetweenChecks = 1 << 16;
     static constexpr std::int64_t StepBudget = std::int64_t{1} << 28;  ///< Above: RuntimeError 28.
@@ -59,7 +55,7 @@ private:
     std::int32_t RunEnd(const Instruction& unit, std::int32_t from, std::uint32_t most) const;
     bool Run(const Instruction& run, std::uint32_t code, std::int32_t& position);
     bool LazyRun(const Instruction& run, std::uint32_t code, std::int32_t& position);
-    bool BackReference(std::uint32_t group, std::int32_t& position) const;
+    bool BackReference(std::uint32_t group, std::int32_t& position);
     bool AtBegin(std::int32_t position) const;
     bool AtEnd(std::int32_t position) const;
     bool AtBoundary(std::int32_t position) const;
@@ -68,10 +64,9 @@ private:
     void Undo(std::size_t height);
 
     const RegExpProgram& program_;
-    const Interruption& interrupted_;
     std::u16string_view text_;
     Positions registers_;
-    std::vector<Step> steps_;
+    BudgetVector<Step> steps_;
     std::int64_t untilCheck_ = StepsBetweenChecks;
     std::int64_t spent_ = 0;
 };

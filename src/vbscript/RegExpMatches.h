@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <memory>
 #include <span>
-#include <vector>
 
 #include "vbscript/MemberTable.h"
 #include "vbscript/MemoryBudget.h"
@@ -17,14 +16,10 @@ class RegExpFindings {
 public:
     /// stride: positions a match, two of the whole and two of each group.
     RegExpFindings(String text, std::size_t stride) : text_(std::move(text)), stride_(stride) {}
-    ~RegExpFindings() { MemoryBudget::GiveBack(charged_); }
     RegExpFindings(const RegExpFindings&) = delete;
     RegExpFindings& operator=(const RegExpFindings&) = delete;
 
     void Add(std::span<const std::int32_t> positions) {
-        const std::size_t bytes = positions.size_bytes();
-        MemoryBudget::Charge(bytes);
-        charged_ += bytes;
         positions_.insert(positions_.end(), positions.begin(), positions.end());
     }
 
@@ -40,8 +35,7 @@ public:
 private:
     String text_;
     std::size_t stride_;
-    std::size_t charged_ = 0;
-    std::vector<std::int32_t> positions_;
+    BudgetVector<std::int32_t> positions_;
 };
 
 using SharedFindings = std::shared_ptr<const RegExpFindings>;

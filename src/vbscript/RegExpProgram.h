@@ -3,8 +3,8 @@
 #include <bitset>
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/UnitSet.h"
 
 namespace tessaloom::vbscript {
@@ -51,8 +51,8 @@ struct RegExpProgram {
 
     static constexpr std::uint32_t Unlimited = 0xFFFFFFFF;
 
-    std::vector<Instruction> code;
-    std::vector<UnitSet> sets;
+    BudgetVector<Instruction> code;
+    BudgetVector<UnitSet> sets;
     std::uint32_t groups = 0;  ///< Without the whole match. Group g has registers 2g and 2g + 1.
     std::uint32_t registers = 2;
     bool ignoreCase = false, multiLine = false;

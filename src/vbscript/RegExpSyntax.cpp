@@ -148,7 +148,7 @@ private:
 
     std::uint32_t Alternation() {
         if (++depth_ > DeepestNesting) Fail(ErrorCode::OutOfStackSpace);
-        std::vector<std::uint32_t> branches{Sequence()};
+        BudgetVector<std::uint32_t> branches{Sequence()};
         while (Accept(u'|')) branches.push_back(Sequence());
         --depth_;
         if (branches.size() == 1) return branches.front();
@@ -156,7 +156,7 @@ private:
     }
 
     std::uint32_t Sequence() {
-        std::vector<std::uint32_t> terms;
+        BudgetVector<std::uint32_t> terms;
         while (!AtEnd() && Peek() != u'|' && Peek() != u')') terms.push_back(Quantified());
         if (terms.size() == 1) return terms.front();
         return Add({.kind = Kind::Sequence, .children = std::move(terms)});

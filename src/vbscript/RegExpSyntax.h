@@ -2,8 +2,8 @@
 
 #include <cstdint>
 #include <string_view>
-#include <vector>
 
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/UnitSet.h"
 
 namespace tessaloom::vbscript {
@@ -32,11 +32,11 @@ struct RegExpSyntax {
         std::uint32_t value = 0;
         std::uint32_t least = 0, most = 0;
         bool lazy = false;
-        std::vector<std::uint32_t> children = {};  ///< Indexes of `nodes`.
+        BudgetVector<std::uint32_t> children = {};  ///< Indexes of `nodes`.
     };
 
-    std::vector<Node> nodes;
-    std::vector<UnitSet> sets;
+    BudgetVector<Node> nodes;
+    BudgetVector<UnitSet> sets;
     std::uint32_t root = 0;
     std::uint32_t groups = 0;
 };

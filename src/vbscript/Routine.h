@@ -56,15 +56,15 @@ struct Routine {
     std::uint32_t frameSize = 0;
     std::int32_t resultSlot = -1;
     const ClassInfo* owner = nullptr;
-    std::vector<Instruction> code;
-    std::vector<Value> constants;
-    std::vector<Mark> marks;
-    mutable std::vector<Site> sites;
-    std::vector<std::vector<int>> bounds;
+    BudgetVector<Instruction> code;
+    BudgetVector<Value> constants;
+    BudgetVector<Mark> marks;
+    mutable BudgetVector<Site> sites;
+    BudgetVector<std::vector<int>> bounds;
     /// How a parameter is passed. `Unseen`: by reference, but nobody can tell a copy from it.
     enum class Passing : std::uint8_t { ByReference, ByValue, Unseen };
-    std::vector<Passing> passing;  ///< One for each parameter.
-    std::vector<LocalName> names;
+    BudgetVector<Passing> passing;  ///< One for each parameter.
+    BudgetVector<LocalName> names;
 
     /// Of Execute and Eval in a routine: locals that stand for those of the routine around.
     struct Import {
@@ -72,17 +72,14 @@ struct Routine {
         std::uint16_t outer;        ///< A register there,
         Value* executed = nullptr;  ///< or one of the texts executed there.
     };
-    std::vector<Import> imports;
+    BudgetVector<Import> imports;
     Value* importsFrom = nullptr;       ///< The registers of the routine around.
     ExecutedNames* executed = nullptr;  ///< Where texts executed in this one declare names; null: its own.
 
     mutable int references = 0;  ///< Objects that GetRef has made of it.
-    MemoryCharge charge;
 
     /// The mark of the statement that the instruction at `place` belongs to.
     const Mark& MarkAt(std::size_t place) const;
-
-    std::size_t Bytes() const;  ///< What it takes, roughly.
 };
 
 }  // namespace tessaloom::vbscript

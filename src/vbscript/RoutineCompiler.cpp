@@ -396,6 +396,7 @@ bool RoutineCompiler::IsObservable(const syntax::RoutineDeclaration& declaration
 // Code
 
 std::size_t RoutineCompiler::Emit(Opcode code, std::size_t a, std::size_t b, std::size_t c) {
+    TimeLimit::Poll();
     routine_.code.push_back(
         {code, static_cast<std::uint16_t>(a), static_cast<std::uint16_t>(b), static_cast<std::uint16_t>(c)});
     return routine_.code.size() - 1;

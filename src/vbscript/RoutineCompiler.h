@@ -184,16 +184,16 @@ private:
     Compiler::Place place_;
     Value* globals_;
     const ClassInfo* owner_;
-    std::unordered_map<NameId, Meaning> locals_;
-    std::unordered_map<NameId, Register> standIns_;               ///< Locals for names that nobody defines.
-    std::unordered_map<std::uint32_t, std::int32_t> constantOf_;  ///< Of the tree's constants.
+    BudgetMap<NameId, Meaning> locals_;
+    BudgetMap<NameId, Register> standIns_;               ///< Locals for names that nobody defines.
+    BudgetMap<std::uint32_t, std::int32_t> constantOf_;  ///< Of the tree's constants.
     std::vector<Loop> loops_;
     std::vector<Register> withs_;
-    std::deque<Value> localConstants_;
+    std::deque<Value, BudgetAllocator<Value>> localConstants_;
     std::unordered_set<Register> arrays_;  ///< Local variables that are declared as arrays.
     std::size_t next_ = 0;                 ///< The first free register.
     std::size_t dirtyFrom_ = 0, dirtyTo_ = 0;
-    const std::vector<Routine::Passing>* calleePassing_ = nullptr;  ///< For the next `PassArguments`.
+    const BudgetVector<Routine::Passing>* calleePassing_ = nullptr;  ///< For the next `PassArguments`.
 };
 
 }  // namespace tessaloom::vbscript

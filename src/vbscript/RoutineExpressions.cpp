@@ -476,7 +476,7 @@ std::vector<RoutineCompiler::WriteBack> RoutineCompiler::ReserveElements(Argumen
 }
 
 void RoutineCompiler::PassArguments(Arguments arguments, Register first, std::vector<WriteBack>& elements) {
-    const std::vector<Routine::Passing>* const passing = std::exchange(calleePassing_, nullptr);
+    const BudgetVector<Routine::Passing>* const passing = std::exchange(calleePassing_, nullptr);
     const std::size_t end = std::max(next_, first + arguments.size());
     const auto isUnseen = [&](std::size_t i) {
         return passing && i < passing->size() && (*passing)[i] == Routine::Passing::Unseen;

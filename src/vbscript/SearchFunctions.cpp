@@ -1,17 +1,18 @@
 #include <algorithm>
 #include <limits>
-#include <string>
-#include <vector>
 
 #include "vbscript/Arguments.h"
 #include "vbscript/Array.h"
 #include "vbscript/BuiltinTables.h"
+#include "vbscript/TextSearch.h"
 
 namespace tessaloom::vbscript {
 
 namespace {
 
-constexpr std::size_t NotFound = std::u16string_view::npos;
+using UnitSearch = TextSearch<char16_t>;
+
+constexpr std::size_t NotFound = UnitSearch::None;
 
 /// vbBinaryCompare (0) or vbTextCompare (1), which ignores case.
 bool IgnoresCase(const Arguments& of, std::size_t index) { return of.LongWithin(index, 0, 1, 0) == 1; }
@@ -21,9 +22,11 @@ class Searched {
 public:
     Searched(String text, bool ignoreCase) : text_(std::move(text)), view_(text_.View()) {
         if (!ignoreCase) return;
-        folded_.resize(view_.size());
-        std::ranges::transform(view_, folded_.begin(), LowerOf);
-        view_ = folded_;
+        folded_ = String::OfLength(view_.size());
+        InStretches(view_.size(), [&](std::size_t begin, std::size_t end) {
+            std::transform(view_.begin() + begin, view_.begin() + end, folded_.Units() + begin, LowerOf);
+        });
+        view_ = folded_.View();
     }
     Searched(const Searched&) = delete;
     Searched& operator=(const Searched&) = delete;
@@ -33,7 +36,7 @@ public:
 
 private:
     String text_;
-    std::u16string folded_;
+    String folded_;
     std::u16string_view view_;
 };
 
@@ -50,7 +53,7 @@ Value InStr(Context& context, std::span<Value> values) {
     const Searched text(of.Text(0), ignoreCase), wanted(of.Text(1), ignoreCase);
     const auto from = static_cast<std::size_t>(start) - 1;
     if (from >= text.View().size()) return Value::OfLong(0);
-    return OfPlace(text.View().find(wanted.View(), from));
+    return OfPlace(UnitSearch(wanted.View()).First(text.View(), from));
 }
 
 Value InStrRev(Context& context, std::span<Value> values) {
@@ -64,7 +67,7 @@ Value InStrRev(Context& context, std::span<Value> values) {
     const std::size_t end = start < 0 ? length : static_cast<std::size_t>(start);
     if (length == 0 || end > length) return Value::OfLong(0);
     if (wanted.View().empty()) return Value::OfLong(static_cast<int>(end));
-    return OfPlace(text.View().substr(0, end).rfind(wanted.View()));
+    return OfPlace(UnitSearch(wanted.View()).Last(text.View().substr(0, end)));
 }
 
 Value StrComp(Context& context, std::span<Value> values) {
@@ -90,35 +93,36 @@ Value Replace(Context& context, std::span<Value> values) {
     const Searched text(of.Text(0), ignoreCase), wanted(of.Text(1), ignoreCase);
     const String with = of.Text(2);
     std::size_t from = std::min(static_cast<std::size_t>(start) - 1, text.View().size());
-    const bool hopeless = wanted.View().empty() || text.View().find(wanted.View(), from) == NotFound;
-    if (hopeless || times == 0) return Value::OfText(text.Original().substr(from));
+    UnitSearch search(wanted.View());
+    std::size_t found = wanted.View().empty() || times == 0 ? NotFound : search.First(text.View(), from);
+    if (found == NotFound) return Value::OfText(text.Original().substr(from));
     String out;
-    for (std::size_t done = 0; done < times; ++done) {
-        const std::size_t found = text.View().find(wanted.View(), from);
-        if (found == NotFound) break;
+    for (std::size_t done = 0; done < times && found != NotFound; ++done) {
         out.Append(text.Original().substr(from, found - from));
         out.Append(with);
-        from = found + wanted.View().size();
+        from = found + search.Length();
+        found = search.First(text.View(), from);
     }
     out.Append(text.Original().substr(from));
     return Value::OfString(out);
 }
 
-Value OfTexts(std::vector<Value>&& texts) { return Value::OfArray(Array::OfValues(std::move(texts))); }
+Value OfTexts(BudgetVector<Value>&& texts) { return Value::OfArray(Array::OfValues(std::move(texts))); }
 
 Value Split(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
     const std::size_t times = TimesAt(of, 2);
     const bool ignoreCase = IgnoresCase(of, 3);
     const Searched text(of.Text(0), ignoreCase), delimiter(of.TextOr(1, u" "), ignoreCase);
-    std::vector<Value> parts;
+    BudgetVector<Value> parts;
     if (text.View().empty() || times == 0) return OfTexts(std::move(parts));
     std::size_t from = 0;
-    while (!delimiter.View().empty() && parts.size() + 1 < times) {
-        const std::size_t found = text.View().find(delimiter.View(), from);
+    UnitSearch search(delimiter.View());
+    while (search.Length() > 0 && parts.size() + 1 < times) {
+        const std::size_t found = search.First(text.View(), from);
         if (found == NotFound) break;
         parts.push_back(Value::OfText(text.Original().substr(from, found - from)));
-        from = found + delimiter.View().size();
+        from = found + search.Length();
     }
     parts.push_back(Value::OfText(text.Original().substr(from)));
     return OfTexts(std::move(parts));
@@ -143,6 +147,7 @@ Value Join(Context& context, std::span<Value> values) {
     ElementsAt(of, 0);
     const Array::Lock array(*values[0].AsArray());
     for (const Value& element : array->Elements()) {
+        TimeLimit::Poll();
         if (!isFirst) out.Append(delimiter);
         isFirst = false;
         if (element.Is(VarType::Null)) Fail(ErrorCode::TypeMismatch);
@@ -158,10 +163,12 @@ Value Filter(Context& context, std::span<Value> values) {
     const Searched wanted(of.Text(1), ignoreCase);
     ElementsAt(of, 0);
     const Array::Lock array(*values[0].AsArray());
-    std::vector<Value> kept;
+    UnitSearch search(wanted.View());
+    BudgetVector<Value> kept;
     for (const Value& element : array->Elements()) {
+        TimeLimit::Poll();
         const Searched text(ToText(context, element), ignoreCase);
-        if ((text.View().find(wanted.View()) != NotFound) == include)
+        if ((search.First(text.View(), 0) != NotFound) == include)
             kept.push_back(Value::OfText(text.Original()));
     }
     return OfTexts(std::move(kept));

@@ -1,7 +1,6 @@
 #include "vbscript/String.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -13,7 +12,7 @@ namespace tessaloom::vbscript {
 
 namespace {
 
-std::size_t ChargeOf(std::size_t capacity) { return sizeof(StringData) + capacity; }
+char16_t UnitOfLatin(char c) { return static_cast<unsigned char>(c); }
 
 StringData* AllocateRetained(std::size_t capacity) {
     StringData* const data = StringData::Allocate(capacity);
@@ -25,36 +24,34 @@ StringData* AllocateRetained(std::size_t capacity) {
 
 StringData* StringData::Allocate(std::size_t capacity) {
     if (capacity > String::MaxBytes) Fail(ErrorCode::OutOfMemory);
-    MemoryBudget::Charge(ChargeOf(capacity));
-    void* const block = std::malloc(sizeof(StringData) + capacity);
-    if (!block) {
-        MemoryBudget::GiveBack(ChargeOf(capacity));
-        Fail(ErrorCode::OutOfMemory);
-    }
-    StringData* const data = new (block) StringData;
+    StringData* const data = ::new (MemoryBudget::Allocate(sizeof(StringData) + capacity)) StringData;
     data->capacity = static_cast<std::uint32_t>(capacity);
     return data;
 }
 
 void StringData::Dispose() {
-    MemoryBudget::GiveBack(ChargeOf(capacity));
+    const std::size_t blockBytes = sizeof(StringData) + capacity;
     this->~StringData();
-    std::free(this);
+    MemoryBudget::Free(this, blockBytes);
 }
 
 String::String(std::u16string_view text) : String(OfBytes(text.data(), text.size() * sizeof(char16_t))) {}
 
 String String::OfLatin(std::string_view text) {
     String result = OfLength(text.size());
-    std::transform(text.begin(), text.end(), result.Units(),
-                   [](char c) { return static_cast<char16_t>(static_cast<unsigned char>(c)); });
+    InStretches(text.size(), [&](std::size_t begin, std::size_t end) {
+        std::transform(text.begin() + begin, text.begin() + end, result.Units() + begin, UnitOfLatin);
+    });
     return result;
 }
 
 String String::OfUtf8(std::string_view text) {
     const bool isPlain =
         std::ranges::all_of(text, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-    return isPlain ? OfLatin(text) : String(Utf16Of(text));
+    if (isPlain) return OfLatin(text);
+    String result = OfLength(UnitsOfUtf8(text));
+    WriteUtf16(text, result.Units());
+    return result;
 }
 
 String String::OfLength(std::size_t units) {
@@ -84,7 +81,20 @@ String String::Joined(const String& first, const String& second) {
     return Adopt(data);
 }
 
-std::string String::ToUtf8() const { return Utf8Of(View()); }
+String String::JoinedLatin(const String& first, std::string_view second) {
+    if (first.ByteLength() % sizeof(char16_t) != 0) return Joined(first, OfLatin(second));
+    String result = OfLength(first.Length() + second.size());
+    char16_t* const end = std::ranges::copy(first.View(), result.Units()).out;
+    std::transform(second.begin(), second.end(), end, UnitOfLatin);
+    return result;
+}
+
+std::string String::ToUtf8() const { return Utf8Of(ViewForOutside()); }
+
+std::u16string_view String::ViewForOutside() const {
+    if (Length() > MostUnitsOutside) Fail(ErrorCode::OutOfMemory);
+    return View();
+}
 
 /// A copy with room for `bytes` and more: by half, but never past the limit when the text itself still fits.
 String String::Grown(std::size_t bytes) const {

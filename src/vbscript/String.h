@@ -39,6 +39,7 @@ private:
 class String {
 public:
     static constexpr std::size_t MaxBytes = std::size_t{1} << 31;
+    static constexpr std::size_t MostUnitsOutside = std::size_t{1} << 16;
 
     constexpr String() = default;
     explicit String(std::u16string_view text);
@@ -75,6 +76,7 @@ public:
 
     /// Both, in one allocation.
     static String Joined(const String& first, const String& second);
+    static String JoinedLatin(const String& first, std::string_view second);
 
     std::u16string_view View() const { return data_ ? data_->View() : std::u16string_view(); }
     std::size_t Length() const { return data_ ? data_->bytes / sizeof(char16_t) : 0; }
@@ -83,13 +85,19 @@ public:
         return data_ ? reinterpret_cast<const unsigned char*>(data_->Units()) : nullptr;
     }
     bool IsEmpty() const { return ByteLength() == 0; }
+
+    /// What the program around gets: names, paths, captions, reasons. Throws RuntimeError 7 for a text of
+    /// more than `MostUnitsOutside`; what such a text would take there, no script answers for.
     std::string ToUtf8() const;
+    std::u16string_view ViewForOutside() const;
 
     /// Only of a string that `OfLength` has just made.
     char16_t* Units() { return data_ ? data_->Units() : nullptr; }
 
     /// `tail` may be a part of this string.
-    void Append(std::u16string_view tail) { AppendBytes(tail.data(), tail.size() * sizeof(char16_t)); }
+    void Append(std::u16string_view tail) {
+        if (!tail.empty()) AppendBytes(tail.data(), tail.size() * sizeof(char16_t));
+    }
     void Append(const String& tail) { AppendBytes(tail.Bytes(), tail.ByteLength()); }
     void AppendBytes(const void* bytes, std::size_t count);
 
@@ -102,6 +110,8 @@ public:
     StringData* Detach() { return std::exchange(data_, nullptr); }
 
 private:
+    static std::size_t UnitsOfUtf8(std::string_view text);
+    static void WriteUtf16(std::string_view text, char16_t* units);
     bool HasRoom(std::size_t bytes) const {
         return data_ && data_->References() == 1 && data_->capacity >= bytes;
     }
@@ -115,6 +125,10 @@ private:
 /// @{
 std::string Utf8Of(std::u16string_view text);
 std::u16string Utf16Of(std::string_view text);
+
+/// The first units of `text`, some `TimeLimit::UnitsBetweenPolls`, no surrogate pair cut apart; taken off it.
+/// What makes a long text into something else polls between such pieces.
+std::u16string_view TakePiece(std::u16string_view& text);
 /// @}
 
 /// Equal but for the case of letters (of any script); how names are compared.

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <vector>
 
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/Names.h"
 #include "vbscript/Object.h"
 
@@ -51,8 +51,8 @@ public:
     void Clear() { numbers_.clear(), symbols_.clear(); }
 
 private:
-    std::vector<int> numbers_;
-    std::vector<Symbol> symbols_;
+    BudgetVector<int> numbers_;
+    BudgetVector<Symbol> symbols_;
 };
 
 }  // namespace tessaloom::vbscript

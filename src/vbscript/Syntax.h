@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/Names.h"
 #include "vbscript/Token.h"
 #include "vbscript/Value.h"
@@ -128,8 +129,9 @@ struct ClassDeclaration {
 
 /// A whole program text, or (for Eval) one expression as the value of a single Let without target.
 struct ProgramTree {
-    std::pmr::monotonic_buffer_resource arena{16 * 1024};
-    std::vector<Value> constants;
+    BudgetResource budget;
+    std::pmr::monotonic_buffer_resource arena{16 * 1024, &budget};
+    BudgetVector<Value> constants;
     bool explicitNames = false;
     RoutineDeclaration main{RoutineKind::Main, NoName, {}, false, false, {}, {}, {}, {}};
     std::vector<RoutineDeclaration*> routines;
@@ -137,6 +139,7 @@ struct ProgramTree {
 
     template <typename T>
     T* New(T node) {
+        TimeLimit::Poll();
         return new (arena.allocate(sizeof(T), alignof(T))) T(node);
     }
 

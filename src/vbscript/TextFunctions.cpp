@@ -2,11 +2,11 @@
 #include <charconv>
 #include <cstdint>
 #include <optional>
-#include <string>
 
 #include "vbscript/AnsiCodes.h"
 #include "vbscript/Arguments.h"
 #include "vbscript/BuiltinTables.h"
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/PartFunctions.h"
 
 namespace tessaloom::vbscript {
@@ -32,7 +32,10 @@ Value ChangeCase(Context& context, std::span<Value> values) {
     if (of.IsNull(0)) return Value::Null();
     const String text = of.Text(0);
     String result = String::OfLength(text.Length());
-    std::ranges::transform(text.View(), result.Units(), Change);
+    const char16_t* const from = text.View().data();
+    InStretches(text.Length(), [&](std::size_t begin, std::size_t end) {
+        std::transform(from + begin, from + end, result.Units() + begin, Change);
+    });
     return Value::OfString(result);
 }
 
@@ -42,15 +45,17 @@ Value TrimBlanks(Context& context, std::span<Value> values) {
     if (of.IsNull(0)) return Value::Null();
     const String text = of.Text(0);
     const std::u16string_view view = text.View();
-    std::size_t start = 0, end = view.size();
-    while (AtStart && start < end && view[start] == ' ') ++start;
-    while (AtEnd && end > start && view[end - 1] == ' ') --end;
-    return Units::Part(text, start, end - start);
+    // blanks alone have no first and no last of the others
+    const std::size_t first = AtStart ? std::min(view.find_first_not_of(u' '), view.size()) : 0;
+    const std::size_t end = AtEnd ? view.find_last_not_of(u' ') + 1 : view.size();
+    return Units::Part(text, first, std::max(first, end) - first);
 }
 
 Value Repeated(std::size_t count, char16_t unit) {
     String result = String::OfLength(count);
-    std::fill_n(result.Units(), count, unit);
+    InStretches(count, [&](std::size_t begin, std::size_t end) {
+        std::fill(result.Units() + begin, result.Units() + end, unit);
+    });
     return Value::OfString(result);
 }
 
@@ -70,7 +75,10 @@ Value RepeatUnit(Context& context, std::span<Value> values) {
 Value StrReverse(Context& context, std::span<Value> values) {
     const String text = Arguments(context, values).Text(0);
     String result = String::OfLength(text.Length());
-    std::ranges::reverse_copy(text.View(), result.Units());
+    const auto last = text.View().rbegin();
+    InStretches(text.Length(), [&](std::size_t begin, std::size_t end) {
+        std::copy(last + begin, last + end, result.Units() + begin);
+    });
     return Value::OfString(result);
 }
 
@@ -126,16 +134,18 @@ Value Escape(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
     if (of.IsNull(0)) return Value::Null();
     const String text = of.Text(0);
-    std::u16string out;
-    for (const char16_t unit : text.View()) {
-        if (StaysUnescaped(unit)) {
-            out += unit;
-            continue;
+    BudgetUnits out;
+    InStretches(text.Length(), [&](std::size_t begin, std::size_t end) {
+        for (const char16_t unit : text.View().substr(begin, end - begin)) {
+            if (StaysUnescaped(unit)) {
+                out += unit;
+                continue;
+            }
+            out += unit > 255 ? u"%u" : u"%";
+            for (int shift = unit > 255 ? 12 : 4; shift >= 0; shift -= 4)
+                out += HexDigits[static_cast<std::size_t>(unit >> shift & 15)];
         }
-        out += unit > 255 ? u"%u" : u"%";
-        for (int shift = unit > 255 ? 12 : 4; shift >= 0; shift -= 4)
-            out += HexDigits[static_cast<std::size_t>(unit >> shift & 15)];
-    }
+    });
     return Value::OfText(out);
 }
 
@@ -155,8 +165,9 @@ Value Unescape(Context& context, std::span<Value> values) {
     const Arguments of(context, values);
     if (of.IsNull(0)) return Value::Null();
     const String text = of.Text(0);
-    std::u16string out;
+    BudgetUnits out;
     for (std::u16string_view rest = text.View(); !rest.empty();) {
+        TimeLimit::Poll();
         const bool isWide = rest.starts_with(u"%u");
         const std::size_t mark = isWide ? 2 : 1, digits = isWide ? 4 : 2;
         if (const auto unit = rest.front() == u'%' ? HexAt(rest.substr(mark), digits) : std::nullopt) {

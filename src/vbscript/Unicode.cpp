@@ -4,6 +4,7 @@
 
 #include "platform/TextEncoding.h"
 #include "vbscript/String.h"
+#include "vbscript/TimeLimit.h"
 
 namespace tessaloom::vbscript {
 
@@ -12,13 +13,25 @@ namespace {
 constexpr bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
 constexpr bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
 
-void AppendUtf16(std::u16string& out, char32_t code) {
-    if (code < 0x10000) {
-        out += static_cast<char16_t>(code);
-        return;
+/// Calls `take` with each unit.
+template <typename Take>
+void ForEachUtf16(std::string_view text, Take&& take) {
+    for (std::size_t i = 0; !text.empty(); ++i) {
+        if (i % TimeLimit::UnitsBetweenPolls == 0) TimeLimit::Poll();
+        const auto byte = static_cast<unsigned char>(text.front());
+        if (byte < 0x80) {
+            take(char16_t{byte});
+            text.remove_prefix(1);
+            continue;
+        }
+        const char32_t code = TakeCharacter(text);
+        if (code >= 0x10000) {
+            take(static_cast<char16_t>(0xD7C0 + (code >> 10)));
+            take(static_cast<char16_t>(0xDC00 + (code & 0x3FF)));
+        } else {
+            take(static_cast<char16_t>(code));
+        }
     }
-    out += static_cast<char16_t>(0xD7C0 + (code >> 10));
-    out += static_cast<char16_t>(0xDC00 + (code & 0x3FF));
 }
 
 /// The letters of all scripts, whatever the locale of the process. Always part of the C library.
@@ -50,16 +63,27 @@ std::string Utf8Of(std::u16string_view text) {
 std::u16string Utf16Of(std::string_view text) {
     std::u16string out;
     out.reserve(text.size());
-    while (!text.empty()) {
-        const auto byte = static_cast<unsigned char>(text.front());
-        if (byte < 0x80) {
-            out += byte;
-            text.remove_prefix(1);
-        } else {
-            AppendUtf16(out, TakeCharacter(text));
-        }
-    }
+    ForEachUtf16(text, [&](char16_t unit) { out += unit; });
     return out;
+}
+
+std::size_t String::UnitsOfUtf8(std::string_view text) {
+    std::size_t units = 0;
+    ForEachUtf16(text, [&](char16_t) { ++units; });
+    return units;
+}
+
+void String::WriteUtf16(std::string_view text, char16_t* units) {
+    ForEachUtf16(text, [&](char16_t unit) { *units++ = unit; });
+}
+
+std::u16string_view TakePiece(std::u16string_view& text) {
+    TimeLimit::Poll();
+    std::size_t units = std::min(text.size(), TimeLimit::UnitsBetweenPolls);
+    if (units < text.size() && IsHighSurrogate(text[units - 1])) ++units;
+    const std::u16string_view piece = text.substr(0, units);
+    text.remove_prefix(units);
+    return piece;
 }
 
 char16_t slow::LowerOf(char16_t unit) {
@@ -81,8 +105,10 @@ bool NameComesBefore(std::u16string_view a, std::u16string_view b) {
 
 bool SameName(std::u16string_view a, std::u16string_view b) {
     if (a.size() != b.size()) return false;
-    for (std::size_t i = 0; i < a.size(); ++i)
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        if (i % TimeLimit::UnitsBetweenPolls == 0) TimeLimit::Poll();
         if (a[i] != b[i] && LowerOf(a[i]) != LowerOf(b[i])) return false;
+    }
     return true;
 }
 

@@ -4,7 +4,8 @@
 #include <bitset>
 #include <cstdint>
 #include <utility>
-#include <vector>
+
+#include "vbscript/MemoryBudget.h"
 
 namespace tessaloom::vbscript {
 
@@ -29,7 +30,7 @@ public:
     /// To be called once, when all is added and before `Contains`.
     void Finish() {
         std::ranges::sort(ranges_);
-        std::vector<Range> joined;
+        BudgetVector<Range> joined;
         for (const Range& range : ranges_) {
             if (!joined.empty() && std::uint32_t{range.first} <= std::uint32_t{joined.back().second} + 1)
                 joined.back().second = std::max(joined.back().second, range.second);
@@ -57,7 +58,7 @@ private:
     static constexpr std::uint32_t Low = 256;  ///< Units below have a bit each.
 
     std::bitset<Low> low_;
-    std::vector<Range> ranges_;
+    BudgetVector<Range> ranges_;
 };
 
 }  // namespace tessaloom::vbscript

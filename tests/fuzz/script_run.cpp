@@ -10,7 +10,7 @@ namespace {
 
 class TickingHost : public tessaloom::testing::FakeScriptHost {
 public:
-    double SteadySeconds() override { return steady += 0.5; }
+    double SteadySeconds() override { return steady += 1e-4; }
 };
 
 }  // namespace

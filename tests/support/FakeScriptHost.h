@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/EagerAlarm.h"
 #include "support/Testing.h"
 #include "vbscript/Host.h"
 
@@ -11,6 +12,7 @@ public:
     double now = 38731.645891203705;  ///< 14 January 2006, 15:30:05
     double timer = 55805;
     double steady = 0;
+    EagerAlarm alarm;
     UserLocale locale;
     int boxAnswer = 1;
     std::vector<std::string> boxes;  ///< Prompts in the order they were shown.
@@ -19,6 +21,7 @@ public:
     double Now() override { return now; }
     double Timer() override { return timer; }
     double SteadySeconds() override { return steady; }
+    Alarm& TimeAlarm() override { return alarm; }
     const UserLocale& Locale() override { return locale; }
     int MsgBox(const std::string& prompt, int, const std::string&) override {
         boxes.push_back(prompt);

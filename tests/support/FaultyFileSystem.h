@@ -41,11 +41,12 @@ public:
     bool AppendText(std::string_view path, std::string_view text) override {
         return Works() && files_.AppendText(path, text);
     }
-    bool CopyFile(std::string_view source, std::string_view target, bool overwrite = true) override {
-        return Works() && files_.CopyFile(source, target, overwrite);
+    bool CopyFile(std::string_view source, std::string_view target, bool overwrite = true,
+                  const Between& between = {}) override {
+        return Works() && files_.CopyFile(source, target, overwrite, between);
     }
-    bool RenameFile(std::string_view source, std::string_view target) override {
-        return Works() && files_.RenameFile(source, target);
+    bool RenameFile(std::string_view source, std::string_view target, const Between& between = {}) override {
+        return Works() && files_.RenameFile(source, target, between);
     }
     bool DeleteFile(std::string_view path, bool force = false) override {
         return Works() && files_.DeleteFile(path, force);

@@ -69,13 +69,14 @@ public:
         return Put(path, ReadFile(path).value_or("").append(text));
     }
 
-    bool CopyFile(std::string_view source, std::string_view target, bool overwrite = true) override {
+    bool CopyFile(std::string_view source, std::string_view target, bool overwrite = true,
+                  const Between& = {}) override {
         const auto found = files_.find(Key(source));
         if (found == files_.end() || Key(source) == Key(target)) return false;
         return (overwrite || !FileExists(target)) && Put(target, found->second.bytes);
     }
 
-    bool RenameFile(std::string_view source, std::string_view target) override {
+    bool RenameFile(std::string_view source, std::string_view target, const Between& = {}) override {
         const auto found = files_.find(Key(source));
         if (found == files_.end() || FileExists(target)) return false;
         File moved = std::move(found->second);

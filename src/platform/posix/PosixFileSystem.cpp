@@ -97,12 +97,13 @@ int ReadWhole(int descriptor, std::size_t sizeHint, std::size_t limit, std::stri
     }
 }
 
-int CopyBytes(int source, Replacement& target) {
+int CopyBytes(int source, Replacement& target, const FileSystem::Between& between) {
     const auto chunk = std::make_unique<char[]>(ChunkBytes);
     for (;;) {
         const ssize_t got = ReadUpTo(source, chunk.get(), ChunkBytes);
         if (got < 0) return LastError();
         if (got == 0) return 0;
+        if (between) between();
         if (const int error = target.Write({chunk.get(), static_cast<std::size_t>(got)})) return error;
     }
 }
@@ -117,7 +118,8 @@ bool Settled(std::int64_t modified) {
     return std::abs(now - modified) > step;
 }
 
-int Copy(const std::string& source, const std::string& target, bool overwrite) {
+int Copy(const std::string& source, const std::string& target, bool overwrite,
+         const FileSystem::Between& between) {
     Descriptor from;
     struct stat status, old;
     if (const int error = OpenRegular(source, O_RDONLY, from, status)) return error;
@@ -126,17 +128,17 @@ int Copy(const std::string& source, const std::string& target, bool overwrite) {
     }
     Replacement copy;
     if (const int error = copy.Begin(target, Access::Keep)) return error;
-    if (const int error = CopyBytes(from.Number(), copy)) return error;
+    if (const int error = CopyBytes(from.Number(), copy, between)) return error;
     if (const int error = copy.SetMode(status.st_mode & 0777)) return error;
     return copy.Publish(false);
 }
 
-int Rename(const std::string& source, const std::string& target) {
+int Rename(const std::string& source, const std::string& target, const FileSystem::Between& between) {
     struct stat status;
     if (::lstat(source.c_str(), &status) == 0 && S_ISDIR(status.st_mode)) return EISDIR;
     if (::renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0) return 0;
     if (errno == EXDEV) {
-        const int error = Copy(source, target, false);
+        const int error = Copy(source, target, false, between);
         return error || ::unlink(source.c_str()) == 0 ? error : LastError();
     }
     if (errno != EINVAL && errno != ENOSYS) return LastError();
@@ -255,12 +257,13 @@ bool PosixFileSystem::AppendText(std::string_view path, std::string_view text) {
     return Noted(Append(CheckedPath(path), text));
 }
 
-bool PosixFileSystem::CopyFile(std::string_view source, std::string_view target, bool overwrite) {
-    return Noted(Copy(CheckedPath(source), CheckedPath(target), overwrite));
+bool PosixFileSystem::CopyFile(std::string_view source, std::string_view target, bool overwrite,
+                               const Between& between) {
+    return Noted(Copy(CheckedPath(source), CheckedPath(target), overwrite, between));
 }
 
-bool PosixFileSystem::RenameFile(std::string_view source, std::string_view target) {
-    return Noted(Rename(CheckedPath(source), CheckedPath(target)));
+bool PosixFileSystem::RenameFile(std::string_view source, std::string_view target, const Between& between) {
+    return Noted(Rename(CheckedPath(source), CheckedPath(target), between));
 }
 
 bool PosixFileSystem::DeleteFile(std::string_view path, bool force) {

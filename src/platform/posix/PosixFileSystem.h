@@ -33,10 +33,11 @@ public:
 
     bool MakeOwnerOnly(std::string_view path) override;
     bool AppendText(std::string_view path, std::string_view text) override;
-    bool CopyFile(std::string_view source, std::string_view target, bool overwrite = true) override;
+    bool CopyFile(std::string_view source, std::string_view target, bool overwrite = true,
+                  const Between& between = {}) override;
 
     /// Between two disks the file is copied, then deleted.
-    bool RenameFile(std::string_view source, std::string_view target) override;
+    bool RenameFile(std::string_view source, std::string_view target, const Between& between = {}) override;
 
     bool DeleteFile(std::string_view path, bool force = false) override;
     std::string CurrentFolder() const override;

@@ -7,12 +7,14 @@ namespace tessaloom::library {
 
 using namespace vbscript;
 
-std::string BytesOf(Context& context, const Value& value) {
+BudgetBytes BytesOf(Context& context, const Value& value) {
     if (!value.Is(VarType::Array) || value.AsArray()->Rank() != 1) Fail(ErrorCode::TypeMismatch);
-    std::string bytes;
+    BudgetBytes bytes;
     bytes.reserve(value.AsArray()->Count());
-    for (const Value& element : value.AsArray()->Elements())
+    for (const Value& element : value.AsArray()->Elements()) {
+        TimeLimit::Poll();
         bytes += static_cast<char>(ToByte(context, element));
+    }
     return bytes;
 }
 

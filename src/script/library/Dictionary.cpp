@@ -34,10 +34,13 @@ public:
     }
 
 private:
-    std::vector<Value> Gathered(Value KeyTable::Pair::*part) const {
-        std::vector<Value> values;
+    BudgetVector<Value> Gathered(Value KeyTable::Pair::*part) const {
+        BudgetVector<Value> values;
         values.reserve(pairs_.Count());
-        pairs_.ForEach([&](const KeyTable::Pair& pair) { values.push_back(pair.*part); });
+        pairs_.ForEach([&](const KeyTable::Pair& pair) {
+            TimeLimit::Poll();
+            values.push_back(pair.*part);
+        });
         return values;
     }
 

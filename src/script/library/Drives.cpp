@@ -1,7 +1,6 @@
 #include "script/library/Drives.h"
 
 #include <array>
-#include <vector>
 
 #include "platform/Folders.h"
 #include "script/library/FileObjects.h"
@@ -81,7 +80,7 @@ public:
     explicit Drives(const LibraryServices& services) : services_(services) {}
 
     std::unique_ptr<Enumerator> Enumerate(Context&) override {
-        return std::make_unique<Listing>(std::vector<Value>{Value::OfObject(MakeDrive(services_))});
+        return std::make_unique<Listing>(BudgetVector<Value>{Value::OfObject(MakeDrive(services_))});
     }
 
 private:

@@ -62,10 +62,10 @@ protected:
 
     /// A new name in the same folder.
     template <typename Move>
-    void Rename(const TimeLimit& limit, const std::string& name, Move&& move) {
+    void Rename(const std::string& name, Move&& move) {
         if (name.empty() || std::ranges::any_of(name, IsSeparator)) Raise(FileError::InvalidCall);
         const std::string target = JoinPath(ParentFolderName(path_), name);
-        move(limit, services_, path_, target);
+        move(services_, path_, target);
         path_ = target;
     }
 
@@ -99,8 +99,7 @@ struct SharedRows {
         {u"ShortPath", 0, 0, Path},
         {u"Name", 0, 0, Name,
          [](T& self, const Arguments& arguments) {
-             self.Rename(arguments.GetContext().limit,
-                         ToText(arguments.GetContext(), arguments.NewValue()).ToUtf8(), T::MoveOnDisk);
+             self.Rename(ToText(arguments.GetContext(), arguments.NewValue()).ToUtf8(), T::MoveOnDisk);
              return Value();
          }},
         {u"ShortName", 0, 0, Name},
@@ -118,7 +117,7 @@ struct SharedRows {
         {u"Move", 1, 1,
          [](T& self, const Arguments& arguments) {
              const std::string target = PathArgument(arguments, 0);
-             T::MoveOnDisk(arguments.GetContext().limit, self.services_, self.path_, target);
+             T::MoveOnDisk(self.services_, self.path_, target);
              self.MovedTo(target);
              return Value();
          }},
@@ -160,14 +159,12 @@ std::span<const Member<File>> File::Members() {
         {u"Type", 0, 0, [](File& self, const Arguments&) { return self.Type(); }},
         {u"Copy", 1, 2,
          [](File& self, const Arguments& arguments) {
-             CopyFiles(arguments.GetContext().limit, self.services_, self.path_, PathArgument(arguments, 0),
-                       arguments.BooleanOr(1, true));
+             CopyFiles(self.services_, self.path_, PathArgument(arguments, 0), arguments.BooleanOr(1, true));
              return Value();
          }},
         {u"Delete", 0, 1,
          [](File& self, const Arguments& arguments) {
-             DeleteFiles(arguments.GetContext().limit, self.services_, self.path_,
-                         arguments.BooleanOr(0, false));
+             DeleteFiles(self.services_, self.path_, arguments.BooleanOr(0, false));
              return Value();
          }},
         {u"OpenAsTextStream", 0, 2,
@@ -202,7 +199,7 @@ public:
         : services_(services), folder_(std::move(folder)) {}
 
     std::unique_ptr<Enumerator> Enumerate(Context&) override {
-        std::vector<Value> all;
+        BudgetVector<Value> all;
         for (const std::string& name : Names()) {
             // It may have gone since.
             try {
@@ -293,8 +290,8 @@ std::span<const Member<SubFolders>> SubFolders::Members() {
 std::span<const Member<Folder>> Folder::Members() {
     static constexpr auto Own = std::to_array<Member<Folder>>({
         {u"Size", 0, 0,
-         [](Folder& self, const Arguments& arguments) {
-             return ByteCount(FolderSize(arguments.GetContext().limit, self.services_, self.path_));
+         [](Folder& self, const Arguments&) {
+             return ByteCount(FolderSize(self.services_, self.path_));
          }},
         {u"Type", 0, 0, [](Folder&, const Arguments&) { return Value::OfText(u"File folder"); }},
         {u"IsRootFolder", 0, 0,
@@ -311,14 +308,13 @@ std::span<const Member<Folder>> Folder::Members() {
          }},
         {u"Copy", 1, 2,
          [](Folder& self, const Arguments& arguments) {
-             CopyFolders(arguments.GetContext().limit, self.services_, self.path_, PathArgument(arguments, 0),
+             CopyFolders(self.services_, self.path_, PathArgument(arguments, 0),
                          arguments.BooleanOr(1, true));
              return Value();
          }},
         {u"Delete", 0, 1,
          [](Folder& self, const Arguments& arguments) {
-             DeleteFolders(arguments.GetContext().limit, self.services_, self.path_,
-                           arguments.BooleanOr(0, false));
+             DeleteFolders(self.services_, self.path_, arguments.BooleanOr(0, false));
              return Value();
          }},
         {u"CreateTextFile", 1, 3,

@@ -44,14 +44,13 @@ std::vector<std::string> Found(const LibraryServices& services, std::string_view
 }
 
 /// Calls `move` for every source with the path it is to get.
-void ForEachTarget(const TimeLimit& limit, const LibraryServices& services, std::string_view source,
-                   std::string_view target, Kind kind,
-                   const std::function<void(const std::string&, const std::string&)>& move) {
+void ForEachTarget(const LibraryServices& services, std::string_view source, std::string_view target,
+                   Kind kind, const std::function<void(const std::string&, const std::string&)>& move) {
     if (target.empty()) Raise(FileError::InvalidCall);
     const bool into = IsSeparator(target.back()) || HasWildcards(source);
     for (const std::string& path : Found(services, source, kind)) {
         if (into && !services.files.FolderExists(target)) Raise(FileError::PathNotFound);
-        limit.Enforce();
+        TimeLimit::Poll();
         move(path, into ? JoinPath(target, FileName(path)) : std::string(target));
     }
 }
@@ -66,7 +65,8 @@ void CopyOneFile(const LibraryServices& services, const std::string& source, con
     if (services.files.FolderExists(target)) Raise(FileError::PermissionDenied);
     if (!overwrite && services.files.FileExists(target)) Raise(FileError::FileExists);
     if (IsReadOnly(services, target)) Raise(FileError::PermissionDenied);
-    if (!services.files.CopyFile(source, target, overwrite)) RaiseNotWritten(services, target);
+    if (!services.files.CopyFile(source, target, overwrite, TimeLimit::Poll))
+        RaiseNotWritten(services, target);
 }
 
 /// A folder can be neither copied nor moved into itself.
@@ -78,31 +78,30 @@ void RefuseInside(const LibraryServices& services, std::string_view target, std:
     if (inner == outer || inner.starts_with(outer + "/")) Raise(FileError::PermissionDenied);
 }
 
-void CopyOneFolder(const TimeLimit& limit, const LibraryServices& services, const std::string& source,
-                   const std::string& target, bool overwrite) {
+void CopyOneFolder(const LibraryServices& services, const std::string& source, const std::string& target,
+                   bool overwrite) {
     if (services.files.FileExists(target)) Raise(FileError::FileExists);
     // Before the target comes into being, which may lie within the source by way of a link.
     const auto entries = services.folders.List(source);
     if (!entries) Raise(FileError::PermissionDenied);
     if (!services.files.FolderExists(target)) CreateFolder(services, target);
     for (const FileDetails& entry : *entries) {
-        limit.Enforce();
+        TimeLimit::Poll();
         const std::string from = JoinPath(source, entry.name), to = JoinPath(target, entry.name);
         // A link to a folder might lead back to where the copy began.
-        if (entry.isFolder && !entry.isLink) CopyOneFolder(limit, services, from, to, overwrite);
+        if (entry.isFolder && !entry.isLink) CopyOneFolder(services, from, to, overwrite);
         if (!entry.isFolder) CopyOneFile(services, from, to, overwrite);
     }
 }
 
-void DeleteOneFolder(const TimeLimit& limit, const LibraryServices& services, const std::string& folder,
-                     bool force) {
+void DeleteOneFolder(const LibraryServices& services, const std::string& folder, bool force) {
     const auto entries = services.folders.List(folder);
     if (!entries) Raise(FileError::PermissionDenied);
     for (const FileDetails& entry : *entries) {
-        limit.Enforce();
+        TimeLimit::Poll();
         const std::string path = JoinPath(folder, entry.name);
         if (entry.isFolder && !entry.isLink)
-            DeleteOneFolder(limit, services, path, force);
+            DeleteOneFolder(services, path, force);
         else if (!services.files.DeleteFile(path, force))
             Raise(FileError::PermissionDenied);
     }
@@ -111,51 +110,47 @@ void DeleteOneFolder(const TimeLimit& limit, const LibraryServices& services, co
 
 }  // namespace
 
-void CopyFiles(const TimeLimit& limit, const LibraryServices& services, std::string_view source,
-               std::string_view target, bool overwrite) {
-    ForEachTarget(limit, services, source, target, Kind::File,
+void CopyFiles(const LibraryServices& services, std::string_view source, std::string_view target,
+               bool overwrite) {
+    ForEachTarget(services, source, target, Kind::File,
                   [&](const auto& from, const auto& to) { CopyOneFile(services, from, to, overwrite); });
 }
 
-void CopyFolders(const TimeLimit& limit, const LibraryServices& services, std::string_view source,
-                 std::string_view target, bool overwrite) {
-    ForEachTarget(limit, services, source, target, Kind::Folder, [&](const auto& from, const auto& to) {
+void CopyFolders(const LibraryServices& services, std::string_view source, std::string_view target,
+                 bool overwrite) {
+    ForEachTarget(services, source, target, Kind::Folder, [&](const auto& from, const auto& to) {
         RefuseInside(services, to, from);
-        CopyOneFolder(limit, services, from, to, overwrite);
+        CopyOneFolder(services, from, to, overwrite);
     });
 }
 
-void MoveFiles(const TimeLimit& limit, const LibraryServices& services, std::string_view source,
-               std::string_view target) {
-    ForEachTarget(limit, services, source, target, Kind::File, [&](const auto& from, const auto& to) {
+void MoveFiles(const LibraryServices& services, std::string_view source, std::string_view target) {
+    ForEachTarget(services, source, target, Kind::File, [&](const auto& from, const auto& to) {
         if (services.folders.Details(to)) Raise(FileError::FileExists);
-        if (!services.files.RenameFile(from, to)) RaiseNotWritten(services, to);
+        if (!services.files.RenameFile(from, to, TimeLimit::Poll)) RaiseNotWritten(services, to);
     });
 }
 
-void MoveFolders(const TimeLimit& limit, const LibraryServices& services, std::string_view source,
-                 std::string_view target) {
-    ForEachTarget(limit, services, source, target, Kind::Folder, [&](const auto& from, const auto& to) {
+void MoveFolders(const LibraryServices& services, std::string_view source, std::string_view target) {
+    ForEachTarget(services, source, target, Kind::Folder, [&](const auto& from, const auto& to) {
         RefuseInside(services, to, from);
         if (services.folders.Details(to)) Raise(FileError::FileExists);
         if (!services.folders.Move(from, to)) RaiseNotWritten(services, to);
     });
 }
 
-void DeleteFiles(const TimeLimit& limit, const LibraryServices& services, std::string_view pattern,
-                 bool force) {
+void DeleteFiles(const LibraryServices& services, std::string_view pattern, bool force) {
     for (const std::string& path : Found(services, pattern, Kind::File)) {
-        limit.Enforce();
+        TimeLimit::Poll();
         if (!services.files.DeleteFile(path, force)) Raise(FileError::PermissionDenied);
     }
 }
 
-void DeleteFolders(const TimeLimit& limit, const LibraryServices& services, std::string_view pattern,
-                   bool force) {
+void DeleteFolders(const LibraryServices& services, std::string_view pattern, bool force) {
     for (const std::string& path : Found(services, pattern, Kind::Folder)) {
         const auto details = services.folders.Details(path);
         const bool isLink = details && details->isLink;
-        if (!isLink) DeleteOneFolder(limit, services, path, force);
+        if (!isLink) DeleteOneFolder(services, path, force);
         if (isLink && !services.files.DeleteFile(path, force)) Raise(FileError::PermissionDenied);
     }
 }
@@ -168,12 +163,21 @@ void CreateFolder(const LibraryServices& services, std::string_view path) {
     if (!services.files.MakeFolder(path)) RaiseNotWritten(services, path);
 }
 
-std::uint64_t FolderSize(const TimeLimit& limit, const LibraryServices& services, std::string_view folder) {
-    limit.Enforce();
+std::optional<std::string> ReadCharged(FileSystem& files, std::string_view path,
+                                       vbscript::MemoryCharge& charge) {
+    constexpr std::size_t Growth = 1 << 20;  // of a file that somebody writes to meanwhile
+    const auto stamp = files.Stamp(path);
+    if (!stamp) return std::nullopt;
+    charge.Take(stamp->size);
+    return files.ReadFile(path, static_cast<std::size_t>(stamp->size) + Growth);
+}
+
+std::uint64_t FolderSize(const LibraryServices& services, std::string_view folder) {
+    TimeLimit::Poll();
     std::uint64_t bytes = 0;
     for (const FileDetails& entry : services.folders.List(folder).value_or(std::vector<FileDetails>())) {
         if (entry.isLink) continue;
-        bytes += entry.isFolder ? FolderSize(limit, services, JoinPath(folder, entry.name)) : entry.size;
+        bytes += entry.isFolder ? FolderSize(services, JoinPath(folder, entry.name)) : entry.size;
     }
     return bytes;
 }

@@ -61,8 +61,8 @@ private:
     template <auto Operation>
     static constexpr Row CopyRow(std::u16string_view name) {
         return {name, 2, 3, [](FileSystemObject& self, const Arguments& arguments) {
-                    Operation(arguments.GetContext().limit, self.services_, PathArgument(arguments, 0),
-                              PathArgument(arguments, 1), arguments.BooleanOr(2, true));
+                    Operation(self.services_, PathArgument(arguments, 0), PathArgument(arguments, 1),
+                              arguments.BooleanOr(2, true));
                     return Value();
                 }};
     }
@@ -70,8 +70,7 @@ private:
     template <auto Operation>
     static constexpr Row MoveRow(std::u16string_view name) {
         return {name, 2, 2, [](FileSystemObject& self, const Arguments& arguments) {
-                    Operation(arguments.GetContext().limit, self.services_, PathArgument(arguments, 0),
-                              PathArgument(arguments, 1));
+                    Operation(self.services_, PathArgument(arguments, 0), PathArgument(arguments, 1));
                     return Value();
                 }};
     }
@@ -79,8 +78,7 @@ private:
     template <auto Operation>
     static constexpr Row DeleteRow(std::u16string_view name) {
         return {name, 1, 2, [](FileSystemObject& self, const Arguments& arguments) {
-                    Operation(arguments.GetContext().limit, self.services_, PathArgument(arguments, 0),
-                              arguments.BooleanOr(1, false));
+                    Operation(self.services_, PathArgument(arguments, 0), arguments.BooleanOr(1, false));
                     return Value();
                 }};
     }

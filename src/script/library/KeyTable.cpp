@@ -72,7 +72,10 @@ bool AreOne(const Value& a, const Value& b) { return a.Type() == b.Type() && a.C
 
 std::uint32_t HashIgnoringCase(std::u16string_view text) {
     std::uint64_t hash = text.size();
-    for (const char16_t unit : text) hash = std::rotl((hash ^ vbscript::LowerOf(unit)) * Odd, 29);
+    vbscript::InStretches(text.size(), [&](std::size_t begin, std::size_t end) {
+        for (const char16_t unit : text.substr(begin, end - begin))
+            hash = std::rotl((hash ^ vbscript::LowerOf(unit)) * Odd, 29);
+    });
     return Folded(Mixed(hash));
 }
 
@@ -113,7 +116,6 @@ void KeyTable::Swap(KeyTable& other) noexcept {
     std::swap(slots_, other.slots_);
     std::swap(entered_, other.entered_);
     std::swap(count_, other.count_);
-    std::swap(charged_, other.charged_);
 }
 
 std::uint32_t KeyTable::HashOf(const Value& key) const {
@@ -151,12 +153,7 @@ void KeyTable::MakeRoom() {
 /// With room for as many again, and without what was removed.
 void KeyTable::Rebuild() {
     const std::size_t slots = std::bit_ceil(std::max<std::size_t>(16, (count_ + 1) * 2));
-    const std::size_t bytes = slots * (sizeof(Slot) + sizeof(Pair) / 2);
-    if (bytes > charged_) {
-        vbscript::MemoryBudget::Charge(bytes - charged_);
-        charged_ = bytes;
-    }
-    std::vector<Slot> fresh(slots);  // all that may throw comes first
+    vbscript::BudgetVector<Slot> fresh(slots);  // all that may throw comes first
     std::erase_if(pairs_, [](const Pair& pair) { return !pair.used; });
     slots_ = std::move(fresh);
     entered_ = 0;

@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <vector>
 
 #include "vbscript/MemoryBudget.h"
 #include "vbscript/Value.h"
@@ -29,8 +28,6 @@ public:
         Swap(other);
         return *this;
     }
-    ~KeyTable() { vbscript::MemoryBudget::GiveBack(charged_); }
-
     std::size_t Count() const { return count_; }
 
     bool ignoreCase = false;  ///< To be changed only while it is empty.
@@ -70,11 +67,10 @@ private:
     void Rebuild();
     void Enter(std::uint32_t hash, std::size_t place);
 
-    std::vector<Pair> pairs_;
-    std::vector<Slot> slots_;  ///< A power of two; at least a third of them was never used.
-    std::size_t entered_ = 0;  ///< Slots in use.
+    vbscript::BudgetVector<Pair> pairs_;
+    vbscript::BudgetVector<Slot> slots_;  ///< A power of two; at least a third of them was never used.
+    std::size_t entered_ = 0;             ///< Slots in use.
     std::size_t count_ = 0;
-    std::size_t charged_ = 0;
 };
 
 }  // namespace tessaloom::library

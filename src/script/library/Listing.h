@@ -1,8 +1,8 @@
 #pragma once
 
 #include <utility>
-#include <vector>
 
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/Object.h"
 
 namespace tessaloom::library {
@@ -11,7 +11,7 @@ namespace tessaloom::library {
 /// matter.
 class Listing final : public vbscript::Enumerator {
 public:
-    explicit Listing(std::vector<vbscript::Value> values) : values_(std::move(values)) {}
+    explicit Listing(vbscript::BudgetVector<vbscript::Value> values) : values_(std::move(values)) {}
 
     bool Next(vbscript::Value& item) override {
         if (next_ >= values_.size()) return false;
@@ -20,7 +20,7 @@ public:
     }
 
 private:
-    std::vector<vbscript::Value> values_;
+    vbscript::BudgetVector<vbscript::Value> values_;
     std::size_t next_ = 0;
 };
 

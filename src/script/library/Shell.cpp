@@ -60,6 +60,7 @@ std::optional<std::string> Variable(const Environment& environment, const std::s
 std::string Expanded(const Environment& environment, std::string_view text) {
     std::string result;
     for (std::size_t at = 0; at < text.size();) {
+        TimeLimit::Poll();
         const std::size_t begin = text.find('%', at),
                           end = text.find('%', begin == text.npos ? begin : begin + 1);
         if (end == text.npos) return result.append(text.substr(at));
@@ -79,7 +80,7 @@ public:
     explicit EnvironmentObject(Environment& environment) : environment_(environment) {}
 
     std::unique_ptr<Enumerator> Enumerate(Context&) override {
-        std::vector<Value> lines;
+        BudgetVector<Value> lines;
         for (const auto& [name, value] : environment_.Variables())
             lines.push_back(Value::OfUtf8(name + "=" + value));
         return std::make_unique<Listing>(std::move(lines));
@@ -151,7 +152,7 @@ public:
     explicit SpecialFoldersObject(Environment& environment) : environment_(environment) {}
 
     std::unique_ptr<Enumerator> Enumerate(Context&) override {
-        std::vector<Value> paths;
+        BudgetVector<Value> paths;
         for (const SpecialFolder& folder : SpecialFolders) paths.push_back(PathOf(folder));
         return std::make_unique<Listing>(std::move(paths));
     }

@@ -7,6 +7,7 @@
 #include "platform/FileSystem.h"
 #include "platform/TextEncoding.h"
 #include "script/library/ByteArray.h"
+#include "script/library/FileOperations.h"
 #include "script/library/TextCodec.h"
 #include "vbscript/Array.h"
 #include "vbscript/MemberTable.h"
@@ -56,6 +57,7 @@ std::size_t BytesOfUnits(std::string_view bytes, std::size_t units, Charset char
     if (charset != Charset::Utf8 && charset != Charset::Utf8OrWindows) return std::min(bytes.size(), units);
     std::size_t at = 0;
     for (std::size_t taken = 0; at < bytes.size() && taken < units;) {
+        TimeLimit::Poll();
         const auto lead = static_cast<unsigned char>(bytes[at]);
         taken += lead >= 0xF0 ? 2 : 1;
         for (++at; at < bytes.size() && ContinuesCharacter(bytes[at]);) ++at;
@@ -69,7 +71,6 @@ public:
     static std::span<const Member<Stream>> Members();
 
     explicit Stream(const LibraryServices& services) : services_(services) {}
-    ~Stream() override { MemoryBudget::GiveBack(charged_); }
 
 private:
     enum Type { Binary = 1, Text = 2 };
@@ -88,33 +89,24 @@ private:
         if (open_ && at_ != 0) Refuse(NotInThisContext);
     }
 
-    void Resize(std::size_t bytes) {
-        if (bytes > charged_) {
-            const std::size_t more = std::max(bytes, charged_ + charged_ / 2) - charged_;
-            MemoryBudget::Charge(more);
-            charged_ += more;
-            content_.reserve(charged_);
-        }
-        content_.resize(bytes);
-    }
-
     void Empty() {
-        content_ = {};
+        content_ = BudgetBytes();
         at_ = 0;
-        MemoryBudget::GiveBack(std::exchange(charged_, 0));
     }
 
     void PutBytes(std::string_view bytes) {
-        if (content_.size() - at_ < bytes.size()) Resize(at_ + bytes.size());
+        if (content_.size() - at_ < bytes.size()) content_.resize(at_ + bytes.size());
         bytes.copy(content_.data() + at_, bytes.size());
         at_ += bytes.size();
     }
 
     void PutText(std::u16string_view text) {
-        std::string bytes;
-        if (content_.empty()) bytes = MarkOf(charset_);
-        AppendEncoded(bytes, text, charset_);
-        PutBytes(bytes);
+        if (content_.empty()) PutBytes(MarkOf(charset_));
+        while (!text.empty()) {
+            BudgetBytes bytes;
+            AppendEncoded(bytes, TakePiece(text), charset_);
+            PutBytes(bytes);
+        }
     }
 
     std::string_view TakeBytes(int count) {
@@ -139,7 +131,7 @@ private:
 
     String TakeLine() {
         const std::string_view rest = std::string_view(content_).substr(at_);
-        std::string separator;
+        BudgetBytes separator;
         AppendEncoded(separator, SeparatorText(), charset_);
         std::size_t end = rest.find(separator);
         const bool wide = charset_ == Charset::Utf16 || charset_ == Charset::Utf16BigEndian;
@@ -190,7 +182,8 @@ private:
 
     static Value Load(Stream& self, const Arguments& arguments) {
         self.NeedOpen();
-        const auto bytes = self.services_.files.ReadFile(arguments.Text(0).ToUtf8());
+        MemoryCharge charge;
+        const auto bytes = ReadCharged(self.services_.files, arguments.Text(0).ToUtf8(), charge);
         if (!bytes) Refuse(NotOpened);
         self.Empty();
         self.PutBytes(*bytes);
@@ -228,7 +221,7 @@ private:
         const int position = ToLong(arguments.GetContext(), arguments.NewValue());
         if (position < 0) Refuse(BadArgument);
         const auto place = static_cast<std::size_t>(position);
-        if (place > self.content_.size()) self.Resize(place);
+        if (place > self.content_.size()) self.content_.resize(place);
         self.at_ = place;
         return {};
     }
@@ -254,8 +247,7 @@ private:
     static Value Number(std::size_t number) { return Value::OfLong(static_cast<std::int32_t>(number)); }
 
     const LibraryServices services_;
-    std::string content_;
-    std::size_t charged_ = 0;
+    BudgetBytes content_;
     std::size_t at_ = 0;  ///< In bytes, up to the content's end.
     bool open_ = false;
     int type_ = Text;
@@ -323,7 +315,7 @@ std::span<const Member<Stream>> Stream::Members() {
         {u"SetEOS", 0, 0,
          [](Self& self, const Arguments&) {
              self.NeedOpen();
-             self.Resize(self.at_);
+             self.content_.resize(self.at_);
              return Value();
          }},
         {u"CopyTo", 1, 2, CopyTo},

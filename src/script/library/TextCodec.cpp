@@ -5,6 +5,7 @@
 
 #include "platform/Ascii.h"
 #include "platform/TextEncoding.h"
+#include "vbscript/TimeLimit.h"
 
 namespace tessaloom::library {
 
@@ -40,9 +41,13 @@ constexpr Named Names[] = {
 String DecodeUtf16(std::string_view bytes, bool bigEndian) {
     const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(bytes[i]); };
     String text = String::OfLength(bytes.size() / 2);
-    for (std::size_t i = 0; i + 1 < bytes.size(); i += 2)
-        text.Units()[i / 2] =
-            static_cast<char16_t>(bigEndian ? byte(i) << 8 | byte(i + 1) : byte(i + 1) << 8 | byte(i));
+    vbscript::InStretches(text.Length(), [&](std::size_t begin, std::size_t end) {
+        for (std::size_t at = begin; at < end; ++at) {
+            const std::size_t first = 2 * at, second = first + 1;
+            text.Units()[at] = static_cast<char16_t>(bigEndian ? byte(first) << 8 | byte(second)
+                                                               : byte(second) << 8 | byte(first));
+        }
+    });
     return text;
 }
 
@@ -58,6 +63,16 @@ const std::u16string& WindowsUnits() {
         return vbscript::Utf16Of(FromWindows1252(bytes));
     }();
     return units;
+}
+
+String OfWindows(std::string_view bytes) {
+    String text = String::OfLatin(bytes);
+    const std::u16string& others = WindowsUnits();
+    vbscript::InStretches(bytes.size(), [&](std::size_t begin, std::size_t end) {
+        for (char16_t* unit = text.Units() + begin; unit != text.Units() + end; ++unit)
+            if (*unit >= 0x80 && *unit <= 0x9F) *unit = others[*unit - 0x80u];
+    });
+    return text;
 }
 
 char ByteOf(char16_t unit, Charset charset) {
@@ -87,9 +102,10 @@ String DecodeText(std::string_view bytes, Charset charset) {
         case Charset::Utf8:
             return String::OfUtf8(WithoutMark(bytes, Utf8Mark));
         case Charset::Utf8OrWindows:
-            return String::OfUtf8(ToUtf8(WithoutMark(bytes, Utf8Mark)));
+            if (IsUtf8(bytes)) return String::OfUtf8(WithoutMark(bytes, Utf8Mark));
+            [[fallthrough]];
         case Charset::Windows1252:
-            return String::OfUtf8(FromWindows1252(bytes));
+            return OfWindows(bytes);
         case Charset::Latin1:
         case Charset::Ascii:
             return String::OfLatin(bytes);
@@ -97,7 +113,7 @@ String DecodeText(std::string_view bytes, Charset charset) {
     return {};
 }
 
-void AppendEncoded(std::string& bytes, std::u16string_view text, Charset charset) {
+void AppendEncoded(vbscript::BudgetBytes& bytes, std::u16string_view text, Charset charset) {
     switch (charset) {
         case Charset::Utf16:
         case Charset::Utf16BigEndian:

@@ -1,9 +1,9 @@
 #pragma once
 
 #include <optional>
-#include <string>
 #include <string_view>
 
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/String.h"
 
 namespace tessaloom::library {
@@ -28,7 +28,7 @@ std::optional<Charset> CharsetNamed(std::string_view name);
 vbscript::String DecodeText(std::string_view bytes, Charset charset);
 
 /// Without a mark. What the charset does not have becomes "?".
-void AppendEncoded(std::string& bytes, std::u16string_view text, Charset charset);
+void AppendEncoded(vbscript::BudgetBytes& bytes, std::u16string_view text, Charset charset);
 
 /// The mark that begins a file of that charset; "" for none.
 std::string_view MarkOf(Charset charset);

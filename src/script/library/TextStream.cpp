@@ -6,6 +6,7 @@
 
 #include "platform/FileSystem.h"
 #include "platform/TextEncoding.h"
+#include "script/library/FileOperations.h"
 #include "script/library/FilePaths.h"
 #include "script/library/TextCodec.h"
 #include "vbscript/Context.h"
@@ -21,7 +22,8 @@ constexpr std::size_t BlockBytes = 64 << 10;
 constexpr int MostBlankLines = 1 << 24;
 
 String TextOfFile(const LibraryServices& services, std::string_view path, StreamFormat format) {
-    const auto bytes = services.files.ReadFile(path);
+    MemoryCharge charge;
+    const auto bytes = ReadCharged(services.files, path, charge);
     if (!bytes) Raise(FileError::PermissionDenied);
     return DecodeText(*bytes, format == StreamFormat::Unicode ? Charset::Utf16 : Charset::Utf8OrWindows);
 }
@@ -61,9 +63,12 @@ Value TextStream::TakeLine() {
 
 void TextStream::Put(std::u16string_view text) {
     NeedMode(StreamMode::Writing);
-    AppendEncoded(waiting_, text, format_ == StreamFormat::Unicode ? Charset::Utf16 : Charset::Utf8);
-    Move(text);
-    if (waiting_.size() >= BlockBytes && !Flush()) Raise(FileError::DeviceFault);
+    while (!text.empty()) {
+        const std::u16string_view piece = TakePiece(text);
+        AppendEncoded(waiting_, piece, format_ == StreamFormat::Unicode ? Charset::Utf16 : Charset::Utf8);
+        Move(piece);
+        if (waiting_.size() >= BlockBytes && !Flush()) Raise(FileError::DeviceFault);
+    }
 }
 
 bool TextStream::Flush() {

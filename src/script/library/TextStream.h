@@ -6,6 +6,7 @@
 
 #include "script/library/ClassLibrary.h"
 #include "vbscript/MemberTable.h"
+#include "vbscript/MemoryBudget.h"
 #include "vbscript/String.h"
 
 namespace tessaloom::library {
@@ -51,7 +52,7 @@ private:
     vbscript::String text_;  ///< Of a file that is read.
     std::size_t at_ = 0;     ///< In it.
     Sink sink_;
-    std::string waiting_;  ///< Bytes to be written.
+    vbscript::BudgetBytes waiting_;  ///< Bytes to be written.
     StreamMode mode_;
     StreamFormat format_ = StreamFormat::Narrow;
     bool open_ = true;

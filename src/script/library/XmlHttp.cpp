@@ -68,20 +68,21 @@ public:
 
     XmlHttp(const LibraryServices& services, bool forServers)
         : transfers_(services.transfers), transfer_(transfers_.MakeTransfer()), forServers_(forServers) {}
-    ~XmlHttp() override { MemoryBudget::GiveBack(body_.size()); }
 
     void DropValues() override { const Value dropped = std::exchange(listener_, Value()); }
 
 private:
     enum ReadyState { Unsent = 0, Opened = 1, Sent = 2, Receiving = 3, Done = 4 };
 
+    /// What a transfer takes beside requests and answers, roughly.
+    static constexpr std::size_t HandleBytes = 16 << 10;
+
     /// What scripts read as the status of a request without an answer.
     enum FailedStatus { NoConnection = 12029, TimeOut = 12002 };
 
     void Forget() {
         transfer_->Cancel();
-        MemoryBudget::GiveBack(body_.size());
-        body_ = {};
+        body_ = BudgetBytes();
         head_ = {};
         sent_ = taken_ = false;
     }
@@ -98,10 +99,7 @@ private:
         taken_ = true;
         head_ = transfer_->Response();
         constexpr std::size_t ChunkBytes = 256 << 10;
-        for (std::string chunk; !(chunk = transfer_->GetChunk(ChunkBytes)).empty();) {
-            MemoryBudget::Charge(chunk.size());
-            body_ += chunk;
-        }
+        for (std::string chunk; !(chunk = transfer_->GetChunk(ChunkBytes)).empty();) body_ += chunk;
         if (!Failed()) return;
         head_.status = head_.late ? TimeOut : NoConnection;
         head_.statusText = transfer_->Failure();
@@ -133,7 +131,7 @@ private:
             Notice(context);
             if (!sent_ || taken_) return true;
             if (context.limit.IsOver()) Forget();
-            context.limit.Enforce();
+            TimeLimit::Poll();
             if (seconds > 0 && context.host.SteadySeconds() - begin >= seconds) return false;
             transfers_.Wait(Patience);
         }
@@ -164,6 +162,8 @@ private:
         request.totalMilliseconds = self.request_.totalMilliseconds;
         request.trustAnyServer = self.request_.trustAnyServer;
         self.Forget();
+        self.headCharge_.GiveBack();
+        self.headCharge_.Take(request.address.size() + request.user.size() + request.password.size());
         self.request_ = std::move(request);
         self.asynchronous_ = asynchronous;
         self.opened_ = true;
@@ -182,6 +182,7 @@ private:
         std::erase_if(headers, [&](const std::string& header) {
             return ascii::SameText(std::string_view(header).substr(0, header.find(':')), name);
         });
+        self.headCharge_.Take(name.size() + value.size());
         headers.push_back(name + ": " + value);
         return {};
     }
@@ -189,10 +190,10 @@ private:
     static Value Send(XmlHttp& self, const Arguments& arguments) {
         Context& context = arguments.GetContext();
         self.NeedOpened();
-        self.request_.body.clear();
+        self.request_.body = {};
+        self.bodyCharge_.GiveBack();
         if (arguments.Has(0) && !arguments[0].Is(VarType::Empty) && !arguments[0].Is(VarType::Null))
-            self.request_.body =
-                arguments[0].Is(VarType::Array) ? BytesOf(context, arguments[0]) : arguments.Text(0).ToUtf8();
+            self.SetBody(arguments);
         self.sent_ = true;
         self.transfer_->Send(self.request_);
         if (self.asynchronous_) {
@@ -207,6 +208,19 @@ private:
                 late ? "The operation timed out" : "A connection with the server could not be established");
         }
         return {};
+    }
+
+    void SetBody(const Arguments& arguments) {
+        if (arguments[0].Is(VarType::Array)) {
+            const BudgetBytes bytes = BytesOf(arguments.GetContext(), arguments[0]);
+            bodyCharge_.Take(bytes.size());
+            request_.body = bytes;
+            return;
+        }
+        const String text = arguments.Text(0);
+        constexpr std::size_t MostBytesOfUnit = 3;
+        bodyCharge_.Take(text.Length() * MostBytesOfUnit);
+        for (std::u16string_view rest = text.View(); !rest.empty();) request_.body += Utf8Of(TakePiece(rest));
     }
 
     static Value Abort(XmlHttp& self, const Arguments&) {
@@ -254,7 +268,9 @@ private:
     int told_ = Unsent;   ///< The state that the listener knows.
     UrlRequest request_;
     UrlResponse head_;
-    std::string body_;
+    MemoryCharge handle_{HandleBytes};
+    MemoryCharge headCharge_, bodyCharge_;  ///< Of the request.
+    BudgetBytes body_;
     Value listener_;
 };
 

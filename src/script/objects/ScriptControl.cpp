@@ -46,10 +46,11 @@ Value ValueOf(const ScriptArgument& argument) {
 
 }  // namespace
 
-ScriptControl::ScriptControl(Platform& platform, const library::LibraryServices& library,
+ScriptControl::ScriptControl(Platform& platform, const library::LibraryServices& library, Alarm& alarm,
                              std::function<double()> steadySeconds)
     : platform_(platform),
       library_(library),
+      alarm_(alarm),
       steadySeconds_(steadySeconds ? std::move(steadySeconds) : SystemSteadySeconds),
       engine_(*this) {}
 

@@ -11,6 +11,7 @@
 
 namespace tessaloom {
 
+class Alarm;
 struct Platform;
 
 /// Runs the scripts of portfolios: the script language with the system's object tree, the classes that
@@ -26,9 +27,9 @@ public:
     /// A script that lives for months may not eat the machine.
     static constexpr std::size_t MemoryLimit = std::size_t{256} << 20;
 
-    /// platform: outlives this object, as what `library` names does. steadySeconds: a clock that never goes
-    /// back, for the time limit; the system's when empty.
-    ScriptControl(Platform& platform, const library::LibraryServices& library,
+    /// platform: outlives this object, as `alarm` and what `library` names do. The alarm is for the time
+    /// limit alone. steadySeconds: a clock that never goes back, for the same; the system's when empty.
+    ScriptControl(Platform& platform, const library::LibraryServices& library, Alarm& alarm,
                   std::function<double()> steadySeconds = {});
 
     // ScriptEngine
@@ -45,6 +46,7 @@ private:
     double Now() override;
     double Timer() override;
     double SteadySeconds() override;
+    Alarm& TimeAlarm() override { return alarm_; }
     const UserLocale& Locale() override;
     int MsgBox(const std::string& prompt, int buttons, const std::string& title) override;
     std::string InputBox(const std::string& prompt, const std::string& title,
@@ -53,6 +55,7 @@ private:
 
     Platform& platform_;
     const library::LibraryServices library_;
+    Alarm& alarm_;
     std::function<double()> steadySeconds_;
     vbscript::Engine engine_;
 };

@@ -58,7 +58,7 @@ TEST_F(HooksTest, ThatFailStopTheScriptAndNothingElse) {
         {"Portfolio.Nothing\n", "Object doesn't support", "Line 2, Column 1\r\n"},
   // clang-format on
     };
-    secondsPerLook_ = 0.01;
+    secondsPerLook_ = 1e-5;
     for (const auto& row : rows) {
         SCOPED_TRACE(row.body);
         Start(std::string("Sub Interval\n") + row.body + "End Sub\n");
@@ -148,7 +148,7 @@ TEST_F(HooksTest, DoNotExistInAScriptThatCannotBeLoaded) {
         "Set o = New K\nSet d = CreateObject(\"Scripting.Dictionary\")\n"
         "d.Add 1, Portfolio.Canvas(3)\nOn Error Resume Next\nSet n = CreateObject(\"No.Such\")\n"
         "LoadLastFileName = Err.Number & d(1).Text(7).Text\n";
-    secondsPerLook_ = 0.01;
+    secondsPerLook_ = 1e-5;
     TheScript().ResetScript();
     EXPECT_TRUE(TheScript().Ready()) << TheScript().Status();
     EXPECT_EQ(tessaloom::Setup().lastPortfolio, "429A");

@@ -8,6 +8,7 @@
 #include "platform/posix/PosixFolders.h"
 #include "script/host/Script.h"
 #include "script/objects/ScriptControl.h"
+#include "support/EagerAlarm.h"
 #include "support/TestPlatform.h"
 #include "text/Text.h"
 
@@ -66,9 +67,10 @@ protected:
     PosixFolders folders_;
     PosixEnvironment environment_;
     FakeUrlTransfers scriptTransfers_;
+    EagerAlarm alarm_;
     ScriptControl control_{
         it_.platform, {it_.files,                                             folders_, environment_, scriptTransfers_},
-         [this] {
+         alarm_, [this] {
             return steadySeconds_ += secondsPerLook_;
                        }
     };
