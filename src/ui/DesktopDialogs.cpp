@@ -118,6 +118,8 @@ QWidget* DesktopDialogs::Parent() const {
 
 /// Runs the dialog in an event loop of its own; the code it ended with.
 int DesktopDialogs::Wait(QDialog& dialog, QLabel* countdown) {
+    // Not even for a moment: a script that shows one box after the other would never come to its end.
+    if (Flags().withoutQuestions) return QDialog::Rejected;
     const bool wasRunning = Flags().running;
     const int patience = Patience();
     QElapsedTimer open;

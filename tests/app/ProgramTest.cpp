@@ -123,6 +123,19 @@ TEST_F(ProgramTest, PublishesUntilASignalEndsItInOrder) {
     }
 }
 
+TEST_F(ProgramTest, EndsInOrderFromWithinAScriptThatNeverEnds) {
+    WriteDocuments();
+    Write("p.por", std::string(Portfolio) + "[Scripting]\r\nFileName=s.vbs\r\nAllowInterval=True\r\nEnabled=True\r\n");
+    Write("s.vbs",
+          "Sub Interval\nOn Error Resume Next\n"
+          "CreateObject(\"Scripting.FileSystemObject\").CreateTextFile(\"began\").Close\n"
+          "c = \"d=d+1 : If d<40 Then Execute c : Execute c\" & vbLf & \"d=d-1\" : Execute c\nEnd Sub\n");
+    ChildProgram program(home_.Path(), RunsDocuments);
+    ASSERT_TRUE(Becomes([&] { return Exists("began"); })) << program.Log();
+    EndInOrder(program);
+    EXPECT_THAT(program.Log(), HasSubstr("its time is up"));
+}
+
 TEST_F(ProgramTest, UploadsAndKeepsThePasswordToItself) {
     ScriptedFtpServer server;
     WriteDocuments();

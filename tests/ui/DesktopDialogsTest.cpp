@@ -4,6 +4,7 @@
 
 #include <QPlainTextEdit>
 #include <QScreen>
+#include <QTimer>
 
 #include "core/RunFlags.h"
 #include "ui/DesktopRun.h"
@@ -33,6 +34,18 @@ TEST(DesktopDialogs, KeepBoxesOnTheScreenHoweverLongTheirText) {
         else
             dialogs.InputBox(text, "Long", "");
     }
+}
+
+TEST(DesktopDialogs, AreNotEvenShownOnceTheSystemHasAskedForTheEnd) {
+    Flags() = {.running = true, .withoutQuestions = true};
+    DesktopDialogs dialogs;
+    int turns = 0;
+    QTimer::singleShot(0, [&] { ++turns; });
+    EXPECT_EQ(dialogs.MessageBox("Go on?", "Script", Buttons::YesNo), Answer::No);
+    EXPECT_EQ(dialogs.InputBox("How?", "Script", "so"), std::nullopt);
+    EXPECT_EQ(dialogs.SaveFile({}), std::nullopt);
+    EXPECT_EQ(turns, 0) << "a script that shows them without end must get on with its time";
+    Flags() = {};
 }
 
 }  // namespace

@@ -103,21 +103,66 @@ protected:
     }
 
     vbscript::Ref<Outside> outside_ = vbscript::Make<Outside>();
+    PosixFileSystem files_;
+    RunningHost host_;
 
 private:
     const fs::path before_ = fs::current_path();
     TemporaryFolder folder_;
-    PosixFileSystem files_;
     PosixFolders folders_;
     PosixEnvironment environment_;
     CurlTransfers transfers_;
-    RunningHost host_;
 };
 
 TEST_F(ScriptLibrary, Dictionary) { RunWhole("dictionary.vbs"); }
 TEST_F(ScriptLibrary, Files) { RunWhole("files.vbs"); }
 TEST_F(ScriptLibrary, Streams) { RunWhole("streams.vbs"); }
 TEST_F(ScriptLibrary, Shell) { RunWhole("shell.vbs"); }
+
+TEST_F(ScriptLibrary, LooksAtTheClockWithinAllThatGrows) {
+    struct LookingHost final : FakeScriptHost {
+        int looks = 0;
+        double SteadySeconds() override { return ++looks; }
+    } host;
+    host.create = host_.create;
+    constexpr int FewLooks = 40;
+    const std::string setup =
+        "t = String(2000000, \"a\") : u = String(2000000, ChrW(233))\n"
+        "Set fso = CreateObject(\"Scripting.FileSystemObject\") : Set d = "
+        "CreateObject(\"Scripting.Dictionary\")\n"
+        "Set s = CreateObject(\"ADODB.Stream\") : s.Open : s.Charset = \"utf-8\"\n"
+        "Set file = fso.CreateTextFile(\"large.txt\") : For i = 1 To 10 : file.Write u : Next : file.Close\n"
+        "fso.CreateFolder \"many\" : For i = 1 To 100 : fso.CreateTextFile(\"many/\" & i).Close : Next\n"
+        "Set w = CreateObject(\"WScript.Shell\") : For i = 1 To 1000 : d(i) = i : Next\n";
+    const char* const statements[] = {
+        "s.WriteText u : s.Position = 0 : x = s.ReadText",
+        "s.Charset = \"unicode\" : s.WriteText t",
+        "x = fso.OpenTextFile(\"large.txt\").ReadAll",
+        "fso.CreateTextFile(\"x\").Write t",
+        "fso.CopyFile \"large.txt\", \"copy.txt\"",
+        "fso.CopyFolder \"many\", \"more\"",
+        "fso.DeleteFolder \"many\"",
+        "x = d.Keys",
+        "d.RemoveAll : d.CompareMode = 1 : d(u) = 1",
+        "x = w.ExpandEnvironmentStrings(String(10000, \"%\"))",
+    };
+    for (const std::string statement : statements) {
+        SCOPED_TRACE(statement);
+        vbscript::Engine engine(host);
+        ASSERT_FALSE(
+            engine.AddCode(setup + "Sub Slow\nOn Error Resume Next : " + statement + "\nx = 1\nEnd Sub\n"));
+        engine.SetLimits({.seconds = FewLooks});
+        host.looks = 0;
+        const auto fault = engine.Run("Slow", {});
+        ASSERT_TRUE(fault);
+        EXPECT_EQ(fault->number, vbscript::Engine::TimeIsUp);
+        EXPECT_FALSE(files_.FileExists("copy.txt")) << "half a copy has no name";
+        engine.SetLimits({});
+        EXPECT_FALSE(
+            engine.AddCode("If fso.FolderExists(\"more\") Then fso.DeleteFolder \"more\"\n"
+                           "fso.DeleteFolder \"many\""));
+    }
+}
 
 class ScriptRequests : public ScriptLibrary {
 protected:
