@@ -53,8 +53,15 @@ public:
     int Patience() const { return patience_; }
     void SetPatience(int seconds) { patience_ = seconds; }
 
+    /// How many boxes and dialogs have waited for the person so far.
+    int Waits() const { return waits_; }
+
+protected:
+    void NoteWait() { ++waits_; }
+
 private:
     int patience_ = 0;
+    int waits_ = 0;
 };
 
 /// The safe answer of a box: what it answers when nobody does.

@@ -120,6 +120,7 @@ QWidget* DesktopDialogs::Parent() const {
 int DesktopDialogs::Wait(QDialog& dialog, QLabel* countdown) {
     // Not even for a moment: a script that shows one box after the other would never come to its end.
     if (Flags().withoutQuestions) return QDialog::Rejected;
+    NoteWait();
     const bool wasRunning = Flags().running;
     const int patience = Patience();
     QElapsedTimer open;

@@ -24,7 +24,7 @@ class Machine;
 struct Limits {
     double seconds = 0;    ///< For each `AddCode` and `Run`; 0: without end. Above it, error 18.
     int callDepth = 5000;  ///< Procedures within each other, 1 .. 100000; above it, error 28.
-    std::size_t bytes = MemoryBudget::DefaultLimit;  ///< Strings and arrays; above it, error 7.
+    std::size_t bytes = MemoryBudget::DefaultLimit;  ///< All that scripts make; above it, error 7.
 };
 
 /// One procedure at the outermost level.

@@ -20,6 +20,7 @@ namespace tessaloom::vbscript {
 /// takes memory.
 class MemoryBudget {
 public:
+    /// A script that lives for months may not eat the machine.
     static constexpr std::size_t DefaultLimit = std::size_t{256} << 20;
 
     /// Throws RuntimeError 7, leaving the sum as it was, when `bytes` more would exceed the limit.

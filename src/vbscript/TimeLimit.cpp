@@ -47,7 +47,7 @@ TimeLimit::Pause::Pause(TimeLimit& limit) : limit_(limit), began_(limit.host_.St
 
 TimeLimit::Pause::~Pause() {
     const double seconds = limit_.host_.SteadySeconds() - began_;
-    if (seconds >= ShortestAnswer) limit_.end_ += seconds;
+    if (!counts_ && seconds >= ShortestAnswer) limit_.end_ += seconds;
 }
 
 }  // namespace tessaloom::vbscript

@@ -64,12 +64,14 @@ public:
 
         explicit Pause(TimeLimit& limit);
         ~Pause();
+        void Drop() { counts_ = true; }  ///< The time counts after all.
         Pause(const Pause&) = delete;
         Pause& operator=(const Pause&) = delete;
 
     private:
         TimeLimit& limit_;
         double began_;
+        bool counts_ = false;
     };
 
 private:

@@ -33,6 +33,7 @@ public:
 
     bool Interactive() const override { return person; }
     Answer MessageBox(std::string_view text, std::string_view title, Buttons buttons = Buttons::Ok) override {
+        NoteWait();
         shown.push_back(std::string(title).append(": ").append(text));
         if (const auto meanwhile = std::exchange(whileShown, {})) meanwhile();
         return answers.empty() ? SafeAnswer(buttons) : Next(answers);
@@ -59,6 +60,7 @@ private:
         return value;
     }
     std::optional<std::string> Asked(std::string_view title, std::deque<std::optional<std::string>>& ready) {
+        NoteWait();
         shown.emplace_back(title);
         return ready.empty() ? std::nullopt : Next(ready);
     }

@@ -11,6 +11,7 @@
 #include "model/Canvas.h"
 #include "model/Portfolio.h"
 #include "platform/Desktop.h"
+#include "platform/Dialogs.h"
 #include "platform/Platform.h"
 #include "publish/CanvasSaves.h"
 #include "publish/VideoStreaming.h"
@@ -148,20 +149,23 @@ void SetLoadLastFileName(SCObject&, const std::string& path) { Setup().lastPortf
 bool CancelShutdown(SCObject&) { return Flags().cancelShutdown; }
 void SetCancelShutdown(SCObject&, bool cancel) { Flags().cancelShutdown = cancel; }
 
-/// Saving may ask for a name, which is not the script's time.
-template <typename Save>
-Value Saving(const Arguments& arguments, Save save) {
-    const vbscript::TimeLimit::Pause pause(arguments.GetContext().limit);
-    save();
+/// What may ask the person, who does not answer in the script's time. When nobody was asked, it was.
+template <typename Act>
+Value Asking(SCObject& self, const Arguments& arguments, Act act) {
+    const Dialogs& dialogs = ModelAt<Portfolio>(self.Place()).PlatformServices().dialogs;
+    const int before = dialogs.Waits();
+    vbscript::TimeLimit::Pause pause(arguments.GetContext().limit);
+    act();
+    if (dialogs.Waits() == before) pause.Drop();
     return {};
 }
 
-Value SaveAll(SCObject&, const Arguments& arguments) {
-    return Saving(arguments, [] { modMain::SaveAllProc(true); });
+Value SaveAll(SCObject& self, const Arguments& arguments) {
+    return Asking(self, arguments, [] { modMain::SaveAllProc(true); });
 }
 
-Value SavePortfolio(SCObject&, const Arguments& arguments) {
-    return Saving(arguments, [] { modMain::PortfolioSave(); });
+Value SavePortfolio(SCObject& self, const Arguments& arguments) {
+    return Asking(self, arguments, [] { modMain::PortfolioSave(); });
 }
 
 /// Deliberately nothing: existing scripts call it, and the program must not end by that.
@@ -173,18 +177,16 @@ void BeepMe(SCObject& self) { ModelAt<Portfolio>(self.Place()).PlatformServices(
 
 Value SaveCanvas(SCObject& self, const Arguments& arguments) {
     const int slot = ModelAt<Canvas>(self.Place()).CanvasIndex();
-    return Saving(arguments, [slot] { modMain::CanvasSaveProc(slot); });
+    return Asking(self, arguments, [slot] { modMain::CanvasSaveProc(slot); });
 }
 
 void ShowDiffFrame(SCObject& self) { ModelAt<MotionDetect>(self.Place()).ShowDiffFrame(); }
 
-/// A server that cannot listen says so in a box, which is not the script's time.
+/// A server that cannot listen says so in a box.
 Value SetServerEnabled(SCObject& self, const Arguments& arguments) {
     const SCPlace place = self.Place();
     const bool enabled = arguments.Boolean(0);
-    const vbscript::TimeLimit::Pause pause(arguments.GetContext().limit);
-    ModelAt<WebServer>(place).SetEnabled(enabled);
-    return {};
+    return Asking(self, arguments, [&] { ModelAt<WebServer>(place).SetEnabled(enabled); });
 }
 
 /// Without a time: at the capture time.

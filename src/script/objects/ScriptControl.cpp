@@ -56,7 +56,7 @@ ScriptControl::ScriptControl(Platform& platform, const library::LibraryServices&
 
 void ScriptControl::Reset(std::string_view, int timeoutSeconds) {
     engine_.Reset();
-    engine_.SetLimits({.seconds = static_cast<double>(timeoutSeconds), .bytes = MemoryLimit});
+    engine_.SetLimits({.seconds = static_cast<double>(timeoutSeconds)});
     library_.transfers.SetLimits(platform_.urlTransfers.Limits());
 }
 
@@ -80,7 +80,11 @@ std::optional<ScriptFault> ScriptControl::Run(std::string_view name,
                                               std::span<const ScriptArgument> arguments) {
     const ShortPatience patience(platform_.dialogs);
     std::vector<Value> values;
-    for (const ScriptArgument& argument : arguments) values.push_back(ValueOf(argument));
+    try {
+        for (const ScriptArgument& argument : arguments) values.push_back(ValueOf(argument));
+    } catch (const vbscript::RuntimeError& error) {  // the script has left no memory for them
+        return ScriptFault{0, 0, vbscript::Utf8Of(error.description)};
+    }
     return HostFault(engine_.Run(name, values));
 }
 

@@ -24,9 +24,6 @@ class ScriptControl final : public ScriptEngine, private vbscript::Host {
 public:
     static constexpr int BoxPatience = 60;  ///< Seconds.
 
-    /// A script that lives for months may not eat the machine.
-    static constexpr std::size_t MemoryLimit = std::size_t{256} << 20;
-
     /// platform: outlives this object, as `alarm` and what `library` names do. The alarm is for the time
     /// limit alone. steadySeconds: a clock that never goes back, for the same; the system's when empty.
     ScriptControl(Platform& platform, const library::LibraryServices& library, Alarm& alarm,

@@ -1,0 +1,2 @@
+' expect: 7
+MsgBox String(1000000, "a")

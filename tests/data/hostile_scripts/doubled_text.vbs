@@ -1,0 +1,2 @@
+' expect: 7
+s = "x" : Do : s = s & s : Loop

@@ -1,0 +1,2 @@
+' expect: 7
+Err.Raise 5, String(1000000, "a")

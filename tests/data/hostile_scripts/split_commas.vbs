@@ -1,0 +1,2 @@
+' expect: 7
+x = Split(String(10000000, ","), ",")

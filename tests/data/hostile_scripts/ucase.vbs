@@ -1,0 +1,2 @@
+' expect: 7
+x = String(10000000, "x") : y = UCase(x)
