@@ -26,6 +26,7 @@
 #include "model/Portfolio.h"
 #include "platform/capture/CaptureList.h"
 #include "platform/ffmpeg/StreamSources.h"
+#include "support/FrameDecoder.h"
 #include "support/PropertyTable.h"
 #include "support/TemporaryFolder.h"
 #include "support/TestPlatform.h"
@@ -186,7 +187,7 @@ private:
 
     const Steady::time_point begun_ = Steady::now();
     NoCameras cameras_;
-    StreamSources streams_;
+    StreamSources streams_{MakeFrameDecoder};
     CaptureList drivers_{cameras_, streams_};
     TestPlatform parts_;
     Portfolio portfolio_{Prepared()};

@@ -1,6 +1,7 @@
 #include "platform/ffmpeg/StreamSources.h"
 #include "support/CaughtFrames.h"
 #include "support/FilmClips.h"
+#include "support/FrameDecoder.h"
 #include "support/RtspCamera.h"
 #include "support/TemporaryFolder.h"
 #include "support/TlsFront.h"
@@ -65,7 +66,7 @@ protected:
 
     /// Why an address brought no pictures; "" when it brought some.
     static std::string Failure(const std::string& address, const std::string& authorities = "") {
-        StreamSources sources(authorities);
+        StreamSources sources(MakeFrameDecoder, authorities);
         const auto source = sources.Make(address);
         CaughtFrames frames;
         frames.Start(*source);

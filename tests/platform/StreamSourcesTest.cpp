@@ -1,6 +1,7 @@
 #include "platform/ffmpeg/StreamSources.h"
 #include "support/CaughtFrames.h"
 #include "support/FilmClips.h"
+#include "support/FrameDecoder.h"
 #include "support/RtspCamera.h"
 #include "support/TemporaryFolder.h"
 
@@ -10,7 +11,7 @@ namespace {
 class Streams : public ::testing::Test {
 protected:
     TemporaryFolder folder;
-    StreamSources sources;
+    StreamSources sources{MakeFrameDecoder};
     CaughtFrames frames;
 
     /// A clip made by the ffmpeg program.
@@ -20,7 +21,7 @@ protected:
     }
 
     /// Frames of `address` come, though whoever sends them may just be starting.
-    bool Delivers(CaptureSource& source, int count) {
+    bool Delivers(CaptureSource& source, std::size_t count) {
         for (int attempt = 0; attempt < 2000; ++attempt) {
             frames.Start(source);
             if (frames.Wait(count)) return true;
@@ -58,6 +59,21 @@ TEST_F(Streams, PicturesOfAnySizeStandUprightInTheirColours) {
         EXPECT_EQ(frame.Pixel(0, 0) & 0xF8F8F8, 0xF80000);
         EXPECT_EQ(frame.Pixel(width - 1, 0) & 0xF8F8F8, 0xF80000);
         EXPECT_EQ(frame.Pixel(width - 1, height - 1) & 0xF8F8F8, 0x0000F8);
+    }
+}
+
+TEST_F(Streams, MotionJpegHasItsColoursInEitherRange) {
+    for (const std::string range : {"tv", "pc"}) {
+        const std::string path = Clip(
+            "range.avi",
+            "color=white:s=64x48:r=50:d=0.1,drawbox=y=24:h=24:color=black:t=fill,scale=out_range=" + range,
+            {"-c:v", "mjpeg", "-pix_fmt", "yuv420p", "-strict", "unofficial"});
+        const auto source = sources.Make(path);
+        frames.Start(*source);
+        ASSERT_TRUE(frames.Wait(1)) << range;
+        frames.End();
+        EXPECT_EQ(frames.Last().Pixel(5, 5), 0xFFFFFF) << range;
+        EXPECT_EQ(frames.Last().Pixel(5, 40), 0x000000) << range;
     }
 }
 

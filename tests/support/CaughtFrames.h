@@ -28,8 +28,8 @@ public:
 
     void Start(CaptureSource& source) {
         End();
-        stopped_ = over_ = false;
-        countAtStart_ = count_;
+        stopped_ = over_ = waited_ = false;
+        frames_.clear();
         thread_ = std::thread([this, &source] {
             std::string why = source.Run(*this);
             Note([&] { reason_ = std::move(why), over_ = true; });
@@ -38,11 +38,11 @@ public:
 
     /// True when `count` more frames came, and before the source ended. The first wait counts from the start,
     /// as the source may be faster than the test.
-    bool Wait(int count) {
+    bool Wait(std::size_t count) {
         std::unique_lock lock(mutex_);
-        const int wanted = std::exchange(countAtStart_, std::nullopt).value_or(count_) + count;
-        return changed_.wait_for(lock, Patience, [&] { return count_ >= wanted || over_; }) &&
-               count_ >= wanted;
+        const std::size_t wanted = (std::exchange(waited_, true) ? frames_.size() : 0) + count;
+        const auto came = [&] { return frames_.size() >= wanted; };
+        return changed_.wait_for(lock, Patience, [&] { return came() || over_; }) && came();
     }
 
     /// Why the source ended by itself; "" when it did not.
@@ -58,9 +58,14 @@ public:
         if (thread_.joinable()) thread_.join();
     }
 
+    /// All since the start.
+    std::vector<Frame> All() {
+        const std::lock_guard lock(mutex_);
+        return frames_;
+    }
     Frame Last() {
         const std::lock_guard lock(mutex_);
-        return last_;
+        return frames_.empty() ? Frame() : frames_.back();
     }
 
     bool Stopped() const override {
@@ -75,7 +80,7 @@ public:
         return filling_.rows;
     }
     void Commit() override {
-        Note([this] { last_ = std::move(filling_), ++count_; });
+        Note([this] { frames_.push_back(std::move(filling_)); });
     }
     bool Accepts(int width, int height) override {
         return width > 0 && height > 0 && width <= CaptureFormat::MaxSide && height <= CaptureFormat::MaxSide;
@@ -92,10 +97,9 @@ private:
 
     mutable std::mutex mutex_;
     std::condition_variable changed_;
-    Frame filling_, last_;
-    int count_ = 0;
-    std::optional<int> countAtStart_;  ///< Until the first wait.
-    bool stopped_ = false, over_ = false;
+    Frame filling_;
+    std::vector<Frame> frames_;
+    bool stopped_ = false, over_ = false, waited_ = false;
     std::string reason_;
     std::thread thread_;
 };

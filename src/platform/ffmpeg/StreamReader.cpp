@@ -20,6 +20,8 @@ constexpr std::chrono::steady_clock::duration LongestPatience = std::chrono::sec
 constexpr std::int64_t ProbeBytes = 5'000'000;
 constexpr std::int64_t ProbeMicroseconds = 500'000;
 
+constexpr const char* Unusable = "its pictures cannot be used";
+
 /// Options for whichever protocol is in use; those that it does not know are left over.
 class Options {
 public:
@@ -51,9 +53,8 @@ bool DecodesIndependently(AVCodecID codec) {
 
 }  // namespace
 
-StreamReader::StreamReader(const StreamAddress& address, FrameInbox& inbox, FrameConverter& converter,
-                           const CertificateCheck& certificates, Pacer* pacer)
-    : address_(address), inbox_(inbox), converter_(converter), certificates_(certificates), pacer_(pacer) {}
+StreamReader::StreamReader(const StreamAddress& address, FrameInbox& inbox, Tools tools, Pacer* pacer)
+    : address_(address), inbox_(inbox), tools_(tools), pacer_(pacer) {}
 
 StreamReader::~StreamReader() = default;
 
@@ -62,7 +63,7 @@ int StreamReader::MustGiveUp(void* self) { return static_cast<StreamReader*>(sel
 bool StreamReader::Over() {
     // An RTSP camera's redirection is seen here alone, before anything is sent to the new place.
     const bool left = left_ || (opening_ && opening_->url && Leaves(opening_->url));
-    return left || inbox_.Stopped() || Late() || !certificates_.Refusal().empty();
+    return left || inbox_.Stopped() || Late() || !tools_.certificates.Refusal().empty();
 }
 
 bool StreamReader::Leaves(std::string_view place) {
@@ -136,10 +137,15 @@ std::string StreamReader::OpenDecoder() {
     decoder_->thread_count = 1;
     // A file is in no hurry, and its pictures may not be in the order of their showing.
     if (!pacer_) decoder_->flags |= AV_CODEC_FLAG_LOW_DELAY;
+    // This decoder makes up what is missing unless told not to. Others tell damage themselves; some, so told,
+    // refuse sound pictures, and films would stand still at each lost packet.
+    if (codec->id == AV_CODEC_ID_MJPEG) decoder_->err_recognition |= AV_EF_EXPLODE;
     decoder_->max_pixels = PictureLimits().pixels;
     result = avcodec_open2(decoder_.get(), codec, nullptr);
     if (result < 0) return Reason(result);
     independent_ = DecodesIndependently(codec->id);
+    // Colours of the range of films are the library's to tell.
+    jpegs_ = codec->id == AV_CODEC_ID_MJPEG && stream.codecpar->color_range != AVCOL_RANGE_MPEG;
     if (pacer_) {
         const AVRational rate = av_guess_frame_rate(input_.get(), input_->streams[stream_], nullptr);
         pacer_->BeginPass(rate.num > 0 && rate.den > 0 ? av_q2d(av_inv_q(rate)) : 0.04);
@@ -164,7 +170,7 @@ std::string StreamReader::Read() {
         if (!end) continue;
         if (pacer_) pacer_->EndPass();
         ended_ = pictures_;
-        return pictures_ ? "the stream has ended" : "it holds no picture";
+        return pictures_ || damaged_ ? Reason(AVERROR_EOF) : "it holds no picture";
     }
 }
 
@@ -176,8 +182,12 @@ std::optional<std::string> StreamReader::Feed(const AVPacket* packet) {
         ExtendDeadline();
         return std::nullopt;
     }
+    if (jpegs_ && packet) {
+        const JpegResult result = DecodeJpeg(*packet);
+        if (result != JpegResult::Unsupported) return TakeJpeg(*packet, result);
+    }
     // Damaged packets are skipped; the deadline ends a stream that has nothing else.
-    avcodec_send_packet(decoder_.get(), packet);
+    if (avcodec_send_packet(decoder_.get(), packet) < 0) damaged_ = independent_;
     while (avcodec_receive_frame(decoder_.get(), frame_.get()) >= 0) {
         const auto failure = TakeFrame();
         av_frame_unref(frame_.get());
@@ -188,16 +198,43 @@ std::optional<std::string> StreamReader::Feed(const AVPacket* packet) {
 
 std::optional<std::string> StreamReader::TakeFrame() {
     if ((frame_->flags & AV_FRAME_FLAG_CORRUPT) || frame_->decode_error_flags) return std::nullopt;
+    if (!Arrived(frame_->best_effort_timestamp)) return std::nullopt;
+    if (tools_.converter.Convert(*frame_, inbox_)) return std::nullopt;
+    return Unusable;
+}
+
+std::optional<std::string> StreamReader::TakeJpeg(const AVPacket& packet, JpegResult result) {
+    if (result == JpegResult::TooLarge) return Unusable;
+    if (result != JpegResult::Ok) {
+        damaged_ = true;
+    } else if (Arrived(packet.pts == AV_NOPTS_VALUE ? packet.dts : packet.pts)) {
+        inbox_.Commit();
+    }
+    return std::nullopt;
+}
+
+JpegResult StreamReader::DecodeJpeg(const AVPacket& packet) {
+    const std::span file(packet.data, static_cast<std::size_t>(packet.size));
+    JpegHeader header;
+    const JpegResult result = tools_.jpegs.ReadHeader(file, header);
+    if (result != JpegResult::Ok) return result;
+    // Two files, of every other row each, may make one picture.
+    if (header.height * 2 == input_->streams[stream_]->codecpar->height) return JpegResult::Unsupported;
+    if (!inbox_.Accepts(header.width, header.height)) return JpegResult::TooLarge;
+    const std::span<std::uint8_t> rows = inbox_.Begin({.width = header.width, .height = header.height});
+    if (rows.empty()) return JpegResult::TooLarge;
+    return tools_.jpegs.Decode(file, header, rows.data(), static_cast<int>(rows.size()) / header.height);
+}
+
+bool StreamReader::Arrived(std::int64_t time) {
     if (pacer_) {
         const double unit = av_q2d(input_->streams[stream_]->time_base);
-        const std::int64_t time = frame_->best_effort_timestamp;
         pacer_->Wait(time == AV_NOPTS_VALUE ? -1 : static_cast<double>(time) * unit);
     }
     ExtendDeadline();
     pictures_ = true;
-    if (!announced_ && !inbox_.Arrived()) return std::nullopt;
-    if (converter_.Convert(*frame_, inbox_)) return std::nullopt;
-    return "its pictures cannot be used";
+    damaged_ = false;
+    return announced_ || inbox_.Arrived();
 }
 
 void StreamReader::ExtendDeadline() {
@@ -210,7 +247,8 @@ void StreamReader::ExtendDeadline() {
 std::string StreamReader::Reason(int error) const {
     if (inbox_.Stopped()) return "closed";
     if (left_) return "it leads to a place that is not secured";
-    if (!certificates_.Refusal().empty()) return certificates_.Refusal();
+    if (!tools_.certificates.Refusal().empty()) return tools_.certificates.Refusal();
+    if (damaged_ && (Late() || !pictures_)) return "its pictures are damaged";
     if (Late()) return "nothing came in time";
     if (error == AVERROR_EOF) return "the stream has ended";
     return ErrorText(error);

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "platform/CaptureSource.h"
+#include "platform/JpegDecoder.h"
 #include "platform/ffmpeg/CertificateCheck.h"
 #include "platform/ffmpeg/FrameConverter.h"
 #include "platform/ffmpeg/Library.h"
@@ -17,10 +18,15 @@ namespace tessaloom {
 /// One opening of a stream or file: reads packets, decodes pictures, hands over those that are wanted.
 class StreamReader {
 public:
-    /// certificates: of the thread that reads; pacer: holds pictures back to their own speed, null if they
-    /// are taken as they come.
-    StreamReader(const StreamAddress& address, FrameInbox& inbox, FrameConverter& converter,
-                 const CertificateCheck& certificates, Pacer* pacer);
+    /// What lasts from one opening to the next.
+    struct Tools {
+        FrameConverter& converter;
+        JpegDecoder& jpegs;
+        const CertificateCheck& certificates;  ///< Of the thread that reads.
+    };
+
+    /// pacer: holds pictures back to their own speed; null: they are taken as they come.
+    StreamReader(const StreamAddress& address, FrameInbox& inbox, Tools tools, Pacer* pacer);
     ~StreamReader();
     StreamReader(const StreamReader&) = delete;
     StreamReader& operator=(const StreamReader&) = delete;
@@ -52,6 +58,13 @@ private:
     /// Nothing while all is well, else why reading is over.
     std::optional<std::string> Feed(const AVPacket* packet);
     std::optional<std::string> TakeFrame();
+    std::optional<std::string> TakeJpeg(const AVPacket& packet, JpegResult result);
+
+    /// Into the inbox, where nobody sees it yet.
+    JpegResult DecodeJpeg(const AVPacket& packet);
+
+    /// A picture has come. time: its own, in units of the stream. True: somebody wants it.
+    bool Arrived(std::int64_t time);
 
     bool Late() const { return Clock::now() > deadline_; }
     void ExtendDeadline();
@@ -59,8 +72,7 @@ private:
 
     const StreamAddress& address_;
     FrameInbox& inbox_;
-    FrameConverter& converter_;
-    const CertificateCheck& certificates_;
+    const Tools tools_;
     Pacer* pacer_;
     Clock::time_point deadline_;
     Clock::time_point lastPicture_;
@@ -72,8 +84,10 @@ private:
     decltype(AVFormatContext::io_open) openPart_ = nullptr;  ///< The library's own way.
     int stream_ = -1;
     bool independent_ = false;  ///< Every picture can be decoded without those before it.
+    bool jpegs_ = false;        ///< They are such as the decoder of JPEG pictures takes.
     bool announced_ = false;    ///< The inbox knows of the packet at hand, and wants its picture.
     bool pictures_ = false;     ///< Some have come.
+    bool damaged_ = false;      ///< The last one could not be decoded, though it needs no other.
     bool ended_ = false;
     bool left_ = false;  ///< It led to a place out of bounds.
 };

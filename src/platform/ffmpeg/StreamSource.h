@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <utility>
 
 #include "platform/CaptureSource.h"
+#include "platform/JpegDecoder.h"
 #include "platform/ffmpeg/FrameConverter.h"
 #include "platform/ffmpeg/StreamAddress.h"
 
@@ -12,14 +14,17 @@ namespace tessaloom {
 /// A stream, or a file that is played again and again.
 class StreamSource final : public CaptureSource {
 public:
-    /// authorities: see `CertificateCheck`.
-    StreamSource(const std::string& address, std::string authorities)
-        : address_(StreamAddress::Parse(address)), authorities_(std::move(authorities)) {}
+    /// decoder: for MJPEG; authorities: see `CertificateCheck`.
+    StreamSource(const std::string& address, std::unique_ptr<JpegDecoder> decoder, std::string authorities)
+        : address_(StreamAddress::Parse(address)),
+          decoder_(std::move(decoder)),
+          authorities_(std::move(authorities)) {}
 
     std::string Run(FrameInbox& inbox) override;
 
 private:
     StreamAddress address_;
+    std::unique_ptr<JpegDecoder> decoder_;
     std::string authorities_;
     FrameConverter converter_;
 };

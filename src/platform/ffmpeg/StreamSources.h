@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/CaptureSource.h"
+#include "platform/JpegDecoder.h"
 
 namespace tessaloom {
 
@@ -12,14 +13,16 @@ namespace tessaloom {
 /// one that begins with "https" or "rtsps" leads nowhere in clear.
 class StreamSources final : public CaptureSources {
 public:
-    /// authorities: the file of those whose certificates are trusted, in place of the system's.
-    explicit StreamSources(std::string authorities = "");
+    /// makeDecoder: for MJPEG, where the libraries' own shows damaged pictures; authorities: the file of
+    /// those whose certificates are trusted, in place of the system's.
+    explicit StreamSources(MakeJpegDecoder makeDecoder, std::string authorities = "");
 
     /// Nothing: addresses are typed in.
     std::vector<std::string> List() override { return {}; }
     std::unique_ptr<CaptureSource> Make(const std::string& address) override;
 
 private:
+    const MakeJpegDecoder makeDecoder_;
     const std::string authorities_;
 };
 

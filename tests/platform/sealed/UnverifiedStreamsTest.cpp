@@ -2,6 +2,7 @@
 #include "platform/ffmpeg/StreamSources.h"
 #include "support/CaughtFrames.h"
 #include "support/FilmClips.h"
+#include "support/FrameDecoder.h"
 #include "support/LocalHttpServer.h"
 #include "support/TemporaryFolder.h"
 #include "support/TlsFront.h"
@@ -30,7 +31,7 @@ TEST(UnverifiedStreams, AreNotOpenedThoughTheCertificateBeGood) {
         {camera.Address("/clear.m3u8"),   ""                                        },
         {camera.Address("/film.ts"),      ""                                        },
     };
-    StreamSources sources(front.CertificateFile());
+    StreamSources sources(MakeFrameDecoder, front.CertificateFile());
     for (const auto& [address, failure] : cases) {
         const auto source = sources.Make(address);
         CaughtFrames frames;
