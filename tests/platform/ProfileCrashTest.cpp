@@ -1,11 +1,10 @@
-#include <fcntl.h>
+#include <sys/ptrace.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
-#include <ctime>
 
-#include "platform/posix/Descriptor.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/profile/ProfileFiles.h"
 #include "support/TemporaryFolder.h"
@@ -13,96 +12,149 @@
 namespace tessaloom::testing {
 namespace {
 
-constexpr int Keys = 200;
-constexpr std::size_t Padding = 4000;  // makes the writing a good part of a save
+constexpr int Untraceable = 9;  // exit status of a process that may not be traced
 
-void Save(const std::string& path, int version) {
-    PosixFileSystem files;
-    ProfileFiles profile(files);
-    const std::string padding(Padding, ' ');
-    profile.Begin(path);
-    for (int i = 0; i < Keys; ++i)
-        profile.Set(path, "s" + std::to_string(i / 100), "key" + std::to_string(i),
-                    std::to_string(version) + padding + ";");
-    profile.Commit(path);
+/// Whether a process is to die now, asked whenever it enters a system call.
+using Moment = std::function<bool()>;
+
+constexpr auto Never = [] { return false; };
+
+/// Runs `work` in a process of its own.
+pid_t Fork(const std::function<void()>& work) {
+    const pid_t child = ::fork();
+    if (child < 0) throw std::runtime_error("cannot fork");
+    if (child > 0) return child;
+    work();
+    ::_exit(0);
 }
 
-/// Has the system kill this process when it has worked for that long.
-void DieAfter(long microseconds) {
-    sigevent event = {};
-    event.sigev_notify = SIGEV_SIGNAL;
-    event.sigev_signo = SIGKILL;
-    timer_t timer;
-    const itimerspec when = {
-        {                   },
-        { 0, 1000 * microseconds}
+/// Waits until the child stops or ends, for its status.
+int Status(pid_t child) {
+    int status = 0;
+    if (::waitpid(child, &status, 0) != child) throw std::runtime_error("lost the child");
+    return status;
+}
+
+/// Runs `work` in a process of its own that dies at this moment, before the system call does anything. The
+/// status of its end.
+int RunUntil(const Moment& moment, const std::function<void()>& work) {
+    const pid_t child = Fork([&] {
+        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) ::_exit(Untraceable);
+        ::raise(SIGSTOP);
+        work();
+    });
+    int status = Status(child);
+    if (WIFSTOPPED(status))
+        ::ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
+    bool inCall = false;
+    for (int signal = 0; WIFSTOPPED(status);) {
+        ::ptrace(PTRACE_SYSCALL, child, nullptr, signal);
+        status = Status(child);
+        const bool atCall = WIFSTOPPED(status) && WSTOPSIG(status) == (SIGTRAP | 0x80);
+        signal = atCall || !WIFSTOPPED(status) ? 0 : WSTOPSIG(status);
+        if (!atCall) continue;
+        inCall = !inCall;
+        if (inCall && moment()) ::kill(child, SIGKILL);
+    }
+    return status;
+}
+
+/// Runs `work` in a process of its own that dies when a file of its would grow beyond that size. The status
+/// of its end.
+int RunWithin(rlim_t bytes, const std::function<void()>& work) {
+    return Status(Fork([&] {
+        const rlimit none = {0, 0}, size = {bytes, bytes};
+        if (::setrlimit(RLIMIT_CORE, &none) != 0 || ::setrlimit(RLIMIT_FSIZE, &size) != 0) ::_exit(1);
+        ::signal(SIGXFSZ, SIG_DFL);
+        work();
+    }));
+}
+
+/// One file, of which each version bears one text in all its keys.
+class ProfileCrash : public ::testing::Test {
+protected:
+    void Save(const std::string& version) const {
+        PosixFileSystem files;
+        ProfileFiles profile(files);
+        profile.Begin(path_);
+        for (int i = 0; i < 200; ++i)
+            profile.Set(path_, "s" + std::to_string(i / 100), "key" + std::to_string(i), version);
+        profile.Commit(path_);
+    }
+
+    /// Saves and tells what the file holds then.
+    std::string Lay(const std::string& version) const {
+        Save(version);
+        return BytesOf(path_);
+    }
+
+    /// Beside the file itself.
+    std::ptrdiff_t Leftovers() const {
+        return std::distance(std::filesystem::directory_iterator(folder_.Path()), {}) - 1;
+    }
+
+    const TemporaryFolder folder_{TemporaryFolder::InMemory()};
+    const std::string path_ = folder_ / "a.can";
+};
+
+TEST_F(ProfileCrash, LeavesOneWholeVersionWheneverTheProcessIsKilled) {
+    const struct {
+        std::string from, to;
+        bool afterAnother;  // killed, whose leftover lies there
+    } Rows[] = {
+        {"old",   "longer", false},
+        {"older", "new",    false},
+        {"old",   "longer", true },
     };
-    if (::timer_create(CLOCK_PROCESS_CPUTIME_ID, &event, &timer) != 0 ||
-        ::timer_settime(timer, 0, &when, nullptr) != 0)
-        ::_exit(1);
-}
+    if (const int status = RunUntil(Never, [] {}); WIFEXITED(status) && WEXITSTATUS(status) == Untraceable)
+        GTEST_SKIP() << "no process may be traced here";
+    for (const auto& row : Rows) {
+        SCOPED_TRACE(row.from + " to " + row.to + (row.afterAnother ? " after another" : ""));
+        const std::string newer = Lay(row.to), older = Lay(row.from);
+        const auto save = [&] { Save(row.to); };
+        int oldOnes = 0, newOnes = 0, leftovers = 0;
+        for (int number = 1;; ++number) {
+            SCOPED_TRACE("call " + std::to_string(number));
+            ASSERT_EQ(Lay(row.from), older);
+            if (row.afterAnother) RunUntil([&] { return Leftovers() > 0; }, save);
+            ASSERT_EQ(Leftovers(), row.afterAnother ? 1 : 0);
 
-/// Saves one version after the other and tells of each by a byte, until it is killed.
-[[noreturn]] void SaveForEver(const std::string& path, int version, int tell) {
-    for (;; ++version) {
-        Save(path, version);
-        if (::write(tell, "x", 1) != 1) ::_exit(1);
-    }
-}
-
-/// The version that all keys bear; -1 when they do not agree.
-int VersionOf(const std::string& path) {
-    PosixFileSystem files;
-    ProfileFiles profile(files);
-    profile.Begin(path);  // one reading
-    const std::string version = profile.Get(path, "s0", "key0");
-    for (int i = 0; i < Keys; ++i)
-        if (profile.Get(path, "s" + std::to_string(i / 100), "key" + std::to_string(i)) != version) return -1;
-    return version.empty() ? -1 : std::stoi(version);
-}
-
-TEST(ProfileCrash, LeavesOneWholeVersionWheneverTheProcessIsKilled) {
-    const TemporaryFolder folder(TemporaryFolder::InMemory());
-    const std::string path = folder / "a.can";
-    std::mt19937 random(7);
-    const std::clock_t before = std::clock();
-    Save(path, 0);
-    // The kill comes anywhere within the first saves, however slow this build is, and at a multiple of the
-    // kernel's tick of some milliseconds: there must be room for several of them.
-    const long longest = 15'000 + 3 * static_cast<long>(1e6 * (std::clock() - before) / CLOCKS_PER_SEC);
-    int leftovers = 0, newest = 0;
-    for (int round = 1; round <= 200; ++round) {
-        int ends[2];
-        ASSERT_EQ(::pipe2(ends, O_CLOEXEC), 0);
-        const Descriptor hear(ends[0]);
-        Descriptor tell(ends[1]);
-        const int first = round * 1000;
-        const auto headStart = static_cast<unsigned>(random() % 3'000'000);  // some milliseconds: not in step
-        const long life = 1 + static_cast<long>(random()) % longest;         // with that tick
-        const pid_t child = ::fork();
-        ASSERT_GE(child, 0);
-        if (child == 0) {
-            for (volatile unsigned spin = headStart; spin > 0;) spin = spin - 1;
-            DieAfter(life);
-            SaveForEver(path, first, tell.Number());
+            int calls = 0;
+            const int status = RunUntil([&] { return ++calls == number; }, save);
+            const std::string found = BytesOf(path_);
+            ASSERT_TRUE(found == older || found == newer) << found;
+            ASSERT_LE(Leftovers(), 1);
+            leftovers += static_cast<int>(Leftovers());
+            ++(found == older ? oldOnes : newOnes);
+            if (WIFEXITED(status)) {
+                EXPECT_EQ(found, newer);
+                EXPECT_EQ(Leftovers(), 0);
+                break;
+            }
+            ASSERT_EQ(WTERMSIG(status), SIGKILL);
+            Save("the next one");
+            ASSERT_EQ(Leftovers(), 0);
         }
-        tell.Close();
-        int told = 0, status = 0;
-        for (char byte; ::read(hear.Number(), &byte, 1) == 1;) ++told;
-        ASSERT_EQ(::waitpid(child, &status, 0), child);
-        ASSERT_TRUE(WIFSIGNALED(status));
-
-        if (told > 0) newest = first + told - 1;
-        const int version = VersionOf(path);
-        ASSERT_TRUE(version == newest || version == first + told) << version << " after " << newest;
-        newest = version;
-        const auto entries = std::distance(std::filesystem::directory_iterator(folder.Path()), {});
-        ASSERT_LE(entries, 2);
-        leftovers += entries == 2;
+        EXPECT_GT(oldOnes, 1);
+        EXPECT_GT(newOnes, 1);
+        EXPECT_GT(leftovers, 1) << "no save was ever interrupted";
     }
-    EXPECT_GT(leftovers, 0) << "no save was ever interrupted";
-    Save(path, 1);
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
+}
+
+TEST_F(ProfileCrash, LeavesTheOldVersionWhenTheProcessIsKilledWhileItWrites) {
+    const std::size_t size = Lay("newer").size();
+    const std::string older = Lay("old");
+    for (const std::size_t written : {std::size_t{0}, std::size_t{1}, size / 2, size - 1}) {
+        SCOPED_TRACE(written);
+        ASSERT_EQ(Lay("old"), older);
+        const int status = RunWithin(written, [&] { Save("newer"); });
+        ASSERT_TRUE(WIFSIGNALED(status));
+        ASSERT_EQ(WTERMSIG(status), SIGXFSZ);
+        EXPECT_EQ(BytesOf(path_), older);
+        EXPECT_EQ(Leftovers(), 1);
+        Save("the next one");
+        EXPECT_EQ(Leftovers(), 0);
+    }
 }
 
 }  // namespace
