@@ -94,11 +94,12 @@ struct Pixels {
     }
 };
 
-/// The sum of the products of each pair.
+/// `added` and the sum of the products of each pair. It is added last: on NEON the library spreads the pairs over
+/// both of its sums, and would take what is in the first of them for products of other pairs.
 HWY_INLINE V32 SumOfPairs(V16 a, V16 b, V32 added) {
     V32 rest = hn::Zero(D32());
-    const V32 sum = hn::ReorderWidenMulAccumulate(D32(), a, b, added, rest);
-    return hn::RearrangeToOddPlusEven(sum, rest);
+    const V32 sum = hn::ReorderWidenMulAccumulate(D32(), a, b, hn::Zero(D32()), rest);
+    return hn::Add(added, hn::RearrangeToOddPlusEven(sum, rest));
 }
 
 /// A component of all pixels, 0 .. 255; in each block, eight of them in either vector.
