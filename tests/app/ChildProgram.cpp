@@ -51,6 +51,7 @@ ChildProgram::ChildProgram(const std::string& folder, const std::vector<std::str
         dup2(log, STDERR_FILENO);
         const bool dropped =
             !options.unprivileged || geteuid() != 0 || (setgid(Nobody) == 0 && setuid(Nobody) == 0);
+        if (options.traced) LetTrace();
         if (dropped) execv(argv[0], argv.data());
         _exit(ExecFailed);
     }
@@ -76,9 +77,18 @@ bool ChildProgram::EndsWithin(double milliseconds) {
     if (milliseconds > 0) Wait(handle_, milliseconds);
     int status = 0;
     if (waitpid(process_, &status, WNOHANG) != process_) return false;
+    End(status);
+    return true;
+}
+
+int ChildProgram::DiesAt(const Moment& moment) {
+    End(KillAt(moment, process_));
+    return status_;
+}
+
+void ChildProgram::End(int status) {
     status_ = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
     process_ = 0;
-    return true;
 }
 
 int ChildProgram::Status() {

@@ -3,6 +3,7 @@
 #include <sys/types.h>
 
 #include "support/TemporaryFolder.h"
+#include "support/TracedProcess.h"
 
 namespace tessaloom::testing {
 
@@ -12,6 +13,7 @@ public:
     struct Options {
         std::vector<std::string> environment;  ///< "NAME=value", on top of this process's own.
         bool unprivileged = false;             ///< As a user who owns nothing, where this one may do all.
+        bool traced = false;                   ///< Runs only within `DiesAt`.
     };
 
     /// arguments: what follows "--home FOLDER" on the command line.
@@ -32,6 +34,9 @@ public:
     /// and on.
     int Status();
 
+    /// Runs the program, traced, until it is killed at this moment. The end's status, as `Status` tells it.
+    int DiesAt(const Moment& moment);
+
     bool Runs() { return !EndsWithin(0); }
 
     std::string Output() const;
@@ -41,6 +46,8 @@ public:
     static constexpr double Patience = 30'000;
 
 private:
+    void End(int status);
+
     TemporaryFolder own_;  ///< What it prints, and the folders of its user.
     pid_t process_ = 0;    ///< 0: ended.
     int handle_ = -1;

@@ -125,7 +125,8 @@ TEST_F(ProgramTest, PublishesUntilASignalEndsItInOrder) {
 
 TEST_F(ProgramTest, EndsInOrderFromWithinAScriptThatNeverEnds) {
     WriteDocuments();
-    Write("p.por", std::string(Portfolio) + "[Scripting]\r\nFileName=s.vbs\r\nAllowInterval=True\r\nEnabled=True\r\n");
+    Write("p.por",
+          std::string(Portfolio) + "[Scripting]\r\nFileName=s.vbs\r\nAllowInterval=True\r\nEnabled=True\r\n");
     Write("s.vbs",
           "Sub Interval\nOn Error Resume Next\n"
           "CreateObject(\"Scripting.FileSystemObject\").CreateTextFile(\"began\").Close\n"
@@ -344,11 +345,11 @@ TEST_F(ProgramTest, KeepsItsFilesFreeOfTheUsersDecimalComma) {
         }
 }
 
-/// Starts the program on documents that it completes, and kills it while it does, at a random moment.
+/// Starts the program on documents that it completes, and kills it at every change that it makes to the
+/// folder.
 TEST_F(ProgramTest, LosesNoDocumentWhenItIsKilledWhileSaving) {
-    constexpr int Rounds = 200;
-    constexpr int Canvases = 6;
-    const TemporaryFolder home(TemporaryFolder::InMemory());
+    constexpr int Canvases = 6, Documents = Canvases + 1;
+    const ChildProgram::Options traced{.environment = {}, .traced = true};
     std::map<std::string, std::string> older, newer;
     for (int i = 1; i <= Canvases; ++i) {
         const std::string number = std::to_string(i);
@@ -358,55 +359,64 @@ TEST_F(ProgramTest, LosesNoDocumentWhenItIsKilledWhileSaving) {
             canvas += "[Text0" + std::to_string(text) + "]\r\nEnabled=True\r\n";
     }
     const auto lay = [&] {
-        for (const auto& [name, bytes] : older) std::ofstream(home / name, std::ios::binary) << bytes;
+        for (const auto& entry : List()) fs::remove(entry.first);
+        for (const auto& [name, bytes] : older) Write(name, bytes);
     };
-    const auto settled = [&] { return BytesOf(home / "p.por") != older["p.por"]; };
-
-    lay();
-    {
-        ChildProgram program(home.Path(), RunsDocuments);
-        ASSERT_TRUE(Becomes(settled)) << program.Log();
+    const auto run = [&] {
+        ChildProgram program(home_.Path(), RunsDocuments);
+        EXPECT_TRUE(Becomes([&] { return Read("p.por") != older["p.por"]; })) << program.Log();
         EndInOrder(program);
-    }
+    };
+    lay();
+    run();
     for (const auto& [name, bytes] : older) {
-        newer[name] = BytesOf(home / name);
+        newer[name] = Read(name);
         ASSERT_NE(newer[name], bytes);
     }
 
-    // The time to the first and to the last document is learned while it goes.
-    std::mt19937 random(7);
-    double longest = 20;
-    int asLaid = 0, completed = 0, between = 0;
-    for (int round = 0; round < Rounds; ++round) {
+    // The files and their sizes.
+    const auto look = [&] {
+        std::map<std::string, std::uintmax_t> sizes;
+        for (const auto& entry : fs::directory_iterator(home_.Path()))
+            sizes[entry.path().filename().string()] = entry.file_size();
+        return sizes;
+    };
+    const auto fresh = [&] {
+        return std::ranges::count_if(newer,
+                                     [&](const auto& file) { return Read(file.first) == file.second; });
+    };
+    int asLaid = 0, between = 0;
+    for (int number = 1; number == 1 || fresh() < Documents; ++number) {
+        SCOPED_TRACE("change " + std::to_string(number));
         lay();
-        std::size_t fresh = 0;
-        {
-            ChildProgram program(home.Path(), RunsDocuments);
-            const double moment = longest * std::uniform_real_distribution(0.2, 1.0)(random);
-            ASSERT_FALSE(program.EndsWithin(moment)) << program.Log();
-            program.Send(SIGKILL);
-            ASSERT_EQ(program.Status(), -SIGKILL);
-        }
-        for (const auto& [name, bytes] : older) {
-            const std::string found = BytesOf(home / name);
-            ASSERT_TRUE(found == bytes || found == newer[name]) << name << " in round " << round;
-            fresh += found == bytes ? 0U : 1U;
-        }
-        ++(fresh == 0 ? asLaid : fresh == older.size() ? completed : between);
-        longest *= fresh == older.size() ? 0.97 : 1.04;
+        ChildProgram program(home_.Path(), RunsDocuments, traced);
+        int changes = 0;
+        const int status = program.DiesAt([&, before = look()]() mutable {
+            const auto now = look();
+            if (std::exchange(before, now) == now) return false;
+            return ++changes == number || fresh() == Documents;
+        });
+        if (status == Untraceable) GTEST_SKIP() << "no process may be traced here";
+        ASSERT_EQ(status, -SIGKILL) << program.Log();
+        for (const auto& [name, bytes] : older) ASSERT_THAT(Read(name), AnyOf(bytes, newer[name])) << name;
+        asLaid += fresh() == 0;
+        between += fresh() > 0 && fresh() < Documents;
     }
     RecordProperty("KilledBetweenDocuments", between);
-    EXPECT_GT(asLaid, 0);
-    EXPECT_GT(completed + between, 0);
+    EXPECT_GT(asLaid, 1);
+    EXPECT_GT(between, Canvases);
 
+    const auto leftover = [&] {
+        return std::ranges::any_of(look(), [](const auto& file) { return file.first.starts_with(".c"); });
+    };
     lay();
-    ChildProgram program(home.Path(), RunsDocuments);
-    EXPECT_TRUE(Becomes(settled));
-    EndInOrder(program);
-    for (const auto& entry : fs::directory_iterator(home.Path())) {
-        const std::string name = entry.path().filename().string();
-        EXPECT_TRUE(older.contains(name) || name == "Tessaloom.INI") << name << " was left behind";
-    }
+    ChildProgram(home_.Path(), RunsDocuments, traced).DiesAt([&] {
+        return leftover() || fresh() == Documents;
+    });
+    ASSERT_TRUE(leftover());
+    run();
+    for (const auto& file : look())
+        EXPECT_TRUE(older.contains(file.first) || file.first == "Tessaloom.INI") << file.first << " was left";
 }
 
 }  // namespace

@@ -1,21 +1,12 @@
-#include <sys/ptrace.h>
 #include <sys/resource.h>
-#include <sys/wait.h>
-#include <unistd.h>
-
-#include <csignal>
 
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/profile/ProfileFiles.h"
 #include "support/TemporaryFolder.h"
+#include "support/TracedProcess.h"
 
 namespace tessaloom::testing {
 namespace {
-
-constexpr int Untraceable = 9;  // exit status of a process that may not be traced
-
-/// Whether a process is to die now, asked whenever it enters a system call.
-using Moment = std::function<bool()>;
 
 constexpr auto Never = [] { return false; };
 
@@ -28,41 +19,20 @@ pid_t Fork(const std::function<void()>& work) {
     ::_exit(0);
 }
 
-/// Waits until the child stops or ends, for its status.
-int Status(pid_t child) {
-    int status = 0;
-    if (::waitpid(child, &status, 0) != child) throw std::runtime_error("lost the child");
-    return status;
-}
-
 /// Runs `work` in a process of its own that dies at this moment, before the system call does anything. The
 /// status of its end.
 int RunUntil(const Moment& moment, const std::function<void()>& work) {
-    const pid_t child = Fork([&] {
-        if (::ptrace(PTRACE_TRACEME, 0, nullptr, nullptr) != 0) ::_exit(Untraceable);
-        ::raise(SIGSTOP);
-        work();
-    });
-    int status = Status(child);
-    if (WIFSTOPPED(status))
-        ::ptrace(PTRACE_SETOPTIONS, child, nullptr, PTRACE_O_TRACESYSGOOD | PTRACE_O_EXITKILL);
-    bool inCall = false;
-    for (int signal = 0; WIFSTOPPED(status);) {
-        ::ptrace(PTRACE_SYSCALL, child, nullptr, signal);
-        status = Status(child);
-        const bool atCall = WIFSTOPPED(status) && WSTOPSIG(status) == (SIGTRAP | 0x80);
-        signal = atCall || !WIFSTOPPED(status) ? 0 : WSTOPSIG(status);
-        if (!atCall) continue;
-        inCall = !inCall;
-        if (inCall && moment()) ::kill(child, SIGKILL);
-    }
-    return status;
+    return KillAt(moment, Fork([&] {
+                      LetTrace();
+                      ::raise(SIGSTOP);
+                      work();
+                  }));
 }
 
 /// Runs `work` in a process of its own that dies when a file of its would grow beyond that size. The status
 /// of its end.
 int RunWithin(rlim_t bytes, const std::function<void()>& work) {
-    return Status(Fork([&] {
+    return StatusOf(Fork([&] {
         const rlimit none = {0, 0}, size = {bytes, bytes};
         if (::setrlimit(RLIMIT_CORE, &none) != 0 || ::setrlimit(RLIMIT_FSIZE, &size) != 0) ::_exit(1);
         ::signal(SIGXFSZ, SIG_DFL);
@@ -106,8 +76,7 @@ TEST_F(ProfileCrash, LeavesOneWholeVersionWheneverTheProcessIsKilled) {
         {"older", "new",    false},
         {"old",   "longer", true },
     };
-    if (const int status = RunUntil(Never, [] {}); WIFEXITED(status) && WEXITSTATUS(status) == Untraceable)
-        GTEST_SKIP() << "no process may be traced here";
+    if (WasUntraceable(RunUntil(Never, [] {}))) GTEST_SKIP() << "no process may be traced here";
     for (const auto& row : Rows) {
         SCOPED_TRACE(row.from + " to " + row.to + (row.afterAnother ? " after another" : ""));
         const std::string newer = Lay(row.to), older = Lay(row.from);
