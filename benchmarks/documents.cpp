@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 
+#include "benchmarks/Effort.h"
 #include "imaging/Graphic.h"
 #include "model/Canvas.h"
 #include "model/Portfolio.h"
@@ -15,8 +16,7 @@
 #include "support/TestPlatform.h"
 #include "text/Text.h"
 
-using namespace tessaloom;
-
+namespace tessaloom {
 namespace {
 
 /// A platform with a file system of its own: nothing of a file is known before it is read.
@@ -141,10 +141,21 @@ void SaveNew(benchmark::State& state) {
     Finish(state, folder);
 }
 
-BENCHMARK(Load)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2);
-BENCHMARK(SaveChanged)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2);
-BENCHMARK(SaveNew)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(2);
+BENCHMARK(Load)->Arg(50)->Arg(100)->Unit(benchmark::kMillisecond)->UseRealTime()->MinTime(Effort(2.0, 0.001));
+BENCHMARK(SaveChanged)
+    ->Arg(50)
+    ->Arg(100)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->MinTime(Effort(2.0, 0.001));
+BENCHMARK(SaveNew)
+    ->Arg(50)
+    ->Arg(100)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime()
+    ->MinTime(Effort(2.0, 0.001));
 
 }  // namespace
+}  // namespace tessaloom
 
 BENCHMARK_MAIN();

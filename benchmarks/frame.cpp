@@ -27,6 +27,7 @@ extern "C" {
 #include <string>
 #include <vector>
 
+#include "benchmarks/Effort.h"
 #include "imaging/BmpFile.h"
 #include "imaging/Graphic.h"
 #include "imaging/JpegEncoder.h"
@@ -42,8 +43,7 @@ namespace tessaloom {
 namespace {
 
 constexpr int Width = 1920, Height = 1080, SmallWidth = 640, SmallHeight = 360, Small = 3;
-constexpr int Lines = 10, LinePixels = 24, LineX = 20, LineStep = 56, TextWidth = 520, Turns = 120,
-              Quality = 80;
+constexpr int Lines = 10, LinePixels = 24, LineX = 20, LineStep = 56, TextWidth = 520, Quality = 80;
 constexpr double ShadowIntensity = 30;  // what a canvas begins with, percent
 constexpr double Opacity = 0.6;
 
@@ -390,7 +390,8 @@ struct Row {
 };
 
 void Run(std::span<Row> rows) {
-    for (int turn = 0; turn < Turns; ++turn)
+    const int turns = Effort(120, 4);
+    for (int turn = 0; turn < turns; ++turn)
         for (std::size_t i = 0; i < rows.size(); ++i) {
             Row& row = rows[(i + static_cast<std::size_t>(turn)) % rows.size()];
             row.times.push_back(Milliseconds([&] { row.draw(turn); }));

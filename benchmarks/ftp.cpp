@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "benchmarks/Effort.h"
 #include "platform/curl/CurlFtpClients.h"
 #include "platform/posix/PosixFileSystem.h"
 #include "platform/qt/QtSystemTime.h"
@@ -28,7 +29,6 @@ using Clock = std::chrono::steady_clock;
 using testing::FtpServer;
 
 constexpr std::size_t Bytes = 20'000'000;
-constexpr int Uploads = 150;
 constexpr int TickMilliseconds = 10;
 
 double MillisecondsSince(Clock::time_point start) {
@@ -108,7 +108,7 @@ private:
         if (failed) return QCoreApplication::quit();
         if (ftp_.CurrentState() != InetFTP::State::ConnectedWaiting) return;
         uploads.push_back(MillisecondsSince(*storing_));
-        if (uploads.size() == Uploads) return QCoreApplication::quit();
+        if (uploads.size() == Effort<std::size_t>(150, 2)) return QCoreApplication::quit();
         Send();
     }
 
@@ -141,7 +141,7 @@ void Measure(QCoreApplication& application, FtpServer::Kind kind, const char* na
     const std::string command = "curl -s " + std::string(options) + " --cacert '" + server.CertificateFile() +
                                 "' -T '" + file + "' -u anonymous:guest '" + address + "/up/curl'";
     std::vector<double> peer;
-    for (int i = 0; i < 20; ++i) {
+    for (int i = 0; i < Effort(20, 2); ++i) {
         const auto start = Clock::now();
         if (std::system(command.c_str()) != 0) return;
         peer.push_back(MillisecondsSince(start));
@@ -160,7 +160,7 @@ void Measure(QCoreApplication& application, FtpServer::Kind kind, const char* na
 int main(int argc, char** argv) {
     using namespace tessaloom;
     QCoreApplication application(argc, argv);
-    const testing::TemporaryFolder folder;
+    const tessaloom::testing::TemporaryFolder folder;
     if (chdir(folder.Path().c_str()) != 0) return 1;
     const QtSystemTime time;
     modTime::UseSystemTime(time);
@@ -169,12 +169,12 @@ int main(int argc, char** argv) {
         QtTimer timer;
         timer.Start(TickMilliseconds, [&] {
             ticks.Tick();
-            if (ticks.Ticks() == 1000) QCoreApplication::quit();
+            if (ticks.Ticks() == Effort<std::size_t>(1000, 10)) QCoreApplication::quit();
         });
         application.exec();
         ticks.Print("idle");
     }
-    Measure(application, testing::FtpServer::Kind::Vsftpd, "plain", "");
-    Measure(application, testing::FtpServer::Kind::VsftpdTls, "TLS", "--ssl-reqd --tls-max 1.2");
+    Measure(application, tessaloom::testing::FtpServer::Kind::Vsftpd, "plain", "");
+    Measure(application, tessaloom::testing::FtpServer::Kind::VsftpdTls, "TLS", "--ssl-reqd --tls-max 1.2");
     modTime::ReleaseSystemTime(time);
 }

@@ -26,6 +26,7 @@
 #include <thread>
 #include <vector>
 
+#include "benchmarks/Effort.h"
 #include "imaging/Graphic.h"
 #include "model/Canvas.h"
 #include "model/Portfolio.h"
@@ -43,13 +44,12 @@
 #include "text/Text.h"
 #include "time/modTime.h"
 
-using namespace tessaloom;
+namespace tessaloom {
 using Steady = std::chrono::steady_clock;
 
 namespace {
 
 constexpr std::chrono::milliseconds Tick{10};
-constexpr int Rounds = 3;
 
 void Demand(bool holds, const std::string& what) {
     if (holds) return;
@@ -250,11 +250,13 @@ double Share(std::vector<double> values, double share) {
 }
 
 }  // namespace
+}  // namespace tessaloom
 
 int main(int count, char** arguments) {
-    const int seconds = count > 1 ? std::max(1, std::atoi(arguments[1])) : 5;
+    using namespace tessaloom;
+    const int seconds = count > 1 ? std::max(1, std::atoi(arguments[1])) : Effort(5, 1);
     QCoreApplication application(count, arguments);
-    const testing::TemporaryFolder folder(testing::TemporaryFolder::InMemory());
+    const tessaloom::testing::TemporaryFolder folder(tessaloom::testing::TemporaryFolder::InMemory());
     ::chmod(folder.Path().c_str(), 0755);  // nginx reads as somebody else
     Server server(folder.Path());
     const SharedBytes picture = server.Picture();
@@ -263,7 +265,7 @@ int main(int count, char** arguments) {
     {
         const Nginx nginx(folder.Path());
         std::vector<double> own, peer;
-        for (int round = 0; round < Rounds; ++round) {
+        for (int round = 0; round < Effort(3, 1); ++round) {
             for (const auto& [port, rates] : {std::pair(server.port, &own), std::pair(nginx.port, &peer)}) {
                 Child wrk(Wrk(16, seconds, port));
                 server.Run([&] { return wrk.Ended(); });

@@ -26,6 +26,7 @@
 #include <emmintrin.h>
 #endif
 
+#include "benchmarks/Effort.h"
 #include "imaging/Resampler.h"
 #include "imaging/pixelops/ColorModes.h"
 #include "imaging/pixelops/Rotation.h"
@@ -34,7 +35,7 @@
 
 namespace {
 
-constexpr int Width = 1920, Height = 1080, LeastTurns = 60;
+constexpr int Width = 1920, Height = 1080;
 constexpr int NoKey = 0x1000000, Key = 0x20C040;  // 0x00BBGGRR
 constexpr std::size_t LeastRotation = std::size_t{64} << 20;
 
@@ -172,7 +173,8 @@ void Measure(const char* name, std::size_t sets, const Work& ours, const std::ve
     const auto rotate = [sets](const Work& work, std::vector<double>& times) {
         for (std::size_t set = 0; set < sets; ++set) times.push_back(Milliseconds(work, set));
     };
-    while (ourTimes.size() < LeastTurns) {
+    const std::size_t turns = tessaloom::Effort(60, 1);
+    while (ourTimes.size() < turns) {
         rotate(ours, ourTimes);
         for (std::size_t i = 0; i < peers.size(); ++i) rotate(peers[i].work, theirTimes[i]);
     }
@@ -193,13 +195,14 @@ cv::Mat Few(const cv::Mat& picture) { return picture.rowRange(14, 28); }
 
 /// Our time on `Few` rows. reachable: what was seen to be, in ns a pixel; 0 where that is not known.
 void MeasureInCache(double reachable, const std::function<void()>& ours) {
-    constexpr int Turns = 20, Rounds = 60;
+    constexpr int Turns = 20;
+    const int rounds = tessaloom::Effort(60, 1);
     const auto turns = [&](std::size_t) {
         for (int i = 0; i < Turns; ++i) ours();
     };
     turns(0);
     std::vector<double> times;
-    for (int i = 0; i < Rounds; ++i) times.push_back(Milliseconds(turns, 0));
+    for (int i = 0; i < rounds; ++i) times.push_back(Milliseconds(turns, 0));
     std::printf("    %-36s %7.3f ns a pixel", "in the cache", Median(times) * 1e6 / (Turns * 14.0 * Width));
     if (reachable > 0) std::printf("  (%.2f)", reachable);
     std::printf("\n");

@@ -9,6 +9,7 @@
 #include <span>
 #include <vector>
 
+#include "benchmarks/Effort.h"
 #include "imaging/DIB.h"
 #include "imaging/JpegEncoder.h"
 #include "platform/jpeg/TurboJpegCodec.h"
@@ -17,7 +18,7 @@ using namespace tessaloom;
 
 namespace {
 
-constexpr int Width = 1920, Height = 1080, Quality = 80, Turns = 301;
+constexpr int Width = 1920, Height = 1080, Quality = 80;
 
 /// Slopes with some noise: neither as easy as a plain area nor as hard as noise alone.
 void Fill(DIB& picture) {
@@ -77,7 +78,8 @@ int main() {
     }
 
     std::vector<double> ourTimes, theirTimes;
-    for (int turn = 0; turn < Turns; ++turn) {
+    const int turns = tessaloom::Effort(301, 2);
+    for (int turn = 0; turn < turns; ++turn) {
         const bool first = turn % 2 == 0;
         if (first) ourTimes.push_back(Milliseconds(ours));
         theirTimes.push_back(Milliseconds(theirs));

@@ -15,6 +15,7 @@
 #include <memory>
 #include <string>
 
+#include "benchmarks/Effort.h"
 #include "core/modNumbers.h"
 #include "model/Canvas.h"
 #include "model/Portfolio.h"
@@ -26,8 +27,7 @@
 #include "text/VWS.h"
 #include "time/modTime.h"
 
-using namespace tessaloom;
-
+namespace tessaloom {
 namespace {
 
 constexpr int LiveCanvas = 2;
@@ -61,8 +61,8 @@ public:
         return true;
     }
 
-    bool RenameFile(std::string_view source, std::string_view target) override {
-        const bool renamed = MemoryFileSystem::RenameFile(source, target);
+    bool RenameFile(std::string_view source, std::string_view target, const Between& between) override {
+        const bool renamed = MemoryFileSystem::RenameFile(source, target, between);
         copies += renamed;
         return renamed;
     }
@@ -152,8 +152,9 @@ private:
     FreeTypeFonts fonts_;
     TurboJpegCodec codec_;
     Platform platform_{
-        files_, profiles_,      fakes_.locale,  fakes_.time,       fonts_,       fakes_.pictureLoader,
-        codec_, fakes_.dialogs, fakes_.desktop, fakes_.mainWindow, fakes_.timer, fakes_.urlTransfers};
+        files_,        profiles_,      fakes_.locale,  fakes_.time,       fonts_,       fakes_.pictureLoader,
+        codec_,        fakes_.dialogs, fakes_.desktop, fakes_.mainWindow, fakes_.timer, fakes_.urlTransfers,
+        fakes_.sockets};
     Portfolio portfolio_{platform_};
     long seconds_ = 0;
 };
@@ -180,10 +181,12 @@ int DaysFrom(int count, char** arguments) {
 }
 
 }  // namespace
+}  // namespace tessaloom
 
 int main(int count, char** arguments) {
+    using namespace tessaloom;
     const int days = DaysFrom(count, arguments);
-    const long half = days * static_cast<long>(SecondsPerDay) / 2;
+    const long half = Effort(days * static_cast<long>(SecondsPerDay) / 2, 7200L);
     Simulation simulation;
     const auto start = std::chrono::steady_clock::now();
 

@@ -20,6 +20,7 @@ extern "C" {
 #include <string>
 #include <vector>
 
+#include "benchmarks/Effort.h"
 #include "imaging/DIB.h"
 #include "locale/DateParts.h"
 #include "model/Canvas.h"
@@ -51,7 +52,7 @@ double Median(std::vector<double> values) {
 /// The median of `turns` measurements of `repeats` calls each, for one call.
 double Typical(int turns, int repeats, const std::function<void()>& work) {
     std::vector<double> times;
-    for (int turn = 0; turn < turns; ++turn)
+    for (int turn = 0; turn < Effort(turns, 1); ++turn)
         times.push_back(Microseconds([&] {
                             for (int i = 0; i < repeats; ++i) work();
                         }) /
@@ -364,7 +365,8 @@ bool CompareLines() {
         {"Pango, Cairo", [&](int frame) { cairo.Draw(frame); },    {}},
         {"drawtext",     [&](int frame) { filters.Draw(frame); },  {}},
     };
-    for (int frame = 0; frame < 301; ++frame)
+    const int frames = Effort(301, 3);
+    for (int frame = 0; frame < frames; ++frame)
         for (std::size_t i = 0; i < std::size(rows); ++i) {
             auto& row = rows[(i + static_cast<std::size_t>(frame)) % std::size(rows)];
             row.times.push_back(Microseconds([&] { row.draw(frame); }));

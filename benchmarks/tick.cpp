@@ -6,8 +6,8 @@
 #include "model/AllocationCounter.h"
 #include "model/Documents.h"
 
-using namespace tessaloom;
-using tessaloom::testing::Documents;
+namespace tessaloom {
+using testing::Documents;
 
 namespace {
 
@@ -58,5 +58,6 @@ BENCHMARK(EmptyPortfolio);
 BENCHMARK(FullPortfolio)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
+}  // namespace tessaloom
 
 BENCHMARK_MAIN();

@@ -13,6 +13,7 @@
 #include <limits>
 #include <string>
 
+#include "benchmarks/Effort.h"
 #include "core/main/modMain.h"
 #include "platform/posix/PosixEnvironment.h"
 #include "platform/posix/PosixFolders.h"
@@ -23,7 +24,6 @@
 namespace tessaloom {
 namespace {
 
-constexpr int Rounds = 5;
 constexpr double None = std::numeric_limits<double>::quiet_NaN();
 
 /// A program of its own in each language; the procedure `Bench` is what is timed.
@@ -291,7 +291,7 @@ private:
 void Compare(Program& program, const Comparison& row) {
     Lua lua(row.lua);
     double ours = 1e9, luas = 1e9, pythons = 1e9;
-    for (int round = 0; round < Rounds; ++round) {
+    for (int round = 0; round < Effort(5, 1); ++round) {
         program.Load(row.script);
         ours = std::min(ours, Timed([&] { program.Call("Bench"); }));
         luas = std::min(luas, Timed([&] { lua.Bench(); }));
@@ -319,7 +319,7 @@ std::string LongScript(int lines) {
 void MeasureAlone(Program& program) {
     const std::string code = LongScript(10000);
     double loading = 1e9, hook = 1e9;
-    for (int round = 0; round < Rounds; ++round) {
+    for (int round = 0; round < Effort(5, 1); ++round) {
         loading = std::min(loading, Timed([&] { program.Load(code); }));
         program.Load("Sub Interval\nEnd Sub\n");
         constexpr int Calls = 100000;

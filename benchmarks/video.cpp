@@ -20,6 +20,7 @@
 #include <thread>
 #include <vector>
 
+#include "benchmarks/Effort.h"
 #include "imaging/Graphic.h"
 #include "model/AllocationCounter.h"
 #include "model/Canvas.h"
@@ -38,7 +39,7 @@ using Steady = std::chrono::steady_clock;
 
 namespace {
 
-constexpr int Width = 1920, Height = 1080, Turns = 200;
+constexpr int Width = 1920, Height = 1080;
 
 double Milliseconds(const std::function<void()>& work) {
     const auto start = Steady::now();
@@ -49,8 +50,9 @@ double Milliseconds(const std::function<void()>& work) {
 /// Runs `work` over and over and prints the median and the least time.
 void Time(const char* what, double bound, const std::function<void(int turn)>& work) {
     std::vector<double> times;
-    times.reserve(Turns);
-    for (int turn = 0; turn < Turns; ++turn) times.push_back(Milliseconds([&] { work(turn); }));
+    const int turns = Effort(200, 3);
+    times.reserve(static_cast<std::size_t>(turns));
+    for (int turn = 0; turn < turns; ++turn) times.push_back(Milliseconds([&] { work(turn); }));
     std::ranges::sort(times);
     std::printf("%-44s %7.3f ms, least %.3f", what, times[times.size() / 2], times.front());
     if (bound > 0) std::printf("   (to reach: %.1f)", bound);
@@ -285,7 +287,7 @@ void DeadAddresses(double seconds) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    const double seconds = count > 1 ? std::atof(arguments[1]) : 10;
+    const double seconds = count > 1 ? std::atof(arguments[1]) : tessaloom::Effort(10.0, 0.2);
     FrameToCanvas();
     Motion();
     Shares(seconds);
