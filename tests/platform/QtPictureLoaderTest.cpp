@@ -142,15 +142,6 @@ TEST(QtPictureLoader, DrawsVectorPicturesThatStandByThemselves) {
     EXPECT_FALSE(loader.Load(Bytes{0x1F, 0x8B, 8, 0})) << "packed";
 }
 
-TEST(QtPictureLoader, TakesATextBitmapWholeOnly) {
-    constexpr std::string_view File =
-        "#define a_width 8\n#define a_height 2\nstatic char a_bits[] = {\n 0xff, 0x01};\n";
-    QtPictureLoader loader;
-    EXPECT_EQ(loader.Load(FromText(File)).height, 2);
-    for (std::size_t length = 0; length < File.find('}'); ++length)
-        EXPECT_FALSE(loader.Load(FromText(File.substr(0, length)))) << length;
-}
-
 TEST(QtPictureLoader, SurvivesDamagedFiles) {
     QtPictureLoader loader;
     loader.SetLimits({.side = 65500, .pixels = 1'000'000});

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "imaging/DIB.h"
+#include "platform/Bytes.h"
 #include "platform/JpegCodec.h"
 #include "platform/PictureLoader.h"
 #include "support/Testing.h"
@@ -62,6 +63,16 @@ public:
     PictureLimits limits;
 
     void SetLimits(const PictureLimits& allowed) override { limits = allowed; }
+
+    std::optional<PictureHeader> Header(std::span<const std::uint8_t> beginning) override {
+        if (!AsText(beginning).starts_with("any")) return std::nullopt;
+        const auto picture = PlainPicture::From(beginning);
+        return PictureHeader{picture.width, picture.height};
+    }
+
+    std::shared_ptr<PictureLoader> Another() const override {
+        return std::make_shared<FakePictureLoader>(*this);
+    }
 
     LoadedPicture Load(std::span<const std::uint8_t> file) override {
         const auto picture = PlainPicture::From(file);

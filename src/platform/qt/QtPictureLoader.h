@@ -4,12 +4,15 @@
 
 namespace tessaloom {
 
-/// The loader on QImageReader: BMP, GIF, ICO, PNG, PNM, XBM, XPM and what plug-ins add. Only vector pictures
-/// need an application object, a QGuiApplication; they must not be packed nor name other files.
+/// The loader on QImageReader, which is only ever asked for the format that our own look at a file's first
+/// bytes found: BMP, GIF, ICO, JPEG, PNG, PNM, and TIFF, WebP and SVG where their plug-ins are installed.
+/// Only vector pictures need an application object, a QGuiApplication.
 class QtPictureLoader final : public PictureLoader {
 public:
     void SetLimits(const PictureLimits& limits) override { limits_ = limits; }
     LoadedPicture Load(std::span<const std::uint8_t> file) override;
+    std::optional<PictureHeader> Header(std::span<const std::uint8_t> beginning) override;
+    std::shared_ptr<PictureLoader> Another() const override;
 
 private:
     PictureLimits limits_;

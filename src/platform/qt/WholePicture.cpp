@@ -1,12 +1,10 @@
 #include "platform/qt/WholePicture.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdlib>
 #include <iterator>
-#include <string_view>
 
-#include "platform/Bytes.h"
+#include "platform/qt/GifFile.h"
 
 namespace tessaloom {
 
@@ -65,77 +63,20 @@ bool WholeIcon(const Reader& file) {
     return true;
 }
 
-/// Walks from block to block as far as the trailer.
-bool WholeGif(const Reader& file) {
-    constexpr std::uint8_t Trailer = 0x3B, Extension = 0x21, Descriptor = 0x2C;
-    auto colourTableBytes = [&](std::size_t flagsAt) {
-        const unsigned flags = file.Byte(flagsAt);
-        return flags & 0x80 ? std::size_t{3} << ((flags & 7) + 1) : 0;
-    };
-    std::size_t at = 13 + colourTableBytes(10);
-    while (!file.Past(at)) {
-        const std::uint8_t kind = file.Byte(at);
-        if (kind == Trailer) return true;
-        if (kind == Extension)
-            at += 2;
-        else if (kind == Descriptor)
-            at += 10 + colourTableBytes(at + 9) + 1;
-        else
-            return false;
-        while (file.Byte(at) != 0) at += std::size_t{1} + file.Byte(at);
-        ++at;
-    }
-    return false;
-}
-
-/// The check sum of PNG chunks (ISO 3309), bit by bit for one byte.
-constexpr std::uint32_t CrcOfByte(std::uint32_t byte) {
-    for (int bit = 0; bit < 8; ++bit) byte = byte & 1 ? byte >> 1 ^ 0xEDB88320U : byte >> 1;
-    return byte;
-}
-
-constexpr auto CrcTable = [] {
-    std::array<std::uint32_t, 256> table{};
-    for (std::uint32_t i = 0; i < 256; ++i) table[i] = CrcOfByte(i);
-    return table;
-}();
-
-std::uint32_t Crc(std::span<const std::uint8_t> bytes) {
-    std::uint32_t crc = ~0U;
-    for (const std::uint8_t byte : bytes) crc = CrcTable[(crc ^ byte) & 0xFF] ^ crc >> 8;
-    return ~crc;
-}
-
-/// Walks from chunk to chunk, each with its check sum right, as far as the last one.
-bool WholePng(std::span<const std::uint8_t> file) {
-    constexpr std::size_t SignatureBytes = 8, Frame = 12;  // length and kind before, check sum behind
-    auto bigEndian = [&](std::size_t at) {
-        return std::uint32_t{file[at]} << 24 | std::uint32_t{file[at + 1]} << 16 |
-               std::uint32_t{file[at + 2]} << 8 | file[at + 3];
-    };
-    for (std::size_t at = SignatureBytes; at + Frame <= file.size();) {
-        const std::size_t length = bigEndian(at);
-        if (length > file.size() - at - Frame) return false;
-        const auto chunk = file.subspan(at + 4, 4 + length);
-        if (Crc(chunk) != bigEndian(at + 8 + length)) return false;
-        if (std::ranges::equal(chunk.first(4), std::string_view("IEND"))) return true;
-        at += Frame + length;
-    }
-    return false;
-}
-
 /// The end marker is there; whether all before it is, the decoder's warnings tell.
 bool WholeJpeg(std::span<const std::uint8_t> file) {
     constexpr std::uint8_t End[] = {0xFF, 0xD9};
     return std::search(file.begin(), file.end(), std::begin(End), std::end(End)) != file.end();
 }
 
-/// Binary PBM, PGM or PPM: as many pixel bytes as its numbers ask for.
+/// Binary PBM, PGM or PPM: as many pixel bytes as its numbers ask for. Written in digits: not many more bytes
+/// than that takes, since the toolkit reads blanks and comments slowly.
 bool WholePortable(std::span<const std::uint8_t> file) {
     const char kind = static_cast<char>(file[1]);
+    const bool bits = kind == '1' || kind == '4', digits = kind <= '3';
     std::size_t at = 2;
     std::uint64_t numbers[3] = {0, 0, 1};  // width, height, highest value
-    for (int i = 0; i < (kind == '4' ? 2 : 3); ++i) {
+    for (int i = 0; i < (bits ? 2 : 3); ++i) {
         auto blank = [&] { return at < file.size() && (file[at] <= ' '); };
         for (; blank() || (at < file.size() && file[at] == '#'); ++at)
             if (file[at] == '#')
@@ -146,24 +87,46 @@ bool WholePortable(std::span<const std::uint8_t> file) {
         for (; at < file.size() && file[at] >= '0' && file[at] <= '9' && numbers[i] < 1'000'000; ++at)
             numbers[i] = numbers[i] * 10 + (file[at] - std::uint64_t{'0'});
     }
-    const std::uint64_t samples = kind == '6' ? 3 : 1, bytesPerSample = numbers[2] > 255 ? 2 : 1;
-    const std::uint64_t rowBytes = kind == '4' ? (numbers[0] + 7) / 8 : numbers[0] * samples * bytesPerSample;
+    const std::uint64_t samples = kind == '6' || kind == '3' ? 3 : 1,
+                        bytesPerSample = numbers[2] > 255 ? 2 : 1;
+    if (digits) {
+        constexpr std::uint64_t DigitsAndBlanks = 8, Comments = 65'536;
+        return file.size() <= numbers[0] * numbers[1] * samples * DigitsAndBlanks + Comments;
+    }
+    const std::uint64_t rowBytes = bits ? (numbers[0] + 7) / 8 : numbers[0] * samples * bytesPerSample;
     return at + 1 + rowBytes * numbers[1] <= file.size();
 }
 
 }  // namespace
 
-bool IsWholePicture(std::span<const std::uint8_t> file) {
-    const std::string_view text = AsText(file);
-    auto begins = [&](std::string_view magic) { return text.substr(0, magic.size()) == magic; };
-    using namespace std::string_view_literals;
-    if (begins("BM")) return WholeBmp(Reader(file));
-    if (begins("GIF8")) return WholeGif(Reader(file));
-    if (begins("\xFF\xD8")) return WholeJpeg(file);
-    if (begins("\x89PNG\r\n\x1A\n")) return WholePng(file);
-    if (begins("\0\0\1\0"sv) || begins("\0\0\2\0"sv)) return WholeIcon(Reader(file));
-    if (begins("P4") || begins("P5") || begins("P6")) return WholePortable(file);
+bool IsWholePicture(PictureFormat format, std::span<const std::uint8_t> file) {
+    switch (format) {
+        case PictureFormat::Bmp:
+            return WholeBmp(Reader(file));
+        case PictureFormat::Gif:
+            return IsWholeGif(file);
+        case PictureFormat::Icon:
+            return WholeIcon(Reader(file));
+        case PictureFormat::Jpeg:
+            return WholeJpeg(file);
+        case PictureFormat::Portable:
+            return WholePortable(file);
+        case PictureFormat::Png:  // see EssentialPng
+        case PictureFormat::Svg:
+        case PictureFormat::Tiff:
+        case PictureFormat::WebP:
+            break;
+    }
     return true;
+}
+
+std::span<const std::uint8_t> FirstOfIcon(std::span<const std::uint8_t> file) {
+    constexpr std::size_t BytesAt = 14, OffsetAt = 18;
+    const Reader reader(file);
+    const std::uint64_t offset = reader.Number(OffsetAt, 4), bytes = reader.Number(BytesAt, 4);
+    if (!reader.Holds(offset + bytes)) return {};
+    const auto first = file.subspan(static_cast<std::size_t>(offset), static_cast<std::size_t>(bytes));
+    return PictureFormatOf(first) == PictureFormat::Png ? first : std::span<const std::uint8_t>();
 }
 
 }  // namespace tessaloom
