@@ -10,7 +10,6 @@
 #include "locale/Conversion.h"
 #include "platform/Bytes.h"
 #include "platform/FileSystem.h"
-#include "platform/PictureLoader.h"
 
 namespace tessaloom {
 
@@ -121,6 +120,7 @@ void Picture::SetPicture(const DIB& picture) {
 bool Picture::SetPictureFile(std::string_view name) {
     return Trap({Module, "PictureFile"}, [&] {
         PictureBox* box = Box();
+        refusal_ = PictureRefusal::None;
         const auto text = box ? ReadPictureFile(files_, name) : std::nullopt;
         if (!text) return false;
         const auto bytes = AsBytes(*text);
@@ -130,6 +130,7 @@ bool Picture::SetPictureFile(std::string_view name) {
             if (!DecodeJpeg(codec_, loader_, bytes, picture.pixels, spare)) return false;
         } else {
             LoadedPicture loaded = loader_.Load(bytes);
+            refusal_ = loaded.refusal;
             if (!TakePicture(loaded, picture.pixels, spare)) return false;
             picture.alpha = std::move(loaded.alpha);
         }

@@ -5,13 +5,13 @@
 #include <string_view>
 
 #include "imaging/DIB.h"
+#include "platform/PictureLoader.h"
 
 namespace tessaloom {
 
 class ErrorsFile;
 class FileSystem;
 class JpegCodec;
-class PictureLoader;
 struct PictureBox;
 
 /// One surface of the pool, through which picture files of all formats are loaded. Sizes are pixels.
@@ -53,6 +53,9 @@ public:
     /// Loads the file. False when that failed; the surface then keeps its picture.
     bool SetPictureFile(std::string_view name);
 
+    /// Why the last file was not loaded, as far as the loader told.
+    PictureRefusal Refusal() const { return refusal_; }
+
     /// 0 clear .. 255 solid, `Width` bytes a row, bottom row first; empty when the picture has no
     /// transparency.
     std::span<const std::uint8_t> Alpha() const;
@@ -70,6 +73,7 @@ private:
     JpegCodec& codec_;
     PictureLoader& loader_;
     ErrorsFile& errors_;
+    PictureRefusal refusal_ = PictureRefusal::None;
     int index_ = 0;  ///< The slot in the pool; 0: none.
 };
 

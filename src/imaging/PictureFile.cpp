@@ -5,6 +5,7 @@
 #include "core/ErrorReport.h"
 #include "locale/Error.h"
 #include "platform/Ascii.h"
+#include "platform/PictureFormat.h"
 
 namespace tessaloom {
 
@@ -20,6 +21,7 @@ PictureFile::Outcome PictureFile::Load(std::string_view name, DIB& target, std::
     // Taken before reading: what is written meanwhile then counts as another file.
     const auto stamp = StampOf(name);
     int result = LoadJpegIntoDIB(access_.files, access_.jpeg, access_.pictures, name, target, &buffers_);
+    refusal_ = PictureRefusal::None;
     if (result == NotJpegName) result = LoadThroughSurface(name, target);
     if (result != Loaded) {
         const bool wasGood = fault_ == Loaded && loadedName_ == name;
@@ -47,7 +49,10 @@ int PictureFile::LoadThroughSurface(std::string_view name, DIB& target) {
     if (!access_.files.FileExists(name)) return Missing;
     surface_.InitPictureBox();
     surface_.SetAutoSize(autoSize_);
-    if (!surface_.SetPictureFile(name)) return Unreadable;
+    if (!surface_.SetPictureFile(name)) {
+        refusal_ = surface_.Refusal();
+        return Unreadable;
+    }
     const DeviceContext* source = surface_.hDC();
     if (!source) return Unreadable;
     DIB& spare = buffers_.spare;
@@ -61,6 +66,14 @@ int PictureFile::LoadThroughSurface(std::string_view name, DIB& target) {
     return Loaded;
 }
 
+std::string PictureFile::WhyUnreadable() const {
+    if (refusal_ == PictureRefusal::NotSupported)
+        return faultSource_ + " is not a supported picture (" + std::string(PictureFormatNames) + ")";
+    std::string text = "No picture that is whole and not too large can be read from " + faultSource_;
+    if (refusal_ != PictureRefusal::None) text.append(": ").append(Words(refusal_));
+    return text;
+}
+
 PictureFile::Outcome PictureFile::Fail(const std::string& source, int result, bool maybeUnfinished) {
     if (maybeUnfinished && !secondChance_) {
         secondChance_ = true;
@@ -69,15 +82,11 @@ PictureFile::Outcome PictureFile::Fail(const std::string& source, int result, bo
     if (fault_ == result && faultSource_ == source) return Outcome::FailedAgain;
     fault_ = result;
     faultSource_ = source;
-    const bool missing = result == Missing;
-    const auto number = missing ? ErrorNumber::FileNotFound : ErrorNumber::DeviceIO;
+    const auto number = result == Missing ? ErrorNumber::FileNotFound : ErrorNumber::DeviceIO;
     Report({.module = "Image.cls",
             .procedure = "LoadPicture",
             .number = static_cast<int>(number),
-            .description =
-                std::string(missing ? "There is no picture file "
-                                    : "No picture that is whole and not too large can be read from ") +
-                faultSource_});
+            .description = result == Missing ? "There is no picture file " + faultSource_ : WhyUnreadable()});
     return Outcome::Failed;
 }
 

@@ -50,6 +50,7 @@ private:
     std::optional<FileStamp> StampOf(std::string_view name) const;
     int LoadThroughSurface(std::string_view name, DIB& target);
     Outcome Fail(const std::string& source, int result, bool maybeUnfinished);
+    std::string WhyUnreadable() const;
 
     PictureAccess access_;
     Picture surface_;
@@ -58,6 +59,7 @@ private:
     std::string loadedName_;
     std::optional<FileStamp> loadedStamp_;
     std::string faultSource_;    ///< The file, and its origin.
+    PictureRefusal refusal_ = PictureRefusal::None;
     int fault_ = Loaded;         ///< A `JpegLoad`; `Loaded` while there is no fault.
     bool secondChance_ = false;  ///< Given since the file was last loaded.
 };

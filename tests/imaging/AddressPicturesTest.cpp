@@ -107,6 +107,9 @@ TEST_F(AddressPictures, StayAsTheyWereWhateverAServerSends) {
     server.Serve("/cut.bmp", Text(PictureData("quarters.bmp")).substr(0, 600));
     server.Serve("/png.jpg", Text(PictureData("quarters.png")));
     server.Serve("/huge.bin", huge);
+    server.Serve("/endless.png", "\x8AMNG\r\n\x1A\n");  // the name does not count
+    server.Serve("/page.gif", page);
+    server.Serve("/entities.svg", "<!DOCTYPE svg [<!ENTITY a 'a'>]><svg/>");
     server.On("/short.jpg",
               [&](Connection& to) { to.Send("HTTP/1.1 200 OK\r\nContent-Length: 100000\r\n\r\n" + good); });
     server.On("/silent.jpg", [](Connection& to) { to.GoneWithin(-1); });
@@ -119,9 +122,9 @@ TEST_F(AddressPictures, StayAsTheyWereWhateverAServerSends) {
         to.Send("HTTP/1.1 200 OK\r\n\r\n" + good);
         while (to.Send(std::string(65536, '\0'))) {}
     });
-    for (const char* path :
-         {"/missing.jpg", "/page.jpg", "/empty.jpg", "/cut.jpg", "/cut.gif", "/cut.bmp", "/png.jpg",
-          "/huge.bin", "/short.jpg", "/silent.jpg", "/trickle.jpg", "/flood.jpg"}) {
+    for (const char* path : {"/missing.jpg", "/page.jpg", "/empty.jpg", "/cut.jpg", "/cut.gif", "/cut.bmp",
+                             "/png.jpg", "/huge.bin", "/endless.png", "/page.gif", "/entities.svg",
+                             "/short.jpg", "/silent.jpg", "/trickle.jpg", "/flood.jpg"}) {
         SCOPED_TRACE(path);
         reports.Clear();
         const bool holds =

@@ -1,10 +1,13 @@
+#include "core/ErrorReport.h"
 #include "imaging/DIB.h"
 #include "imaging/ErrorsFile.h"
 #include "imaging/JpegEncoder.h"
 #include "imaging/LoadJpegIntoDIB.h"
 #include "imaging/Picture.h"
+#include "imaging/PictureFile.h"
 #include "imaging/modPictureBox.h"
 #include "platform/UserLocale.h"
+#include "platform/curl/CurlTransfers.h"
 #include "platform/jpeg/TurboJpegCodec.h"
 #include "platform/qt/QtPictureLoader.h"
 #include "support/FakeTime.h"
@@ -124,6 +127,35 @@ TEST_F(PictureFiles, LoadIntoAPictureByTheirContent) {
     ASSERT_EQ(picture.Alpha().size(), 40U * 12U);
     EXPECT_EQ(picture.Alpha()[0], 64);
     EXPECT_EQ(picture.Alpha()[39], 255);
+}
+
+TEST_F(PictureFiles, SayWhyTheyAreNotLoaded) {
+    CurlTransfers transfers;
+    PictureFile file({files, codec, loader, errors, transfers});
+    files["a.bin"].bytes = "\x8AMNG\r\n\x1A\n";
+    Put("b.bmp", "quarters.bmp", 1);
+    Put("c.png", "quarters.png");
+    files["d.jpg"].bytes = "no picture";
+    files["e.svg"].bytes = "<!DOCTYPE svg [<!ENTITY a 'a'>]><svg/>";
+    const std::pair<const char*, const char*> rows[] = {
+        {"a.bin",       "a.bin is not a supported picture (BMP, GIF, ICO, JPEG, PNG, PNM, SVG, TIFF, WebP)"      },
+        {"d.jpg",       "No picture that is whole and not too large can be read from d.jpg"                      },
+        {"b.bmp",
+         "No picture that is whole and not too large can be read from b.bmp: it is damaged or cut "
+         "short"                                                                                                 },
+        {"c.png",       "No picture that is whole and not too large can be read from c.png: it is too large"     },
+        {"missing.png", "There is no picture file missing.png"                                                   },
+        {"e.svg",       "No picture that is whole and not too large can be read from e.svg: it declares entities"},
+    };
+    loader.SetLimits({.side = 20});
+    for (const auto& [name, expected] : rows) {
+        std::vector<std::string> reported;
+        const ErrorReporter before =
+            SetErrorReporter([&](const ErrorReport& report) { reported.push_back(report.description); });
+        file.Load(name, target);
+        SetErrorReporter(before);
+        EXPECT_THAT(reported, ElementsAre(expected)) << name;
+    }
 }
 
 TEST_F(PictureFiles, LeaveALineWhenThereIsNoSurface) {
