@@ -7,6 +7,7 @@
 #include "ui/Desk.h"
 #include "ui/canvas/LayerFrame.h"
 #include "ui/canvas/Notice.h"
+#include "ui/canvas/PictureFileDialog.h"
 
 namespace tessaloom::testing {
 namespace {
@@ -280,10 +281,7 @@ TEST_F(CanvasEditorTest, TakesDroppedPicturesAndRefusesTheRest) {
     const QString picture = folder.filePath("logo.png"), notes = folder.filePath("notes.txt");
     QImage(80, 60, QImage::Format_RGB32).save(picture);
     it.files[picture.toStdString()].bytes = PlainPicture{.width = 80, .height = 60}.Bytes(false);
-    QFile file(notes);
-    file.open(QIODevice::WriteOnly);
-    file.write("no picture");
-    file.close();
+    it.files[notes.toStdString()].bytes = "no picture";
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile(picture), QUrl::fromLocalFile(notes), QUrl("http://camera/a.jpg")});
     Drop(data, {200, 100});
@@ -297,6 +295,39 @@ TEST_F(CanvasEditorTest, TakesDroppedPicturesAndRefusesTheRest) {
     EXPECT_EQ(QPoint(dropped->x(), dropped->Y()), QPoint(160, 70)) << "its middle lies where it was dropped";
     EXPECT_EQ(Layers::InDrawingOrder(*canvas_).size(), 2u);
     EXPECT_THAT(Told().toStdString(), HasSubstr("notes.txt"));
+}
+
+TEST_F(CanvasEditorTest, OffersAndPreviewsWhatLayersCanLoad) {
+    QTemporaryDir folder;
+    const auto write = [&](const char* name, const std::string& bytes) {
+        QFile file(folder.filePath(name));
+        file.open(QIODevice::WriteOnly);
+        file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+        return file.fileName();
+    };
+    const QString good = write("a.png", PlainPicture{.width = 8, .height = 6, .alpha = 64}.Bytes(false));
+    const QString bad = write("b.png", PlainPicture{.whole = false}.Bytes(false));
+    PictureFileDialog dialog(nullptr, folder.path(), it.pictureLoader);
+    ASSERT_EQ(dialog.nameFilters().size(), 2);
+    for (const char* pattern : {"*.png", "*.svg", "*.ico", "*.tif", "*.webp", "*.pbm"})
+        EXPECT_TRUE(dialog.nameFilters().front().contains(pattern)) << pattern;
+    for (const char* pattern : {"mng", "tga", "icns", "wbmp", "xpm", "xbm", "svgz"})
+        EXPECT_FALSE(dialog.nameFilters().front().contains(pattern)) << pattern;
+
+    const auto label = [&](auto&& shows) {
+        const QList<QLabel*> labels = dialog.findChildren<QLabel*>();
+        return std::any_of(labels.begin(), labels.end(), shows);
+    };
+    Q_EMIT dialog.currentChanged(good);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return label([](const QLabel* shown) { return shown->text() == "8 \u00d7 6 pixels"; }); }));
+    EXPECT_TRUE(label([](const QLabel* shown) {
+        const QImage image = shown->pixmap().toImage();
+        return image.width() == 8 && qAlpha(image.pixel(1, 1)) == 64 && qAlpha(image.pixel(7, 1)) == 255;
+    }));
+    Q_EMIT dialog.currentChanged(bad);
+    EXPECT_TRUE(QTest::qWaitFor(
+        [&] { return label([](const QLabel* shown) { return shown->text() == "Not a picture"; }); }));
 }
 
 TEST_F(CanvasEditorTest, LoadsDroppedPicturesOneATick) {

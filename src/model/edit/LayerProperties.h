@@ -4,13 +4,11 @@
 #include "model/edit/LayerKeys.h"
 #include "model/edit/PropertyChoices.h"
 #include "model/edit/PropertyTable.h"
+#include "platform/PictureFormat.h"
 
 /// What people set of a layer, in the order in which they look for it. The angle of a text and the mode of
 /// its opacity are kept in the file alike, but the latter decides nothing and is not shown.
 namespace tessaloom::LayerProperties {
-
-inline constexpr std::string_view PictureFilter =
-    "Pictures|*.jpg *.jpeg *.png *.gif *.bmp *.webp *.svg *.ico *.tif *.tiff";
 
 // clang-format off
 
@@ -110,7 +108,7 @@ inline constexpr auto OfGraphic = WithDefaults({
     {.name = "SourceVideoFeedName", .label = "Camera", .group = "Source", .kind = PropertyKind::Feed,
      .relevantIf = "SourceType", .relevantValues = "0"},
     {.name = "SourceFileName", .label = "File", .group = "Source", .kind = PropertyKind::OpenFile,
-     .filter = PictureFilter, .relevantIf = "SourceType", .relevantValues = "1"},
+     .filter = PictureFileFilter, .relevantIf = "SourceType", .relevantValues = "1"},
     {.name = "SourceURL", .label = "Address", .group = "Source", .kind = PropertyKind::Address,
      .relevantIf = "SourceType", .relevantValues = "2"},
     {.name = "BackgroundColor", .label = "Block colour", .group = "Source", .kind = PropertyKind::Colour,
@@ -154,7 +152,7 @@ inline constexpr auto OfGraphic = WithDefaults({
     {.name = "OpacityUseFile", .label = "Use a mask", .group = "Opacity", .kind = PropertyKind::Switch,
      .tip = "Another picture says where this one shows: white shows it, black hides it."},
     {.name = "OpacityFileName", .label = "Mask file", .group = "Opacity", .kind = PropertyKind::OpenFile,
-     .filter = PictureFilter, .relevantIf = "OpacityUseFile", .relevantValues = "True"},
+     .filter = PictureFileFilter, .relevantIf = "OpacityUseFile", .relevantValues = "True"},
 
     {.name = "TransparentColorEnabled", .label = "Make colours transparent", .group = "Transparent colours",
      .kind = PropertyKind::Switch},

@@ -23,6 +23,7 @@
 #include "model/edit/Layers.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
+#include "platform/PictureLoader.h"
 #include "platform/Platform.h"
 #include "ui/canvas/CanvasPicture.h"
 #include "ui/canvas/Gesture.h"
@@ -405,7 +406,8 @@ void CanvasEditor::AddPictureFile() {
     std::string folder = ParentFolderName(canvas->FileName());
     if (folder.empty()) folder = workspace_.Services().fileSystem.CurrentFolder();
     std::ranges::replace(folder, '\\', '/');
-    auto* dialog = new PictureFileDialog(this, QString::fromStdString(folder));
+    auto* dialog =
+        new PictureFileDialog(this, QString::fromStdString(folder), workspace_.Services().pictureLoader);
     connect(dialog, &QFileDialog::filesSelected, newLayers_,
             [this](const QStringList& files) { newLayers_->AddPictureFiles(files); });
     connect(&workspace_, &Workspace::SetupMustClose, dialog, &QDialog::reject);

@@ -4,7 +4,6 @@
 #include <QDateTime>
 #include <QFileInfo>
 #include <QImage>
-#include <QImageReader>
 #include <QMimeData>
 #include <QUrl>
 #include <algorithm>
@@ -15,8 +14,10 @@
 #include "model/Canvas.h"
 #include "model/edit/History.h"
 #include "model/edit/Layers.h"
+#include "platform/Bytes.h"
 #include "platform/FileSystem.h"
 #include "platform/Paths.h"
+#include "platform/PictureLoader.h"
 #include "platform/Platform.h"
 #include "ui/canvas/Background.h"
 #include "ui/shared/Workspace.h"
@@ -57,6 +58,13 @@ void Centre(Canvas& canvas, LayerId layer, QPointF middle, QSize known = {}) {
     const int left = start(middle.x(), size.width(), canvas.Width());
     const int top = start(middle.y(), size.height(), canvas.Height());
     Layers::Move(canvas, std::span(&layer, 1), left - place->left, top - place->top);
+}
+
+/// What the file says of itself; nothing when it is no picture.
+std::optional<PictureHeader> HeaderOf(const Platform& platform, const std::string& file) {
+    constexpr std::size_t Beginning = std::size_t{1} << 20;  // cameras write small pictures before the size
+    const auto reader = platform.fileSystem.OpenFile(file);
+    return reader ? platform.pictureLoader.Header(AsBytes(reader->Read(0, Beginning))) : std::nullopt;
 }
 
 }  // namespace
@@ -129,14 +137,13 @@ void NewLayers::AddPictureFiles(const QStringList& files, std::optional<QPointF>
         const HistoryStep recorded(workspace_.HistoryOf(slot_),
                                    files.size() == 1 ? "Add picture" : "Add pictures");
         for (const QString& file : files) {
-            QImageReader reader(file);
-            reader.setDecideFormatFromContent(true);
-            if (!QFileInfo(file).isFile() || !reader.canRead()) {
+            const auto header = HeaderOf(workspace_.Services(), file.toStdString());
+            if (!header) {
                 refused << QFileInfo(file).fileName();
                 continue;
             }
             // One picture is there at once; of more the size is enough until the tick comes to them.
-            const QSize size = layer ? reader.size() : QSize();
+            const QSize size = layer ? QSize(header->width, header->height) : QSize();
             const PixelSize known = size.isEmpty() ? PixelSize() : PixelSize{size.width(), size.height()};
             const auto added =
                 Layers::AddGraphic(*canvas, Graphic::PictureFile, file.toStdString(), 0, 0, FirstPass, known);

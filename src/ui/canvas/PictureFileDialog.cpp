@@ -1,13 +1,17 @@
 #include "ui/canvas/PictureFileDialog.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QFontMetrics>
 #include <QGridLayout>
 #include <QImage>
-#include <QImageReader>
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include "imaging/LoadJpegIntoDIB.h"
+#include "platform/Bytes.h"
+#include "platform/PictureFormat.h"
+#include "platform/PictureLoader.h"
 #include "ui/canvas/Background.h"
 
 namespace tessaloom {
@@ -19,32 +23,41 @@ struct Thumbnail {
     QSize size;  ///< Of the whole picture; empty when the file is none.
 };
 
-Thumbnail Load(const QString& file, QSize room) {
-    QImageReader reader(file);
-    reader.setDecideFormatFromContent(true);
-    Thumbnail thumbnail{{}, reader.size()};
-    if (QSize size = thumbnail.size; size.isValid()) {
-        if (size.width() > room.width() || size.height() > room.height())
-            size.scale(room, Qt::KeepAspectRatio);
-        reader.setScaledSize(size.expandedTo({1, 1}));
-    }
-    thumbnail.image = reader.read();
-    if (thumbnail.image.isNull()) thumbnail.size = {};
+/// In the way that layers load it: what is shown here can be shown there.
+Thumbnail Load(PictureLoader& pictures, const QString& name, QSize room) {
+    QFile file(name);
+    if (!file.open(QIODevice::ReadOnly) || file.size() > qint64{MaximumPictureFileBytes}) return {};
+    const QByteArray bytes = file.readAll();
+    const LoadedPicture picture =
+        pictures.Load(AsBytes({bytes.constData(), static_cast<std::size_t>(bytes.size())}));
+    if (!picture) return {};
+    const QSize whole(picture.width, picture.height);
+    QSize size = whole;
+    if (size.width() > room.width() || size.height() > room.height()) size.scale(room, Qt::KeepAspectRatio);
+    const auto scaled = [&](const std::vector<std::uint8_t>& rows, QImage::Format format) {
+        const auto rowBytes = static_cast<qsizetype>(rows.size() / static_cast<std::size_t>(whole.height()));
+        return QImage(rows.data(), whole.width(), whole.height(), rowBytes, format)
+            .scaled(size.expandedTo({1, 1}), Qt::IgnoreAspectRatio, Qt::SmoothTransformation)
+            .mirrored();
+    };
+    Thumbnail thumbnail{scaled(picture.pixels, QImage::Format_BGR888), whole};
+    if (!picture.alpha.empty()) thumbnail.image.setAlphaChannel(scaled(picture.alpha, QImage::Format_Alpha8));
     return thumbnail;
 }
 
+/// "Pictures|*.jpg *.png" as the dialog wants it.
 QString Filters() {
-    QStringList patterns;
-    for (const QByteArray& format : QImageReader::supportedImageFormats())
-        patterns << "*." + QString::fromLatin1(format);
-    return PictureFileDialog::tr("Pictures (%1)").arg(patterns.join(' ')) + ";;" +
+    const QStringList pictures =
+        QString::fromUtf8(PictureFileFilter.data(), qsizetype(PictureFileFilter.size())).split('|');
+    return QString("%1 (%2)").arg(pictures.front(), pictures.back()) + ";;" +
            PictureFileDialog::tr("All files (*)");
 }
 
 }  // namespace
 
-PictureFileDialog::PictureFileDialog(QWidget* parent, const QString& folder)
+PictureFileDialog::PictureFileDialog(QWidget* parent, const QString& folder, const PictureLoader& pictures)
     : QFileDialog(parent, tr("Add Picture File"), folder, Filters()),
+      pictures_(pictures.Another()),
       picture_(new QLabel),
       details_(new QLabel) {
     setObjectName("PictureFileDialog");
@@ -78,7 +91,10 @@ void PictureFileDialog::Preview(const QString& file) {
     if (!QFileInfo(file).isFile()) return;
     const double ratio = devicePixelRatioF();
     InBackground(
-        this, [file, room = picture_->contentsRect().size() * ratio] { return Load(file, room); },
+        this,
+        [pictures = pictures_, file, room = picture_->contentsRect().size() * ratio] {
+            return Load(*pictures, file, room);
+        },
         [this, file, ratio](Thumbnail thumbnail) {
             if (file != shown_) return;
             if (thumbnail.image.isNull()) {
