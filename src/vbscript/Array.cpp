@@ -91,7 +91,7 @@ Ref<Array> Array::Clone() const {
 void Array::SetBounds(std::span<const int> upperBounds, std::size_t count) {
     BudgetVector<Value> dropped;
     if (count > elements_.size())
-        elements_.resize(count);
+        Grow(count);
     else
         dropped = CutOff(count);
     holdsBytes_ = false;
@@ -106,12 +106,28 @@ void Array::Assign(std::span<const Value> values) {
     });
 }
 
+void Array::Grow(std::size_t count) {
+    try {
+        elements_.resize(count);  // with room for more, where there is memory for that
+    } catch (const RuntimeError&) {
+        elements_.reserve(count);
+        elements_.resize(count);
+    }
+}
+
+/// What was cut off. Only the smaller part is moved, so that a script that is short of memory can make room.
 BudgetVector<Value> Array::CutOff(std::size_t count) {
+    const auto moved = [](auto begin, auto end) {
+        return BudgetVector<Value>(std::make_move_iterator(begin), std::make_move_iterator(end));
+    };
     const auto cut = elements_.begin() + static_cast<std::ptrdiff_t>(count);
-    BudgetVector<Value> dropped(std::make_move_iterator(cut), std::make_move_iterator(elements_.end()));
+    if (elements_.capacity() / 2 > count) {
+        BudgetVector<Value> kept = moved(elements_.begin(), cut);
+        elements_.swap(kept);
+        return kept;
+    }
+    BudgetVector<Value> dropped = moved(cut, elements_.end());
     elements_.resize(count);
-    // a part of the room only: arrays that lose one element after the other are not moved each time
-    if (elements_.capacity() / 2 > count) elements_.shrink_to_fit();
     return dropped;
 }
 

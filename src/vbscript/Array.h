@@ -77,6 +77,7 @@ private:
 
     Array() = default;
     void Assign(std::span<const Value> values);
+    void Grow(std::size_t count);
     void SetBounds(std::span<const int> upperBounds, std::size_t count);
     BudgetVector<Value> CutOff(std::size_t count);
 

@@ -46,15 +46,11 @@ void Prepare(Routine& routine, const RoutineDeclaration& declaration, bool expli
     routine.parameters = static_cast<std::uint16_t>(declaration.parameters.size());
 }
 
-/// A routine that could not be compiled; whoever calls it gets an error.
-void MakeUnusable(Routine& routine) {
-    routine.code.assign(1, {Opcode::Raise, 0, static_cast<std::uint16_t>(ErrorCode::Internal), 0});
-    routine.marks.assign(1, {});
-    routine.passing.assign(routine.parameters, Routine::Passing::ByReference);
-    routine.anyByValue = false;
-    routine.locals = routine.slots = routine.parameters;
-    routine.frameSize = routine.parameters;
-    routine.resultSlot = -1;
+/// A routine that could not be compiled; whoever calls it gets an error. Takes no memory: it may be that
+/// there is none.
+void MakeUnusable(Routine& routine) noexcept {
+    routine.code.clear();
+    routine.parameters = Routine::NotCompiled;
 }
 
 }  // namespace
@@ -89,15 +85,15 @@ void Compiler::Check(const ProgramTree& tree) {
 
 std::unique_ptr<Routine> Compiler::Compile(const ProgramTree& tree, Place place) {
     Check(tree);
-    DefineNames(tree, place.around != nullptr);
     auto main = std::make_unique<Routine>();
-    Prepare(*main, tree.main, tree.explicitNames || (place.around && place.around->explicitNames));
-    main->owner = place.around ? place.around->owner : nullptr;
-    // The names of the outermost statements come first: what they assign are globals to all procedures.
-    RoutineCompiler outermost(context_, program_, tree, *main, place, globals_);
-    outermost.Declare(tree.main);
     std::size_t done = 0;
     try {
+        DefineNames(tree, place.around != nullptr);
+        Prepare(*main, tree.main, tree.explicitNames || (place.around && place.around->explicitNames));
+        main->owner = place.around ? place.around->owner : nullptr;
+        // The names of the outermost statements come first: what they assign are globals to all procedures.
+        RoutineCompiler outermost(context_, program_, tree, *main, place, globals_);
+        outermost.Declare(tree.main);
         for (; done < pending_.size(); ++done) {
             const auto& [declaration, routine] = pending_[done];
             RoutineCompiler inner(context_, program_, tree, *routine, {}, globals_);
@@ -160,8 +156,8 @@ void Compiler::DefineRoutine(const RoutineDeclaration& declaration, bool explici
         program_.replaced.splice(program_.replaced.end(), program_.routines, old);
     Routine& routine = program_.routines.emplace_back();
     Prepare(routine, declaration, explicitNames);
-    symbol.routine = &routine;
     pending_.emplace_back(&declaration, &routine);
+    symbol.routine = &routine;
 }
 
 void Compiler::DefineClass(const ClassDeclaration& declaration) {
@@ -183,11 +179,12 @@ void Compiler::DefineClass(const ClassDeclaration& declaration) {
     int defaultMember = 0;
     const NameId initialize = program_.names.Intern(u"Class_Initialize");
     const NameId terminate = program_.names.Intern(u"Class_Terminate");
+    decltype(pending_) parts;
     for (const RoutineDeclaration* part : declaration.routines) {
         Routine& routine = type->routines.emplace_back();
         Prepare(routine, *part, false);
         routine.owner = type.Get();
-        pending_.emplace_back(part, &routine);
+        parts.emplace_back(part, &routine);
         ClassInfo::Member& member = memberOf(part->name);
         if (part->kind == RoutineKind::PropertyLet)
             member.let = &routine;
@@ -205,8 +202,9 @@ void Compiler::DefineClass(const ClassDeclaration& declaration) {
         program_.classes, [&](const Ref<ClassInfo>& one) { return one.Get() == symbol.type; });
     if (old != program_.classes.end())
         program_.replacedClasses.splice(program_.replacedClasses.end(), program_.classes, old);
-    symbol.type = type.Get();
     program_.classes.push_back(type);
+    pending_.insert(pending_.end(), parts.begin(), parts.end());
+    symbol.type = type.Get();
 }
 
 }  // namespace tessaloom::vbscript

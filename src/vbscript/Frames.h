@@ -8,7 +8,8 @@ namespace tessaloom::vbscript {
 inline void Machine::Enter(const Routine& routine, Value* base, std::size_t count, Value* result, bool drops,
                            Instance* me) {
     if (count != routine.parameters) [[unlikely]]
-        Fail(ErrorCode::WrongArgumentCount);
+        Fail(routine.parameters == Routine::NotCompiled ? ErrorCode::Internal
+                                                        : ErrorCode::WrongArgumentCount);
     // One jump for all three, which hardly ever is the case.
     if (int{depth_ >= frameCount_} | int{base + routine.frameSize >= stackReached_} |
         int{TimeLimit::MayBeOver()}) [[unlikely]]

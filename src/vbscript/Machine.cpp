@@ -55,15 +55,24 @@ Machine::Machine(Host& host)
     Reset();
 }
 
-Machine::~Machine() {
-    Reset();
-    for (std::size_t i = 0; i < program_.symbols.Count(); ++i) stack_.get()[i] = Value();  // the new Err
-    *self_ = nullptr;
-}
+Machine::~Machine() { Forget(); }
 
 bool Machine::Reset() {
     if (Running()) return false;
-    const TimeLimit::Run run(context_.limit, limits_.seconds);  // for Class_Terminate
+    Forget();
+    self_ = std::make_shared<Machine*>(this);
+    program_ = Program();
+    frameCount_ = static_cast<std::size_t>(std::clamp(limits_.callDepth, 1, 100000));
+    frames_ = std::make_unique_for_overwrite<Frame[]>(frameCount_);
+    err_ = Make<ErrObject>();
+    AddObject("Err", err_, false);
+    return true;
+}
+
+/// Ends all that the script has made. Throws nothing, however late it is: the time of the run that
+/// Class_Terminate has is over then.
+void Machine::Forget() {
+    const TimeLimit::Run run(context_.limit, limits_.seconds);
     const auto clear = [&] {
         for (std::size_t i = 0; i < program_.symbols.Count(); ++i) stack_.get()[i].MakeEmpty();
         for (Value* value = stack_.get() + MostGlobals; value != stackReached_; ++value) value->MakeEmpty();
@@ -73,13 +82,6 @@ bool Machine::Reset() {
     context_.holders.DropAll();
     clear();
     if (self_) *self_ = nullptr;
-    self_ = std::make_shared<Machine*>(this);
-    program_ = Program();
-    frameCount_ = static_cast<std::size_t>(std::clamp(limits_.callDepth, 1, 100000));
-    frames_ = std::make_unique_for_overwrite<Frame[]>(frameCount_);
-    err_ = Make<ErrObject>();
-    AddObject("Err", err_, false);
-    return true;
 }
 
 void Machine::AddObject(std::string_view name, Ref<Object> object, bool addMembers) {
@@ -115,13 +117,14 @@ template <typename Body>
 std::optional<Fault> Machine::Guarded(Body&& body) {
     const bool outermost = !Running();
     std::optional<TimeLimit::Run> run;
-    if (outermost) {
-        run.emplace(context_.limit, limits_.seconds);
-        MemoryBudget::SetLimit(limits_.bytes);
-    }
     detail_.clear();
     try {
+        if (outermost) {
+            run.emplace(context_.limit, limits_.seconds);
+            MemoryBudget::SetLimit(limits_.bytes);
+        }
         body();
+        TimeLimit::Poll();  // it may have run out within Class_Terminate, whose errors are nobody's
         return std::nullopt;
     } catch (const SyntaxError& error) {
         return Fault{error.number, Utf8Of(CompilationSource), Utf8Of(error.description), error.line,

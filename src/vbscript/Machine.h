@@ -84,6 +84,7 @@ private:
     static const Mark& MarkOf(const Frame& frame);
     bool Recover(RuntimeError& error, std::size_t stop);
     void Unwind(std::size_t stop);
+    void Forget();
     void ReleaseReplaced();
     Frame& Top() { return frames_[depth_ - 1]; }
     Value* StackTop();

@@ -282,8 +282,7 @@ bool RegExpMatcher::BackReference(std::uint32_t group, std::int32_t& position) {
     Spend((end - begin) / UnitsAStep);
     const auto matched = text_.substr(static_cast<std::size_t>(begin), static_cast<std::size_t>(end - begin));
     const auto here = text_.substr(static_cast<std::size_t>(position), matched.size());
-    const bool same =
-        program_.ignoreCase ? std::ranges::equal(matched, here, {}, LowerOf, LowerOf) : matched == here;
+    const bool same = program_.ignoreCase ? SameName(matched, here) : matched == here;
     if (same) position += end - begin;
     return same;
 }

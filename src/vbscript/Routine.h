@@ -44,13 +44,16 @@ struct LocalName {
 ///
 /// Registers: parameters, other locals, then temporaries. `slots` of them must be emptied when it ends.
 struct Routine {
+    /// No call has so many arguments.
+    static constexpr std::uint16_t NotCompiled = 0xFFFF;
+
     NameId name = NoName;
     syntax::RoutineKind kind = syntax::RoutineKind::Main;
     bool isPrivate = false;
     bool explicitNames = false;
     bool onGlobals = false;  ///< Register n is global n; temporaries lie above all globals.
     bool anyByValue = false;
-    std::uint16_t parameters = 0;
+    std::uint16_t parameters = 0;  ///< `NotCompiled`: it may not be called.
     std::uint16_t locals = 0;
     std::uint16_t slots = 0;
     std::uint32_t frameSize = 0;

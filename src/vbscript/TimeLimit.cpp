@@ -8,11 +8,12 @@ namespace tessaloom::vbscript {
 TimeLimit::Run::Run(TimeLimit& limit, double seconds) : limit_(limit), outer_(running_) {
     limit_.over_ = false;
     limit_.limited_ = seconds > 0;
-    running_ = &limit_;
     flag_.store(false, std::memory_order_relaxed);
-    if (!limit_.limited_) return;
-    limit_.end_ = limit_.host_.SteadySeconds() + seconds;
-    limit_.host_.TimeAlarm().Set(flag_, seconds);
+    if (limit_.limited_) {
+        limit_.end_ = limit_.host_.SteadySeconds() + seconds;
+        limit_.host_.TimeAlarm().Set(flag_, seconds);  // may throw where no thread can be had
+    }
+    running_ = &limit_;
 }
 
 TimeLimit::Run::~Run() {

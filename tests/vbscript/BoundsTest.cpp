@@ -161,6 +161,59 @@ TEST(ScriptMemory, IsChargedBeforeItIsTaken) {
     }
 }
 
+TEST(ScriptTime, IsUpWithinClassTerminateToo) {
+    const std::string endless = "Class C\nPrivate Sub Class_Terminate : Do : Loop : End Sub\nEnd Class\nSet x = New C\n";
+    LookingHost host;
+    Engine engine(host);
+    engine.SetLimits({.seconds = 1000});
+    const auto fault = engine.AddCode(endless + "Set x = Nothing\ny = 1\n");
+    ASSERT_TRUE(fault);
+    EXPECT_EQ(fault->number, Engine::TimeIsUp);
+    EXPECT_FALSE(engine.AddCode("Set x = New C"));
+    EXPECT_TRUE(engine.Reset()) << "late, but whole";
+    EXPECT_FALSE(engine.AddCode(endless)) << "and its end comes with the engine's";
+}
+
+TEST(ScriptMemory, ThatEndsWhileCompilingLeavesProceduresThatRefuseToRun) {
+    constexpr std::size_t Limit = 4 * MegaBytes;
+    std::string code;
+    for (const char* const name : {"A", "B", "C", "D", "E", "F", "G", "H"})
+        code += std::string("Class K") + name + "\nPublic Sub M : x = x + 1 : End Sub\nEnd Class\nSub S" + name +
+                "(a)\nx = a + 5 & \"text\" & a\nx = x & 1\nEnd Sub\n";
+    int failed = 0;
+    for (std::size_t room = 18'000; room < 40'000; room += 160) {
+        SCOPED_TRACE(room);
+        LookingHost host;
+        Engine engine(host);
+        engine.SetLimits({.bytes = Limit});
+        ASSERT_FALSE(engine.AddCode("f = \"\""));
+        const std::size_t units = (Limit - MemoryBudget::Used() - room) / sizeof(char16_t);
+        ASSERT_FALSE(engine.AddCode("f = Space(" + std::to_string(units) + ")"));
+        const auto fault = engine.AddCode(code);
+        EXPECT_EQ(fault ? fault->number : 7, 7);
+        failed += fault.has_value();
+        for (const char* const name : {"SA", "SD", "SH"}) {
+            Value one = Value::OfLong(1);
+            const auto called = engine.Run(name, {&one, 1});
+            const int number = called ? called->number : 0;
+            EXPECT_TRUE(number == 0 || number == 7 || number == 35 || number == 51) << number;
+        }
+        static_cast<void>(engine.AddCode("Set k = New KA : k.M"));
+        static_cast<void>(engine.AddCode("f = \"\" : Set k = New KH : k.M"));
+    }
+    EXPECT_GT(failed, 20) << "else the room was not scarce";
+}
+
+TEST(ScriptMemory, CanBeFreedByAScriptThatIsShortOfIt) {
+    LookingHost host;
+    Engine engine(host);
+    engine.SetLimits({.bytes = 32 * MegaBytes});
+    EXPECT_FALSE(engine.AddCode("Dim a() : ReDim a(1500000) : a(3) = 7 : a(9) = 8 : ReDim Preserve a(10)\n"
+                                "If UBound(a) <> 10 Or a(3) <> 7 Or a(9) <> 8 Then Err.Raise 1\n"
+                                "ReDim a(900000) : a(5) = 1 : ReDim Preserve a(800000) : ReDim Preserve a(900001)\n"
+                                "If a(5) <> 1 Then Err.Raise 1"));
+}
+
 TEST(ScriptTexts, GrowInPlaceInExpressionsOfManyParts) {
     constexpr int Parts = 20000;
     for (const std::string sign : {" & ", " + "}) {

@@ -44,6 +44,7 @@ public:
     const LibraryServices services_;
     std::string path_;
     const FileError missing_;
+    MemoryCharge charge_{path_.capacity()};
 
 protected:
     enum Attribute { ReadOnly = 1, Hidden = 2, Directory = 16, Archive = 32, Alias = 1024 };
@@ -66,13 +67,19 @@ protected:
         if (name.empty() || std::ranges::any_of(name, IsSeparator)) Raise(FileError::InvalidCall);
         const std::string target = JoinPath(ParentFolderName(path_), name);
         move(services_, path_, target);
-        path_ = target;
+        SetPath(target);
+    }
+
+    void SetPath(std::string path) {
+        charge_.GiveBack();
+        charge_.Take(path.capacity());
+        path_ = std::move(path);
     }
 
     /// Where it lies after a move to `target`.
     void MovedTo(const std::string& target) {
         const bool into = !target.empty() && IsSeparator(target.back());
-        path_ = AbsolutePath(services_, into ? JoinPath(target, FileName(path_)) : target);
+        SetPath(AbsolutePath(services_, into ? JoinPath(target, FileName(path_)) : target));
     }
 
     Value Parent() const {
@@ -204,8 +211,8 @@ public:
             // It may have gone since.
             try {
                 all.push_back(T::MakeEntry(services_, JoinPath(folder_, name)));
-            } catch (const RuntimeError&) {
-                continue;
+            } catch (const RuntimeError& error) {
+                if (error.number == static_cast<int>(ErrorCode::OutOfMemory)) throw;
             }
         }
         return std::make_unique<Listing>(std::move(all));
@@ -239,6 +246,7 @@ protected:
 
     const LibraryServices services_;
     const std::string folder_;
+    const MemoryCharge charge_{folder_.capacity()};
 };
 
 class Files final : public Entries<Files> {
@@ -290,9 +298,7 @@ std::span<const Member<SubFolders>> SubFolders::Members() {
 std::span<const Member<Folder>> Folder::Members() {
     static constexpr auto Own = std::to_array<Member<Folder>>({
         {u"Size", 0, 0,
-         [](Folder& self, const Arguments&) {
-             return ByteCount(FolderSize(self.services_, self.path_));
-         }},
+         [](Folder& self, const Arguments&) { return ByteCount(FolderSize(self.services_, self.path_)); }},
         {u"Type", 0, 0, [](Folder&, const Arguments&) { return Value::OfText(u"File folder"); }},
         {u"IsRootFolder", 0, 0,
          [](Folder& self, const Arguments&) {

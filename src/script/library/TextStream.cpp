@@ -186,7 +186,7 @@ Ref<Object> OpenTextStream(const LibraryServices& services, std::string_view pat
     const auto stamp = services.files.Stamp(absolute);
     const bool needsMark = format == StreamFormat::Unicode && stamp && stamp->size == 0;
     if (needsMark && !append(Utf16Mark)) RaiseNotWritten(services, absolute);
-    return Make<TextStream>(append, format);
+    return Make<TextStream>(append, format, absolute.capacity());
 }
 
 Ref<Object> CreateTextFile(const LibraryServices& services, std::string_view path, bool overwrite,

@@ -33,8 +33,9 @@ public:
     explicit TextStream(vbscript::String text) : text_(std::move(text)), mode_(StreamMode::Reading) {}
 
     /// For writing.
-    TextStream(Sink sink, StreamFormat format)
-        : sink_(std::move(sink)), mode_(StreamMode::Writing), format_(format) {}
+    /// sinkBytes: what the sink holds beside itself.
+    TextStream(Sink sink, StreamFormat format, std::size_t sinkBytes = 0)
+        : sink_(std::move(sink)), charge_(sinkBytes), mode_(StreamMode::Writing), format_(format) {}
 
     ~TextStream() override;
 
@@ -52,6 +53,7 @@ private:
     vbscript::String text_;  ///< Of a file that is read.
     std::size_t at_ = 0;     ///< In it.
     Sink sink_;
+    vbscript::MemoryCharge charge_;
     vbscript::BudgetBytes waiting_;  ///< Bytes to be written.
     StreamMode mode_;
     StreamFormat format_ = StreamFormat::Narrow;

@@ -99,7 +99,12 @@ private:
         taken_ = true;
         head_ = transfer_->Response();
         constexpr std::size_t ChunkBytes = 256 << 10;
-        for (std::string chunk; !(chunk = transfer_->GetChunk(ChunkBytes)).empty();) body_ += chunk;
+        try {
+            for (std::string chunk; !(chunk = transfer_->GetChunk(ChunkBytes)).empty();) body_ += chunk;
+        } catch (...) {
+            Forget();  // never a part of an answer
+            throw;
+        }
         if (!Failed()) return;
         head_.status = head_.late ? TimeOut : NoConnection;
         head_.statusText = transfer_->Failure();
