@@ -207,6 +207,11 @@ TEST(HostilePictures, OfGifAreHeldToThePixelsThatTheyUnpackTo) {
         EXPECT_EQ(UnpackedGifPixels(GifOf(codes)), codes * (codes + 1) / 2) << codes;
         EXPECT_EQ(QtPictureLoader().Load(GifOf(codes)).width, 20) << codes;
     }
+    Bytes longer = GifOf(28);
+    const auto end = longer.end() - 2;  // the empty block before the trailer
+    longer.insert(end, 101, 0x55);
+    longer[longer.size() - 103] = 100;
+    EXPECT_EQ(UnpackedGifPixels(longer), 28 * 29 / 2) << "what follows the end does not count";
     // 150 KB: for longer than 4091 pixels no code is left.
     const Bytes bomb = GifOf(100'000);
     EXPECT_GT(UnpackedGifPixels(bomb), 390'000'000);

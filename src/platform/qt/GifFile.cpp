@@ -64,6 +64,7 @@ public:
 
     /// The pixels of the codes that are complete with `byte`.
     std::int64_t Take(std::uint8_t byte) {
+        if (ended_) return 0;
         std::int64_t pixels = 0;
         held_ |= std::uint32_t{byte} << heldBits_;
         heldBits_ += 8;
