@@ -38,9 +38,8 @@ public:
     int Of(NameId name) {
         if (name >= numbers_.size()) numbers_.resize(name + name / 2 + 64, -1);
         if (numbers_[name] < 0) {
-            numbers_[name] = static_cast<int>(symbols_.size());
-            symbols_.push_back({});
-            symbols_.back().name = name;
+            symbols_.emplace_back().name = name;  // first: there may be no memory for it
+            numbers_[name] = static_cast<int>(symbols_.size()) - 1;
         }
         return numbers_[name];
     }
