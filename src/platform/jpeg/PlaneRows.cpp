@@ -94,8 +94,8 @@ struct Pixels {
     }
 };
 
-/// `added` and the sum of the products of each pair. It is added last: on NEON the library spreads the pairs over
-/// both of its sums, and would take what is in the first of them for products of other pairs.
+/// `added` and the sum of the products of each pair. It is added last: on NEON the library spreads the pairs
+/// over both of its sums, and would take what is in the first of them for products of other pairs.
 HWY_INLINE V32 SumOfPairs(V16 a, V16 b, V32 added) {
     V32 rest = hn::Zero(D32());
     const V32 sum = hn::ReorderWidenMulAccumulate(D32(), a, b, hn::Zero(D32()), rest);
