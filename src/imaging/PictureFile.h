@@ -58,7 +58,7 @@ private:
     bool autoSize_ = true;
     std::string loadedName_;
     std::optional<FileStamp> loadedStamp_;
-    std::string faultSource_;    ///< The file, and its origin.
+    std::string faultSource_;  ///< The file, and its origin.
     PictureRefusal refusal_ = PictureRefusal::None;
     int fault_ = Loaded;         ///< A `JpegLoad`; `Loaded` while there is no fault.
     bool secondChance_ = false;  ///< Given since the file was last loaded.

@@ -11,7 +11,7 @@ namespace tessaloom::vbscript {
 
 /// A regular expression, compiled for `RegExpMatcher`.
 ///
-/// The notation is that of the third edition of ECMA-262 with what the classic engine made of it: `.` is
+/// The notation is that of the third edition of ECMA-262, but for what existing scripts rely on: `.` is
 /// anything but a line feed, a `]` that begins a class is a member of it, a brace that begins no count stands
 /// for itself, and groups keep what they matched when the loop around them goes on.
 struct RegExpProgram {
